@@ -1,0 +1,163 @@
+#include "common/Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace corvex {
+
+namespace {
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+/// Length of the number that a text begins with: sign, digits with a decimal point, exponent. 0 if there is none.
+std::size_t NumberLength(std::string_view text) {
+  std::size_t at = 0;
+  if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
+  std::size_t digits = 0;
+  while (at < text.size() && IsDigit(text[at])) ++at, ++digits;
+  if (at < text.size() && text[at] == '.') {
+    ++at;
+    while (at < text.size() && IsDigit(text[at])) ++at, ++digits;
+  }
+  if (digits == 0) return 0;
+  if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+    std::size_t exponent = at + 1;
+    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+    if (exponent < text.size() && IsDigit(text[exponent])) {
+      at = exponent;
+      while (at < text.size() && IsDigit(text[at])) ++at;
+    }
+  }
+  return at;
+}
+
+double ParseNumber(std::string_view number) {
+  if (!number.empty() && number.front() == '+') number.remove_prefix(1);
+  double value = 0;
+  const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
+  if (result.ec == std::errc::result_out_of_range) {
+    // Too small is as good as nothing; too large fits no integer, which is all that callers ask.
+    const bool tiny = number.find_first_of("eE") != std::string_view::npos &&
+                      number[number.find_first_of("eE") + 1] == '-';
+    return tiny ? 0 : std::numeric_limits<double>::max();
+  }
+  return value;
+}
+
+template <typename Int>
+std::optional<Int> ToInt(std::string_view text) {
+  if (!IsNumeric(text)) return std::nullopt;
+  const double value = RoundHalfEven(ParseNumber(TrimBlanks(text)));
+  if (value < std::numeric_limits<Int>::min() || value > std::numeric_limits<Int>::max()) return std::nullopt;
+  return static_cast<Int>(value);
+}
+
+}  // namespace
+
+std::string NumberText(std::int64_t number) {
+  return (number < 0 ? "" : " ") + std::to_string(number);
+}
+
+double NumericPrefix(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+  const std::size_t length = NumberLength(text);
+  return length == 0 ? 0 : ParseNumber(text.substr(0, length));
+}
+
+std::int32_t WholePrefix(std::string_view text) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return static_cast<std::int32_t>(std::clamp<double>(RoundHalfEven(NumericPrefix(text)), Limits::min(),
+                                                      Limits::max()));
+}
+
+bool IsNumeric(std::string_view text) {
+  text = TrimBlanks(text);
+  return !text.empty() && NumberLength(text) == text.size();
+}
+
+std::optional<std::int16_t> ToInt16(std::string_view text) {
+  return ToInt<std::int16_t>(text);
+}
+
+std::optional<std::int32_t> ToInt32(std::string_view text) {
+  return ToInt<std::int32_t>(text);
+}
+
+double RoundHalfEven(double value) {
+  return std::nearbyint(value);  // the rounding mode of a C++ program is to nearest, halves to even
+}
+
+char UpperCase(char c) {
+  const auto u = static_cast<unsigned char>(c);
+  const bool ascii = u >= 'a' && u <= 'z';
+  const bool latin = u >= 0xE0 && u <= 0xFE && u != 0xF7;  // 0xF7 is the division sign
+  return ascii || latin ? static_cast<char>(u - 0x20) : c;
+}
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return UpperCase(c); });
+  return upper;
+}
+
+bool EqualNoCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return UpperCase(x) == UpperCase(y); });
+}
+
+std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from) {
+  if (from > text.size()) return std::string_view::npos;
+  const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), what.begin(),
+                                 what.end(), [](char x, char y) { return UpperCase(x) == UpperCase(y); });
+  return found == text.end() ? std::string_view::npos : static_cast<std::size_t>(found - text.begin());
+}
+
+bool Contains(std::string_view text, std::string_view what) {
+  return text.find(what) != std::string_view::npos;
+}
+
+bool Matches(std::string_view text, std::string_view pattern) {
+  // On a mismatch only the last "*" needs to take one character more.
+  std::size_t t = 0;
+  std::size_t p = 0;
+  std::size_t star = std::string_view::npos;
+  std::size_t mark = 0;
+  while (t < text.size()) {
+    if (p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      mark = t;
+    } else if (p < pattern.size() && pattern[p] == text[t]) {
+      ++p;
+      ++t;
+    } else if (star != std::string_view::npos) {
+      p = star + 1;
+      t = ++mark;
+    } else {
+      return false;
+    }
+  }
+  while (p < pattern.size() && pattern[p] == '*') ++p;
+  return p == pattern.size();
+}
+
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+  std::vector<std::string_view> fields;
+  for (;;) {
+    const std::size_t end = text.find(separator);
+    fields.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) return fields;
+    text.remove_prefix(end + 1);
+  }
+}
+
+std::string_view TrimBlanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+}  // namespace corvex

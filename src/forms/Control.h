@@ -1,0 +1,65 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "forms/Form.h"
+
+namespace corvex {
+
+/// Values of a control at design time; each kind uses those that it has.
+struct Design {
+  std::string_view name = {};
+  int index = -1;  ///< Place in an array of controls, or -1.
+  Rect rect = {};  ///< Within the container.
+  std::string_view caption = {};
+  std::string_view toolTip = {};
+  bool visible = true;
+  bool enabled = true;
+  Font font = {};
+  int interval = 0;            ///< Timers: milliseconds.
+  std::string_view picture = {};  ///< Images: see Image::picture.
+};
+
+/// What all controls have in common. A control belongs to the form for good.
+class Control : public Observable {
+ public:
+  Control(Container& parent, const Design& design);
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  Form& form() const { return parent_.form(); }
+  Container& parent() const { return parent_; }
+  const std::string& name() const { return name_; }
+  int index() const { return index_; }
+
+  /// The name of the kind, such as "CommandButton".
+  virtual std::string_view TypeName() const = 0;
+
+  Property<Rect> rect;
+  Property<bool> visible;
+  Property<bool> enabled;
+  Property<std::string> toolTip;
+  Property<Font> font;
+
+  void SetFocus() { form().Focus(*this); }
+  bool HasFocus() const { return form().Focused() == this; }
+
+  /// Puts the control in front of the others in its container.
+  void BringToFront();
+  /// The larger, the nearer to the front.
+  int order() const { return order_; }
+
+  void Changed(Change change) override;
+
+ protected:
+  ~Control() = default;
+
+ private:
+  Container& parent_;
+  std::string name_;
+  int index_;
+  int order_;
+};
+
+}  // namespace corvex

@@ -1,0 +1,200 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "forms/Control.h"
+
+// The kinds of control that the windows use. A kind holds what can be seen of it and the events by which the
+// window system tells what the user did; it has no behaviour of its own beyond that.
+
+namespace corvex {
+
+/// A panel that holds other controls.
+class Frame : public Control, public Container {
+ public:
+  Frame(Container& parent, const Design& design)
+      : Control(parent, design),
+        Container(parent.form()),
+        caption{*this, Change::Caption, std::string(design.caption)} {}
+  using Control::form;
+  std::string_view TypeName() const override { return "Frame"; }
+  Property<std::string> caption;  ///< Empty: no title is shown.
+};
+
+class Label : public Control {
+ public:
+  Label(Container& parent, const Design& design)
+      : Control(parent, design), caption{*this, Change::Caption, std::string(design.caption)} {}
+  std::string_view TypeName() const override { return "Label"; }
+  Property<std::string> caption;
+  Event<> click;
+};
+
+class Button : public Control {
+ public:
+  Button(Container& parent, const Design& design)
+      : Control(parent, design),
+        caption{*this, Change::Caption, std::string(design.caption)},
+        picture{*this, Change::Picture, std::string(design.picture)} {}
+  std::string_view TypeName() const override { return "CommandButton"; }
+  Property<std::string> caption;  ///< "&" stands before the key that works with Alt.
+  Property<std::string> picture;  ///< As Image::picture.
+  Event<> click;
+};
+
+/// One of several of which one is chosen within a container.
+class OptionButton : public Control {
+ public:
+  OptionButton(Container& parent, const Design& design)
+      : Control(parent, design), caption{*this, Change::Caption, std::string(design.caption)} {}
+  std::string_view TypeName() const override { return "OptionButton"; }
+  Property<std::string> caption;
+  Property<bool> value{*this, Change::Checked, false};
+  Event<> click;
+};
+
+/// A text of one byte a character. Changed by editing, so that a long text is never handed over whole.
+class TextBox : public Control {
+ public:
+  TextBox(Container& parent, const Design& design) : Control(parent, design), text_(design.caption) {}
+  std::string_view TypeName() const override { return "TextBox"; }
+
+  const std::string& Text() const { return text_; }
+  void SetText(std::string_view text) { Edit(0, text_.size(), text); }
+  void Append(std::string_view text) { Edit(text_.size(), 0, text); }
+  /// Replaces `removed` bytes at `position`; both are limited to the text there is.
+  void Edit(std::size_t position, std::size_t removed, std::string_view inserted);
+  /// For the window system: the user has typed; raises `change`.
+  void AdoptText(std::string text);
+
+  bool multiLine = false;  ///< Set before the form is shown.
+  bool locked = false;     ///< The user cannot type; set before the form is shown.
+  Event<> change;
+
+ private:
+  std::string text_;
+};
+
+class Image : public Control {
+ public:
+  Image(Container& parent, const Design& design)
+      : Control(parent, design), picture{*this, Change::Picture, std::string(design.picture)} {}
+  std::string_view TypeName() const override { return "Image"; }
+  /// A name that the window system knows ("mail", "key 3", "logo"), or the path of a picture file behind
+  /// "file:". Nothing is shown for one that it does not know or cannot load.
+  Property<std::string> picture;
+  Event<> click;
+};
+
+struct ListItem {
+  std::string key;
+  std::string text;
+  std::int16_t icon = 0;  ///< Number in the set of menu icons.
+  friend bool operator==(const ListItem&, const ListItem&) = default;
+};
+
+/// A list of icons with texts.
+class ListView : public Control {
+ public:
+  ListView(Container& parent, const Design& design) : Control(parent, design) {}
+  std::string_view TypeName() const override { return "ListView"; }
+
+  const std::vector<ListItem>& Items() const { return items_; }
+  void Clear();
+  void Add(ListItem item);
+
+  /// Place of the selected item, from 1; 0 is none.
+  Property<int> selected{*this, Change::Selection, 0};
+  /// Horizontal spacing of the icons in the low 16 bits, vertical in the high ones, in pixels.
+  Property<std::uint32_t> iconSpacing{*this, Change::Spacing, 0};
+  Event<char> keyPress;  ///< A typed character. Arrow keys move the selection without it.
+  Event<> doubleClick;
+
+ private:
+  std::vector<ListItem> items_;
+};
+
+/// A plain list of texts.
+class ListBox : public Control {
+ public:
+  ListBox(Container& parent, const Design& design) : Control(parent, design) {}
+  std::string_view TypeName() const override { return "ListBox"; }
+
+  const std::vector<std::string>& Items() const { return items_; }
+  void Clear();
+  void AddItem(std::string text);
+
+  /// Place of the selected item, from 0; -1 is none.
+  Property<int> listIndex{*this, Change::Selection, -1};
+  Event<char> keyPress;
+  Event<> doubleClick;
+
+ private:
+  std::vector<std::string> items_;
+};
+
+/// Nothing to see: takes the keyboard focus and hands on what is typed, a text of one or two characters.
+class KeySource : public Control {
+ public:
+  KeySource(Container& parent, const Design& design) : Control(parent, design) {}
+  std::string_view TypeName() const override { return "KeySource"; }
+  Event<std::string_view> keys;
+};
+
+/// A row of tabs; the logic shows what belongs to the selected one.
+class TabStrip : public Control {
+ public:
+  TabStrip(Container& parent, const Design& design, std::vector<std::string> tabs)
+      : Control(parent, design), captions(std::move(tabs)) {}
+  std::string_view TypeName() const override { return "TabStrip"; }
+  const std::vector<std::string> captions;
+  Property<int> selected{*this, Change::Selection, 1};  ///< From 1.
+  Event<> click;
+};
+
+/// An entry of the menu bar or of a menu.
+class MenuItem : public Control {
+ public:
+  /// An entry of the menu bar.
+  MenuItem(Form& parent, const Design& design) : MenuItem(parent, nullptr, design) {}
+  /// An entry of a menu.
+  MenuItem(MenuItem& menu, const Design& design) : MenuItem(menu.form(), &menu, design) {}
+  std::string_view TypeName() const override { return "Menu"; }
+  MenuItem* menu() const { return menu_; }  ///< The entry that this one stands under, or none.
+  Property<std::string> caption;
+  Property<bool> checked{*this, Change::Checked, false};
+  Event<> click;
+
+ private:
+  MenuItem(Form& form, MenuItem* menu, const Design& design)
+      : Control(form, design), caption{*this, Change::Caption, std::string(design.caption)}, menu_(menu) {}
+  MenuItem* menu_;
+};
+
+/// Ticks every `interval` milliseconds while enabled. The next interval begins when a tick has returned, so that
+/// a tick that waits is never entered again from its own wait.
+class Timer : public Control {
+ public:
+  Timer(Form& form, const Design& design);
+  ~Timer() { Stop(); }
+  std::string_view TypeName() const override { return "Timer"; }
+  int interval() const { return interval_; }
+  Event<> tick;
+
+  void Changed(Change change) override;
+
+ private:
+  void Start();
+  void Stop();
+
+  int interval_;
+  EventLoop::TimerId pending_ = 0;
+  bool ticking_ = false;
+};
+
+}  // namespace corvex

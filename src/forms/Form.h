@@ -1,0 +1,114 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "forms/Geometry.h"
+#include "forms/Property.h"
+#include "platform/EventLoop.h"
+
+namespace corvex {
+
+class Control;
+class Form;
+class TextBox;
+class WindowSystem;
+
+/// What shows a form: told of every change, at once and in order. It must not call back into the form.
+class FormObserver {
+ public:
+  virtual ~FormObserver() = default;
+  virtual void FormChanged(Change change) = 0;
+  virtual void ControlChanged(Control& control, Change change) = 0;
+  /// `removed` bytes at `position` of the text box have given way to `inserted`.
+  virtual void TextEdited(TextBox& box, std::size_t position, std::size_t removed,
+                          std::string_view inserted) = 0;
+};
+
+/// What a control can stand in: the form itself or a frame.
+class Container {
+ public:
+  Container(const Container&) = delete;
+  Container& operator=(const Container&) = delete;
+  Form& form() const { return form_; }
+
+ protected:
+  explicit Container(Form& form) : form_(form) {}
+  ~Container() = default;
+
+ private:
+  Form& form_;
+};
+
+enum class Pointer { Normal, Hourglass };
+enum class WindowState { Normal, Minimized, Maximized };
+
+/// A key as the main window sees it before any control does.
+struct KeyEvent {
+  int keyCode = 0;      ///< Virtual key code: letters and digits their upper-case character, F1 is 112.
+  bool shift = false;
+  bool ctrl = false;
+  bool alt = false;
+  bool handled = false;  ///< Set by the logic if the key is not to go on.
+};
+
+/// A window as data: its members are its controls, in the order of their declaration, and logic reads and sets
+/// them without knowing what shows them. The form is made hidden; it is realised by the window system when it
+/// is first made visible.
+class Form : public Container, public Observable {
+ public:
+  Form(EventLoop& loop, WindowSystem& windows, std::string_view name);
+  virtual ~Form();
+
+  EventLoop& loop() const { return loop_; }
+  const std::string& name() const { return name_; }
+  const std::vector<Control*>& controls() const { return controls_; }
+
+  Property<std::string> caption{*this, Change::Caption, {}};
+  /// Outer extents on the screen.
+  Property<Rect> rect{*this, Change::Rect, {}};
+  Property<bool> visible{*this, Change::Visible, false};
+  Property<Pointer> pointer{*this, Change::Pointer, Pointer::Normal};
+  Property<WindowState> windowState{*this, Change::WindowState, WindowState::Normal};
+
+  Event<> activate;
+  Event<> deactivate;
+  Event<> resize;            ///< The user or the logic has changed the extents or the window state.
+  Event<> queryUnload;       ///< The user wants to close the window.
+  Event<KeyEvent&> keyDown;  ///< Comes before any control sees the key.
+
+  /// Whether this is the system's active window.
+  bool Active() const { return active_; }
+  /// For the window system: the window became active or ceased to be, which raises the event.
+  void SetActive(bool active);
+
+  /// The control with the keyboard focus, or none.
+  Control* Focused() const { return focused_; }
+  void Focus(Control& control);
+  /// For the window system: the user has moved the focus.
+  void AdoptFocus(Control* control) { focused_ = control; }
+
+  /// Takes the form off the window system. A window whose members the window system could still reach calls
+  /// it first in its destructor.
+  void Withdraw();
+
+  /// Set by the window system while it shows the form.
+  FormObserver* observer = nullptr;
+
+  void Changed(Change change) override;
+
+ private:
+  friend class Control;
+
+  EventLoop& loop_;
+  WindowSystem& windows_;
+  std::string name_;
+  std::vector<Control*> controls_;
+  Control* focused_ = nullptr;
+  bool active_ = false;
+  bool attached_ = false;
+};
+
+}  // namespace corvex

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <ostream>
+#include <utility>
+
+namespace corvex {
+
+/// What of a form or a control has changed. One bit each, so that an observer can gather several.
+enum class Change : std::uint32_t {
+  Caption = 1u << 0,
+  Rect = 1u << 1,
+  Visible = 1u << 2,
+  Enabled = 1u << 3,
+  ToolTip = 1u << 4,
+  Checked = 1u << 5,
+  Items = 1u << 6,
+  Selection = 1u << 7,
+  Picture = 1u << 8,
+  Font = 1u << 9,
+  ForeColor = 1u << 10,
+  Spacing = 1u << 11,
+  Order = 1u << 12,
+  Focus = 1u << 13,
+  Pointer = 1u << 14,
+  WindowState = 1u << 15,
+};
+
+/// Something whose changes are told to one observer.
+class Observable {
+ public:
+  virtual void Changed(Change change) = 0;
+
+ protected:
+  ~Observable() = default;
+};
+
+/// A value that tells its owner when it changes. Setting the value it has already tells nobody.
+template <typename T>
+class Property {
+ public:
+  Property(Observable& owner, Change change, T value)
+      : owner_(owner), change_(change), value_(std::move(value)) {}
+  Property(const Property&) = delete;
+  Property& operator=(const Property&) = delete;
+
+  template <typename U>
+  Property& operator=(U&& value) {
+    if (value_ == value) return *this;
+    value_ = std::forward<U>(value);
+    owner_.Changed(change_);
+    return *this;
+  }
+
+  const T& Get() const { return value_; }
+  operator const T&() const { return value_; }  // NOLINT(google-explicit-constructor): reads like a member
+
+  /// For the window system: takes over what the user did without telling it back.
+  void Adopt(T value) { value_ = std::move(value); }
+
+  template <typename U>
+  friend bool operator==(const Property& property, const U& value) {
+    return property.value_ == value;
+  }
+  friend std::ostream& operator<<(std::ostream& out, const Property& property) {
+    return out << property.value_;
+  }
+
+ private:
+  Observable& owner_;
+  Change change_;
+  T value_;
+};
+
+/// A slot that the logic fills; calling an empty one does nothing.
+template <typename... Args>
+class Event {
+ public:
+  using Handler = std::function<void(Args...)>;
+  Event() = default;
+  Event(const Event&) = delete;
+  Event& operator=(const Event&) = delete;
+  Event& operator=(Handler handler) {
+    handler_ = std::move(handler);
+    return *this;
+  }
+  void operator()(Args... args) const {
+    if (handler_) handler_(std::forward<Args>(args)...);
+  }
+
+ private:
+  Handler handler_;
+};
+
+}  // namespace corvex

@@ -1,0 +1,106 @@
+#include "platform/EventLoop.h"
+
+#include <algorithm>
+
+namespace corvex {
+
+void EventLoop::Post(Task task) {
+  posted_.push_back(std::move(task));
+  if (posted_.size() == 1) Rearm();
+}
+
+EventLoop::TimerId EventLoop::After(Time delay, Task task) {
+  const TimerId id = ++lastId_;
+  const Time due = Now() + std::max(delay, Time::zero());
+  timers_.emplace(std::pair{due, id}, std::move(task));
+  dueTimes_.emplace(id, due);
+  Rearm();
+  return id;
+}
+
+void EventLoop::Cancel(TimerId id) {
+  const auto due = dueTimes_.find(id);
+  if (due == dueTimes_.end()) return;
+  timers_.erase({due->second, id});
+  dueTimes_.erase(due);
+  Rearm();
+}
+
+void EventLoop::Pump(Time until) {
+  if (ended_) throw ProgramEnded{};
+  if (AnythingDue()) {
+    RunDue();
+    Poll();
+  } else {
+    Sleep(std::min(until, NextDue()));
+    if (!ended_) RunDue();
+  }
+  if (ended_) throw ProgramEnded{};
+}
+
+void EventLoop::RunDue() {
+  // Only what is due now: a task that posts itself again must not keep the platform from its turn.
+  for (std::size_t count = posted_.size(); count > 0 && !posted_.empty() && !ended_; --count) {
+    const Task task = std::move(posted_.front());
+    posted_.pop_front();
+    task();
+  }
+  const Time now = Now();
+  const TimerId newest = lastId_;
+  while (!timers_.empty() && !ended_) {
+    const auto first = timers_.begin();
+    if (first->first.first > now || first->first.second > newest) break;
+    const Task task = std::move(first->second);
+    dueTimes_.erase(first->first.second);
+    timers_.erase(first);
+    task();
+  }
+  Rearm();
+}
+
+bool EventLoop::Enter(const Task& task) {
+  if (ended_) return false;
+  try {
+    task();
+  } catch (const ProgramEnded&) {
+  }
+  // A task that left early by the end of the program may have left others behind; they are not run any more.
+  return !ended_;
+}
+
+void EventLoop::End() {
+  if (ended_) return;
+  ended_ = true;
+  Quit();
+}
+
+EventLoop::Time EventLoop::NextDue() const {
+  if (!posted_.empty()) return Now();
+  return timers_.empty() ? Time::max() : timers_.begin()->first.first;
+}
+
+bool EventLoop::AnythingDue() const {
+  return !posted_.empty() || (!timers_.empty() && timers_.begin()->first.first <= Now());
+}
+
+void EventLoop::Rearm() {
+  WakeAt(NextDue());
+}
+
+void Pause(EventLoop& loop, double seconds) {
+  const auto clock = [&loop] { return static_cast<float>(loop.SecondsSinceMidnight()); };
+  const double deadline = static_cast<double>(clock()) + seconds;
+  for (double now = clock(); now < deadline; now = clock()) {
+    const auto rest = std::chrono::duration<double>(deadline - now);
+    // A whole millisecond at the least: the clock of the day may be coarser than the rest of the pause.
+    const auto step = std::max(std::chrono::ceil<std::chrono::milliseconds>(rest),
+                               std::chrono::milliseconds(1));
+    loop.Pump(loop.Now() + step);
+  }
+}
+
+void PauseShort(EventLoop& loop) {
+  Pause(loop, 0.1);
+}
+
+}  // namespace corvex

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <utility>
+
+namespace corvex {
+
+/// Thrown by EventLoop::Pump once the program is to end, so that every wait on the stack unwinds. Only
+/// EventLoop::Enter catches it; it must never pass through frames of the window system.
+struct ProgramEnded {};
+
+/// Time as a dependency: the clock, one-shot timers, posted tasks, and the one way of waiting.
+///
+/// The order of what is due is kept here, the same for every platform; a platform adds its clock and how to
+/// sleep. All calls come from the one thread of the program.
+class EventLoop {
+ public:
+  using Time = std::chrono::nanoseconds;  ///< A point on the monotonic clock, or a distance on it.
+  using Task = std::function<void()>;
+  using TimerId = std::uint64_t;  ///< 0 is never a timer.
+
+  EventLoop() = default;
+  EventLoop(const EventLoop&) = delete;
+  EventLoop& operator=(const EventLoop&) = delete;
+  virtual ~EventLoop() = default;
+
+  /// The monotonic clock.
+  virtual Time Now() const = 0;
+
+  /// The local time of day in seconds, 0 to below 86400. It falls back to 0 at midnight.
+  virtual double SecondsSinceMidnight() const = 0;
+
+  /// Local calendar time in seconds since 1970-01-01 00:00 of the local time zone, for names and stamps.
+  virtual std::int64_t LocalSeconds() const = 0;
+
+  /// Queues a task; tasks run in the order of their posting, from the next Pump or RunDue on.
+  void Post(Task task);
+
+  /// Runs the task once, `delay` from now.
+  TimerId After(Time delay, Task task);
+
+  /// Forgets a timer; an id that has fired or is 0 is ignored.
+  void Cancel(TimerId id);
+
+  /// Runs what is due, or sleeps until something is, at the latest until `until`.
+  /// Throws ProgramEnded once End has been called.
+  void Pump(Time until = Time::max());
+
+  /// Runs what was due at the call: tasks first, then timers by their time. Never waits. A platform calls it
+  /// from within Enter.
+  void RunDue();
+
+  /// Every entry from the platform into the program (a click, a tick, received bytes) goes through here: runs
+  /// `task` unless the program has ended, and ends a wait that unwinds. Returns false if the program ended.
+  bool Enter(const Task& task);
+
+  /// From now on Pump throws. The windows stay for their owner to destroy.
+  void End();
+  bool Ended() const { return ended_; }
+
+ protected:
+  /// Sleeps until `until`, until an event of the platform has been handled, or until WakeAt moves the time
+  /// forward. May return early. `until` is never earlier than now by more than the time of the call.
+  virtual void Sleep(Time until) = 0;
+
+  /// Lets the platform handle what waits for it without sleeping.
+  virtual void Poll() = 0;
+
+  /// The earliest due time has changed; Time::max() means that nothing is due.
+  virtual void WakeAt(Time time) = 0;
+
+  /// The program is to end: leave the platform's own loop.
+  virtual void Quit() {}
+
+  Time NextDue() const;
+
+ private:
+  bool AnythingDue() const;
+  void Rearm();
+
+  std::deque<Task> posted_;
+  std::map<std::pair<Time, TimerId>, Task> timers_;  // by time, then by order of starting
+  std::map<TimerId, Time> dueTimes_;
+  TimerId lastId_ = 0;
+  bool ended_ = false;
+};
+
+/// Waits, pumping events, until the clock of the day has moved on by `seconds`.
+///
+/// The clock is read in single precision as the seconds since midnight, and no account is taken of its fall
+/// to 0: a pause that runs over midnight does not end. That is meant.
+void Pause(EventLoop& loop, double seconds);
+
+/// Pause(0.1).
+void PauseShort(EventLoop& loop);
+
+}  // namespace corvex

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace corvex {
+
+class Form;
+
+/// Questions to the user in windows of their own. Each call returns when it has been answered, and pumps
+/// events meanwhile.
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+  /// A text and one button.
+  virtual void MessageBox(std::string_view text) = 0;
+  /// True for Yes.
+  virtual bool AskYesNo(std::string_view text) = 0;
+  /// The text typed, or none if the user gave up.
+  virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) = 0;
+};
+
+/// The window system: shows forms.
+class WindowSystem {
+ public:
+  virtual ~WindowSystem() = default;
+  /// Called by a form when it is made visible for the first time; the form then reports to the observer that
+  /// the window system sets on it.
+  virtual void Attach(Form& form) = 0;
+  /// Called by a form before it is destroyed.
+  virtual void Detach(Form& form) = 0;
+  /// Width of the screen in twips.
+  virtual std::int32_t ScreenWidth() const = 0;
+  /// The program's title, which the system shows where it lists programs.
+  virtual void SetApplicationTitle(const std::string& title) = 0;
+};
+
+/// The system's printers.
+class Printers {
+ public:
+  virtual ~Printers() = default;
+  struct PrintFont {
+    std::string name;
+    double size = 12;
+    bool bold = false;
+    bool italic = false;
+  };
+  /// Prints a text on the default printer and ends the document. False if the system has no printer.
+  virtual bool PrintText(const std::string& text, const PrintFont& font) = 0;
+};
+
+/// The speaker.
+class Sound {
+ public:
+  virtual ~Sound() = default;
+  /// Begins a tone; it may go on after the call. Silent where there is no sound.
+  virtual void Beep(double hertz, int milliseconds) = 0;
+};
+
+}  // namespace corvex

@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "forms/Controls.h"
+#include "support/FakePlatform.h"
+#include "support/VirtualLoop.h"
+
+namespace corvex {
+namespace {
+
+struct Recorder : FormObserver {
+  void FormChanged(Change change) override { log.emplace_back("form", change); }
+  void ControlChanged(Control& control, Change change) override { log.emplace_back(control.name(), change); }
+  void TextEdited(TextBox&, std::size_t position, std::size_t removed, std::string_view inserted) override {
+    edits += std::to_string(position) + '-' + std::to_string(removed) + '+' + std::string(inserted) + ' ';
+  }
+  std::vector<std::pair<std::string, Change>> log;
+  std::string edits;
+};
+
+struct TwoControls : Form {
+  using Form::Form;
+  Label label{*this, {.name = "label", .caption = "a"}};
+  Frame frame{*this, {.name = "frame"}};
+  TextBox text{frame, {.name = "text", .caption = "abc"}};
+  Timer timer{*this, {.name = "timer", .enabled = false, .interval = 100}};
+};
+
+class FormTest : public ::testing::Test {
+ protected:
+  test::VirtualLoop loop;
+  test::FakeWindows windows;
+  TwoControls form{loop, windows, "form"};
+};
+
+TEST_F(FormTest, TellsItsObserverOfChangesAndOnlyOfThose) {
+  Recorder recorder;
+  form.observer = &recorder;
+  form.label.caption = "a";
+  form.label.caption = "b";
+  form.label.BringToFront();
+  form.label.BringToFront();  // is in front already
+  form.text.SetFocus();
+  const std::vector<std::pair<std::string, Change>> expected{
+      {"label", Change::Caption}, {"label", Change::Order}, {"text", Change::Focus}};
+  EXPECT_EQ(recorder.log, expected);
+  EXPECT_TRUE(form.text.HasFocus());
+}
+
+TEST_F(FormTest, LongTextsTellWhatWasEditedWithinTheirBounds) {
+  Recorder recorder;
+  form.observer = &recorder;
+  form.text.Append("d");
+  form.text.Edit(1, 99, "z");
+  form.text.Edit(99, 1, "");
+  EXPECT_EQ(form.text.Text(), "az");
+  EXPECT_EQ(recorder.edits, "3-0+d 1-3+z ");
+}
+
+TEST_F(FormTest, IsRealisedWhenFirstShownAndTakenOffOnce) {
+  {
+    TwoControls other{loop, windows, "other"};
+    EXPECT_TRUE(windows.attached.empty());
+    other.visible = true;
+    other.visible = false;
+    other.visible = true;
+    EXPECT_EQ(windows.attached, std::vector<Form*>{&other});
+  }
+  EXPECT_TRUE(windows.attached.empty());
+}
+
+TEST_F(FormTest, TimerTicksWhileEnabledAndNeverInsideItsOwnTick) {
+  int ticks = 0;
+  int depth = 0;
+  int deepest = 0;
+  form.timer.tick = [&] {
+    ++ticks;
+    deepest = std::max(deepest, ++depth);
+    Pause(loop, 0.35);  // longer than the interval
+    --depth;
+  };
+  form.timer.enabled = true;
+  loop.Run(1.05);  // ticks begin at about 0.1, 0.55 and 1.0
+  EXPECT_EQ(ticks, 3);
+  EXPECT_EQ(deepest, 1);
+  form.timer.enabled = false;
+  loop.Run(1.0);
+  EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(FormTest, TimerEnabledAnewBeginsAnew) {
+  int ticks = 0;
+  form.timer.tick = [&] {
+    ++ticks;
+    form.timer.enabled = false;
+  };
+  form.timer.enabled = true;
+  loop.Run(0.08);
+  form.timer.enabled = false;
+  form.timer.enabled = true;
+  loop.Run(0.08);
+  EXPECT_EQ(ticks, 0);
+  loop.Run(1);
+  EXPECT_EQ(ticks, 1);
+}
+
+}  // namespace
+}  // namespace corvex

@@ -1,0 +1,78 @@
+#include "platform/EventLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/VirtualLoop.h"
+
+namespace corvex {
+namespace {
+
+using namespace std::chrono_literals;
+using test::VirtualLoop;
+
+TEST(EventLoop, RunsTasksInOrderAndTimersByTime) {
+  VirtualLoop loop;
+  std::string order;
+  loop.After(20ms, [&] { order += 'c'; });
+  loop.After(10ms, [&] { order += 'b'; });
+  const auto cancelled = loop.After(15ms, [&] { order += 'x'; });
+  loop.Post([&] { order += 'a'; });
+  loop.Cancel(cancelled);
+  loop.Run(0.05);
+  EXPECT_EQ(order, "abc");
+}
+
+TEST(EventLoop, TaskThatPostsItselfDoesNotHoldThePumpForEver) {
+  VirtualLoop loop;
+  int runs = 0;
+  std::function<void()> again = [&] {
+    ++runs;
+    loop.Post(again);
+  };
+  loop.Post(again);
+  loop.Pump();
+  EXPECT_EQ(runs, 1);
+}
+
+TEST(EventLoop, EndUnwindsNestedWaitsToTheOutermostEntry) {
+  VirtualLoop loop;
+  bool unwound = false;
+  loop.After(1s, [&] { loop.Enter([&] { loop.End(); }); });
+  const bool goesOn = loop.Enter([&] {
+    struct Mark {
+      bool& flag;
+      ~Mark() { flag = true; }
+    } mark{unwound};
+    loop.After(1ms, [&] { Pause(loop, 1e6); });  // a wait within a wait
+    for (;;) loop.Pump();
+  });
+  EXPECT_FALSE(goesOn);
+  EXPECT_TRUE(unwound);
+  EXPECT_FALSE(loop.Enter([] { FAIL() << "nothing runs after the end"; }));
+}
+
+TEST(Pause, WaitsOutItsTimeAndNoLonger) {
+  for (const double seconds : {0.0, 0.005, 0.02, 0.1, 15.0}) {
+    VirtualLoop loop(80000);  // late in the day, where the clock in single precision is coarse
+    Pause(loop, seconds);
+    const double waited = std::chrono::duration<double>(loop.Now()).count();
+    EXPECT_GE(waited, seconds - 0.004) << seconds;
+    EXPECT_LE(waited, seconds + 0.009) << seconds;
+  }
+}
+
+TEST(Pause, OverMidnightDoesNotEnd) {
+  VirtualLoop loop(86399.95);
+  bool returned = false;
+  loop.After(std::chrono::hours(30), [&] { loop.End(); });
+  loop.Enter([&] {
+    Pause(loop, 0.1);
+    returned = true;
+  });
+  EXPECT_FALSE(returned);
+}
+
+}  // namespace
+}  // namespace corvex

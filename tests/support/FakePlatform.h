@@ -1,0 +1,215 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "forms/Form.h"
+#include "platform/Services.h"
+#include "platform/Transports.h"
+
+namespace corvex::test {
+
+/// A serial port without a device: what is written is kept in `sent`, and the far side speaks by Arrive.
+class FakeSerial : public SerialControl {
+ public:
+  explicit FakeSerial(EventLoop& loop) : loop_(loop) {}
+
+  bool SetCommPort(std::int16_t number) override {
+    if (open_) return false;
+    port_ = number;
+    return true;
+  }
+  std::int16_t CommPort() const override { return port_; }
+  void SetSettings(const std::string& settings) override { settings_ = settings; }
+  std::string Settings() const override { return settings_; }
+  void SetHandshaking(std::int32_t handshaking) override { handshaking_ = handshaking; }
+  std::int32_t Handshaking() const override { return handshaking_; }
+  bool Open() override {
+    ++opens;
+    if (open_ || !available) return open_;
+    open_ = true;
+    input_.clear();
+    if (onOpened) onOpened();
+    return true;
+  }
+  void Close() override {
+    if (open_ && onClosed) onClosed();
+    open_ = false;
+    input_.clear();
+  }
+  bool PortOpen() const override { return open_; }
+  std::string Input() override { return std::exchange(input_, {}); }
+  void DiscardInput() override { input_.clear(); }
+  void Output(std::string_view bytes) override {
+    if (!open_) return;
+    sent += bytes;
+    if (onSent) onSent(bytes);
+  }
+  std::int32_t OutBufferCount() const override { return unsent; }
+  void DiscardOutput() override { unsent = 0; }
+  std::string DeviceName() const override { return "fake" + std::to_string(port_); }
+
+  /// Bytes come in from the far side.
+  void Arrive(std::string_view bytes) {
+    if (!open_) return;
+    input_ += bytes;
+    loop_.Post([this] {
+      if (open_ && onComm) onComm(kEvReceive);
+    });
+  }
+  /// The adapter is pulled out.
+  void Vanish() {
+    available = false;
+    if (!open_) return;
+    Close();
+    loop_.Post([this] {
+      if (onComm) onComm(kEvLineLost);
+    });
+  }
+
+  bool available = true;
+  int opens = 0;
+  std::int32_t unsent = 0;
+  std::string sent;
+  std::function<void(std::string_view)> onSent;  ///< The far side: called for everything written.
+  std::function<void()> onOpened;
+  std::function<void()> onClosed;
+
+ private:
+  EventLoop& loop_;
+  bool open_ = false;
+  std::int16_t port_ = 1;
+  std::string settings_ = "9600,n,8,1";
+  std::int32_t handshaking_ = 0;
+  std::string input_;
+};
+
+/// A socket without a network. `reachable` says whether the next Connect will succeed.
+class FakeSocket : public SocketControl {
+ public:
+  explicit FakeSocket(EventLoop& loop) : loop_(loop) {}
+
+  State GetState() const override { return state_; }
+  bool Connect(const std::string& host, std::int32_t port) override {
+    if (state_ != kClosed || host.empty() || port < 1 || port > 65535) return false;
+    ++connects;
+    host_ = host;
+    port_ = port;
+    if (fallsBack) return true;  // stays closed, as a control does that gives up at once
+    state_ = kConnecting;
+    const int attempt = connects;
+    if (!answers) return true;
+    loop_.After(std::chrono::milliseconds(5), [this, attempt] {
+      if (state_ != kConnecting || attempt != connects) return;
+      state_ = reachable ? kConnected : kError;
+      if (reachable && onOpened) onOpened();
+    });
+    return true;
+  }
+  void Close() override {
+    if (state_ == kConnected && onClosed) onClosed();
+    state_ = kClosed;
+    input_.clear();
+  }
+  void SendData(std::string_view bytes) override {
+    if (state_ != kConnected) return;
+    sent += bytes;
+    if (onSent) onSent(bytes);
+  }
+  std::string GetData() override { return std::exchange(input_, {}); }
+  std::string RemoteHost() const override { return host_; }
+  std::int32_t RemotePort() const override { return port_; }
+  std::string LocalAddress() const override { return "10.0.0.2"; }
+
+  void Arrive(std::string_view bytes) {
+    if (state_ != kConnected) return;
+    input_ += bytes;
+    loop_.Post([this] {
+      if (state_ != kClosed && onDataArrival) onDataArrival();
+    });
+  }
+  /// The peer closes the connection.
+  void PeerCloses() {
+    if (state_ != kConnected) return;
+    state_ = kPeerClosing;
+    loop_.Post([this] {
+      if (state_ == kPeerClosing && onClose) onClose();
+    });
+  }
+
+  bool reachable = true;
+  bool answers = true;     ///< False: a connect neither succeeds nor fails.
+  bool fallsBack = false;  ///< True: a connect leaves the socket closed at once.
+  int connects = 0;
+  std::string sent;
+  std::function<void(std::string_view)> onSent;
+  std::function<void()> onOpened;
+  std::function<void()> onClosed;
+
+ private:
+  EventLoop& loop_;
+  State state_ = kClosed;
+  std::string host_;
+  std::int32_t port_ = 0;
+  std::string input_;
+};
+
+/// A user who answers every box as told, and remembers what was asked.
+class FakeDialogs : public Dialogs {
+ public:
+  void MessageBox(std::string_view text) override {
+    shown.emplace_back(text);
+    if (onBox) onBox();
+  }
+  bool AskYesNo(std::string_view text) override {
+    shown.emplace_back(text);
+    if (onBox) onBox();
+    return yes;
+  }
+  std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) override {
+    shown.emplace_back(std::string(prompt) + "/" + std::string(title));
+    if (onBox) onBox();
+    return input;
+  }
+  std::vector<std::string> shown;
+  bool yes = false;
+  std::optional<std::string> input;
+  std::function<void()> onBox;  ///< What happens while a box is open.
+};
+
+/// Windows that nobody sees. A form becomes the active window when it is first shown, if `activates`.
+class FakeWindows : public WindowSystem {
+ public:
+  void Attach(Form& form) override {
+    attached.push_back(&form);
+    if (activates) form.SetActive(true);
+  }
+  void Detach(Form& form) override { std::erase(attached, &form); }
+  std::int32_t ScreenWidth() const override { return 1920 * 15; }
+  void SetApplicationTitle(const std::string& title) override { applicationTitle = title; }
+  std::vector<Form*> attached;
+  bool activates = true;
+  std::string applicationTitle;
+};
+
+class FakePrinters : public Printers {
+ public:
+  bool PrintText(const std::string& text, const PrintFont&) override {
+    if (!present) return false;
+    printed.push_back(text);
+    return true;
+  }
+  bool present = true;
+  std::vector<std::string> printed;
+};
+
+class FakeSound : public Sound {
+ public:
+  void Beep(double hertz, int milliseconds) override { beeps.emplace_back(hertz, milliseconds); }
+  std::vector<std::pair<double, int>> beeps;
+};
+
+}  // namespace corvex::test
