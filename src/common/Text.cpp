@@ -13,7 +13,8 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Length of the number that a text begins with: sign, digits with a decimal point, exponent. 0 if there is none.
+/// Length of the number that a text begins with: sign, digits with a decimal point, exponent. 0 if there is
+/// none.
 std::size_t NumberLength(std::string_view text) {
   std::size_t at = 0;
   if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
@@ -35,17 +36,33 @@ std::size_t NumberLength(std::string_view text) {
   return at;
 }
 
+/// Whether a number without sign that fits no double is too large rather than too small: the decimal place of
+/// its first digit that counts tells.
+bool IsTooLarge(std::string_view number) {
+  const std::string_view mantissa = number.substr(0, number.find_first_of("eE"));
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
+  std::int64_t exponent = 0;
+  if (mantissa.size() < number.size()) {
+    std::string_view text = number.substr(mantissa.size() + 1);
+    const bool negative = text.starts_with('-');
+    if (text.starts_with('+')) text.remove_prefix(1);
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), exponent);
+    if (result.ec != std::errc()) return !negative;
+  }
+  return exponent > first - point;
+}
+
+/// The value of a number of the shape that NumberLength accepts. One too large for a double becomes the
+/// largest.
 double ParseNumber(std::string_view number) {
-  if (!number.empty() && number.front() == '+') number.remove_prefix(1);
+  const bool negative = number.starts_with('-');
+  if (negative || number.starts_with('+')) number.remove_prefix(1);
   double value = 0;
   const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
-  if (result.ec == std::errc::result_out_of_range) {
-    // Too small is as good as nothing; too large fits no integer, which is all that callers ask.
-    const bool tiny = number.find_first_of("eE") != std::string_view::npos &&
-                      number[number.find_first_of("eE") + 1] == '-';
-    return tiny ? 0 : std::numeric_limits<double>::max();
-  }
-  return value;
+  if (result.ec == std::errc::result_out_of_range)
+    value = IsTooLarge(number) ? std::numeric_limits<double>::max() : 0;
+  return negative ? -value : value;
 }
 
 template <typename Int>
@@ -70,8 +87,8 @@ double NumericPrefix(std::string_view text) {
 
 std::int32_t WholePrefix(std::string_view text) {
   using Limits = std::numeric_limits<std::int32_t>;
-  return static_cast<std::int32_t>(std::clamp<double>(RoundHalfEven(NumericPrefix(text)), Limits::min(),
-                                                      Limits::max()));
+  return static_cast<std::int32_t>(
+      std::clamp<double>(RoundHalfEven(NumericPrefix(text)), Limits::min(), Limits::max()));
 }
 
 bool IsNumeric(std::string_view text) {
