@@ -66,11 +66,16 @@ double ParseNumber(std::string_view number) {
 }
 
 template <typename Int>
-std::optional<Int> ToInt(std::string_view text) {
-  if (!IsNumeric(text)) return std::nullopt;
-  const double value = RoundHalfEven(ParseNumber(TrimBlanks(text)));
+std::optional<Int> RoundTo(double number) {
+  const double value = RoundHalfEven(number);
   if (value < std::numeric_limits<Int>::min() || value > std::numeric_limits<Int>::max()) return std::nullopt;
   return static_cast<Int>(value);
+}
+
+template <typename Int>
+std::optional<Int> ToInt(std::string_view text) {
+  if (!IsNumeric(text)) return std::nullopt;
+  return RoundTo<Int>(ParseNumber(TrimBlanks(text)));
 }
 
 }  // namespace
@@ -89,6 +94,14 @@ std::int32_t WholePrefix(std::string_view text) {
   using Limits = std::numeric_limits<std::int32_t>;
   return static_cast<std::int32_t>(
       std::clamp<double>(RoundHalfEven(NumericPrefix(text)), Limits::min(), Limits::max()));
+}
+
+std::optional<std::int16_t> PrefixInt16(std::string_view text) {
+  return RoundTo<std::int16_t>(NumericPrefix(text));
+}
+
+std::optional<std::int32_t> PrefixInt32(std::string_view text) {
+  return RoundTo<std::int32_t>(NumericPrefix(text));
 }
 
 bool IsNumeric(std::string_view text) {
@@ -169,6 +182,15 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
     if (end == std::string_view::npos) return fields;
     text.remove_prefix(end + 1);
   }
+}
+
+std::optional<std::string_view> Field(std::string_view text, char separator, std::size_t index) {
+  for (; index > 0; --index) {
+    const std::size_t end = text.find(separator);
+    if (end == std::string_view::npos) return std::nullopt;
+    text.remove_prefix(end + 1);
+  }
+  return text.substr(0, text.find(separator));
 }
 
 std::string_view TrimBlanks(std::string_view text) {

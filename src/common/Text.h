@@ -23,6 +23,11 @@ double NumericPrefix(std::string_view text);
 /// The same as a whole number, halves to even, limited to 32 bits.
 std::int32_t WholePrefix(std::string_view text);
 
+/// The same as a whole number, halves to even, in 16 bits. None if it does not fit.
+std::optional<std::int16_t> PrefixInt16(std::string_view text);
+/// The same in 32 bits.
+std::optional<std::int32_t> PrefixInt32(std::string_view text);
+
 /// Whether a whole text is a number: blanks around it, a sign, a decimal point and an exponent are allowed.
 bool IsNumeric(std::string_view text);
 
@@ -54,6 +59,9 @@ bool Matches(std::string_view text, std::string_view pattern);
 
 /// The fields of a text between separators; an empty text has one empty field.
 std::vector<std::string_view> Split(std::string_view text, char separator);
+
+/// One field, counted from 0, of a text between separators. None if it has fewer.
+std::optional<std::string_view> Field(std::string_view text, char separator, std::size_t index);
 
 /// Without the blanks at both ends.
 std::string_view TrimBlanks(std::string_view text);
