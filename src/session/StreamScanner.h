@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "session/ItemSearch.h"
 #include "session/ReceiveBuffer.h"
 #include "session/SessionState.h"
 #include "session/TextGrid.h"
@@ -12,21 +13,13 @@
 
 namespace corvex {
 
-enum class ScanKind : std::int32_t { None = 0, TraceItem = 1, TagItem = 2, EscapeItem = 3 };
-
-/// The next item in a text. Positions count from 1.
-struct ScanItem {
-  ScanKind kind = ScanKind::None;
-  std::int16_t pos = 5000;        ///< Its first character; an escape or trace record is only seen before 5000
-                                  ///< unless a tag stands behind it.
-  std::int16_t after = 0;         ///< The first character behind its introducer.
-  std::int16_t traceLength = 0;   ///< Trace records only.
-};
-
-ScanItem FindNextItem(std::string_view text);
-
 /// Takes the modem's stream apart: tag packets, escape sequences with plain text between them, and trace
 /// records, cut in pieces anywhere.
+///
+/// Plain text is held back until an item stands behind it, and thrown away if that follows a trace record. An
+/// item whose end does not come is waited for without any limit of time; what is held is bounded all the
+/// same, as positions are: text in which no item begins, and a packet that does not end, go once they fill
+/// kLastPosition characters. So no more than these and the next introducer are ever held between events.
 class StreamScanner {
  public:
   enum class ScanState : std::int32_t { Idle = 0, Trace = 1, Tag = 2, Escape = 3 };
@@ -34,20 +27,45 @@ class StreamScanner {
   StreamScanner(ReceiveBuffer& received, const SessionState& state, TagStream& tags, TextGrid& grid);
 
   /// Takes what has been received and hands on every item that is complete. A call from within one of the
-  /// decoders returns at once; its bytes are taken by the next call.
+  /// decoders returns at once; its bytes are taken by the next call. An item counts as taken before it is
+  /// handed on, so that a decoder that throws leaves the scanner behind it.
   void ScanStream();
 
   ScanState scanState() const { return scanState_; }
+
+  /// How many characters wait for the rest of their item.
+  std::size_t held() const { return pending_.size() - cursor_; }
 
   /// Takes the text of trace records while the master trace window is open.
   std::function<void(std::string_view)> masterTrace;
 
  private:
+  class Turn;
+
+  // One step of each state: false if it needs more text.
+  bool TakeStep();
+  bool TakeIdle();
+  bool TakeTrace();
+  bool TakeTag();
+  bool TakeEscape();
+
+  std::string_view Rest() const { return std::string_view(pending_).substr(cursor_); }
+  void DropTaken();
+
   ReceiveBuffer& received_;
   const SessionState& state_;
   TagStream& tags_;
   TextGrid& grid_;
+
   ScanState scanState_ = ScanState::Idle;
+  bool scanBusy_ = false;
+  bool afterTrace_ = false;  ///< Plain text is thrown away: a trace record was the last item.
+  std::int16_t traceLength_ = 0;
+
+  std::string pending_;     ///< What is being taken apart, and
+  std::size_t cursor_ = 0;  ///< how much of it has been.
+  ItemSearch items_;
+  WordSearch packetEnd_{kPacketEnd};
 };
 
 }  // namespace corvex

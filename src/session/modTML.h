@@ -66,8 +66,8 @@ std::string_view TagPayload(std::string_view packet);
 /// The payload of a print packet without the three characters that are discarded.
 std::string_view PrintPayload(std::string_view packet);
 
-/// Takes packets and stores what they say in the session, with a flag for each change; nothing is painted here,
-/// so that a burst of packets paints once. Two things go past the flags, by the functions below.
+/// Takes packets and stores what they say in the session, with a flag for each change; nothing is painted
+/// here, so that a burst of packets paints once. Two things go past the flags, by the functions below.
 class TagStream {
  public:
   using LongDate = std::function<std::string(int year, int month, int day)>;
@@ -84,7 +84,14 @@ class TagStream {
   std::function<void(std::int32_t channel, std::string_view text)> traceToInstance;
 
  private:
+  static void Store(std::string& text, std::string_view payload, bool& changed);
+  /// The screen changes, and its end can return to the one before.
+  void LeaveFor(ScreenKind kind);
+  /// The modem is about to paint a new screen by itself.
+  void BeginPaintedScreen();
+  void AddPrintLine(std::string_view line);
   void ParseDate(std::string_view payload);
+  std::string LongDateOf(std::string_view date) const;
   void ParseBatt(std::string_view packet);
   void ParseChannel(std::string_view payload);
 
