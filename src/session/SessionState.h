@@ -102,6 +102,8 @@ struct SessionState : ChangeFlags {
 
   TerminalModel terminalModel = TerminalModel::Unknown;
   bool traceEnabled = false;  ///< The master trace window is open.
+
+  friend bool operator==(const SessionState&, const SessionState&) = default;
 };
 
 }  // namespace corvex
