@@ -17,7 +17,7 @@ struct Design {
   bool visible = true;
   bool enabled = true;
   Font font = {};
-  int interval = 0;            ///< Timers: milliseconds.
+  int interval = 0;               ///< Timers: milliseconds.
   std::string_view picture = {};  ///< Images: see Image::picture.
 };
 

@@ -176,8 +176,8 @@ class MenuItem : public Control {
   MenuItem* menu_;
 };
 
-/// Ticks every `interval` milliseconds while enabled. The next interval begins when a tick has returned, so that
-/// a tick that waits is never entered again from its own wait.
+/// Ticks every `interval` milliseconds while enabled. The next interval begins when a tick has returned, so
+/// that a tick that waits is never entered again from its own wait.
 class Timer : public Control {
  public:
   Timer(Form& form, const Design& design);

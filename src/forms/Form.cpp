@@ -5,11 +5,17 @@
 
 namespace corvex {
 
-Form::Form(EventLoop& loop, WindowSystem& windows, std::string_view name)
-    : Container(*this), loop_(loop), windows_(windows), name_(name) {}
+Form::Form(EventLoop& loop, WindowSystem& windows, std::string_view name, Form* owner)
+    : Container(*this), loop_(loop), windows_(windows), name_(name), owner_(owner) {}
 
 Form::~Form() {
   Withdraw();
+}
+
+void Form::ShowModal() {
+  modal_ = true;
+  visible = true;
+  while (visible) loop_.Pump();
 }
 
 void Form::Withdraw() {

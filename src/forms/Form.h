@@ -47,23 +47,26 @@ enum class WindowState { Normal, Minimized, Maximized };
 
 /// A key as the main window sees it before any control does.
 struct KeyEvent {
-  int keyCode = 0;      ///< Virtual key code: letters and digits their upper-case character, F1 is 112.
+  int keyCode = 0;  ///< Virtual key code: letters and digits their upper-case character, F1 is 112.
   bool shift = false;
   bool ctrl = false;
   bool alt = false;
   bool handled = false;  ///< Set by the logic if the key is not to go on.
 };
 
-/// A window as data: its members are its controls, in the order of their declaration, and logic reads and sets
-/// them without knowing what shows them. The form is made hidden; it is realised by the window system when it
-/// is first made visible.
+/// A window as data: its members are its controls, in the order of their declaration, and logic reads and
+/// sets them without knowing what shows them. The form is made hidden; it is realised by the window system
+/// when it is first made visible.
 class Form : public Container, public Observable {
  public:
-  Form(EventLoop& loop, WindowSystem& windows, std::string_view name);
+  /// `owner`: the form that this one stays in front of, or none.
+  Form(EventLoop& loop, WindowSystem& windows, std::string_view name, Form* owner = nullptr);
   virtual ~Form();
 
   EventLoop& loop() const { return loop_; }
   const std::string& name() const { return name_; }
+  Form* owner() const { return owner_; }
+  WindowSystem& windows() const { return windows_; }
   const std::vector<Control*>& controls() const { return controls_; }
 
   Property<std::string> caption{*this, Change::Caption, {}};
@@ -90,6 +93,10 @@ class Form : public Container, public Observable {
   /// For the window system: the user has moved the focus.
   void AdoptFocus(Control* control) { focused_ = control; }
 
+  /// Shows the form and pumps events until it is hidden again; meanwhile the user cannot reach other windows.
+  void ShowModal();
+  bool Modal() const { return modal_; }
+
   /// Takes the form off the window system. A window whose members the window system could still reach calls
   /// it first in its destructor.
   void Withdraw();
@@ -105,9 +112,11 @@ class Form : public Container, public Observable {
   EventLoop& loop_;
   WindowSystem& windows_;
   std::string name_;
+  Form* owner_;
   std::vector<Control*> controls_;
   Control* focused_ = nullptr;
   bool active_ = false;
+  bool modal_ = false;
   bool attached_ = false;
 };
 

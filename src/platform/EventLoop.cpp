@@ -93,8 +93,8 @@ void Pause(EventLoop& loop, double seconds) {
   for (double now = clock(); now < deadline; now = clock()) {
     const auto rest = std::chrono::duration<double>(deadline - now);
     // A whole millisecond at the least: the clock of the day may be coarser than the rest of the pause.
-    const auto step = std::max(std::chrono::ceil<std::chrono::milliseconds>(rest),
-                               std::chrono::milliseconds(1));
+    const auto step =
+        std::max(std::chrono::ceil<std::chrono::milliseconds>(rest), std::chrono::milliseconds(1));
     loop.Pump(loop.Now() + step);
   }
 }

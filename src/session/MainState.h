@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "session/ModemMode.h"
 
 namespace corvex {
@@ -11,6 +13,7 @@ struct MainState {
   bool rxSeen = false;      ///< The modem has given a sign of life since the watchdog last looked.
   bool rowsFrozen = false;  ///< Rows are not repainted: a click walks the modem's cursor.
   bool screenHold = false;  ///< Neither rows nor choice lists are shown: the tool walks the modem's cursor.
+  std::string applicationTitle;  ///< Names the terminal once it has been detected.
 };
 
 }  // namespace corvex

@@ -24,7 +24,9 @@ TerminalModel TerminalModelFromText(std::string_view reply) {
 }
 
 std::string TerminalModelTitle(TerminalModel model, std::string_view brand) {
-  const auto branded = [brand](std::string_view name) { return std::string(brand) + ' ' + std::string(name); };
+  const auto branded = [brand](std::string_view name) {
+    return std::string(brand) + ' ' + std::string(name);
+  };
   switch (model) {
     case TerminalModel::Heron:
       return branded("Heron ");

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "forms/Form.h"
+
+namespace corvex {
+
+/// The window "Phone Book".
+class frmBook : public Form {
+ public:
+  explicit frmBook(Form& owner) : Form(owner.loop(), owner.windows(), "frmBook", &owner) {
+    caption = "Phone Book";
+    rect = Rect{owner.rect.Get().left + 600, owner.rect.Get().top + 600, 6000, 4200};
+    queryUnload = [this] { visible = false; };
+  }
+  ~frmBook() override { Withdraw(); }
+};
+
+}  // namespace corvex

@@ -1,0 +1,170 @@
+#include "link/WireLog.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <system_error>
+#include <vector>
+
+namespace corvex {
+
+namespace {
+
+constexpr std::string_view kPrefix = "wire-";
+constexpr std::string_view kSuffix = ".log";
+
+/// "20060331-120000" of seconds since 1970 in local time.
+std::string Stamp(std::int64_t localSeconds) {
+  using namespace std::chrono;
+  const sys_seconds time{seconds(localSeconds)};
+  const auto day = floor<days>(time);
+  const year_month_day date{day};
+  const hh_mm_ss clock{time - day};
+  char text[32];
+  std::snprintf(text, sizeof text, "%04d%02u%02u-%02d%02d%02d", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()));
+  return text;
+}
+
+bool IsRecording(const std::filesystem::path& file) {
+  const std::string name = file.filename().string();
+  return name.starts_with(kPrefix) && name.ends_with(kSuffix);
+}
+
+}  // namespace
+
+std::string QuoteBytes(std::string_view bytes) {
+  static constexpr char kHex[] = "0123456789ABCDEF";
+  std::string text = "\"";
+  for (const char c : bytes) {
+    const auto u = static_cast<unsigned char>(c);
+    switch (c) {
+      case '\x1B':
+        text += "\\e";
+        break;
+      case '\r':
+        text += "\\r";
+        break;
+      case '\n':
+        text += "\\n";
+        break;
+      case '\t':
+        text += "\\t";
+        break;
+      case '"':
+        text += "\\\"";
+        break;
+      case '\\':
+        text += "\\\\";
+        break;
+      default:
+        if (u >= 32 && u < 127) {
+          text += c;
+        } else {
+          text += "\\x";
+          text += kHex[u >> 4];
+          text += kHex[u & 15];
+        }
+    }
+  }
+  return text += '"';
+}
+
+void WireLog::Opened(std::string_view where) {
+  if (!settings_.logging.wirelog.Get()) {
+    file_.close();
+    return;
+  }
+  if (!file_.is_open() && !Begin()) return;
+  linkOpen_ = true;
+  Line('=', "open " + std::string(where));
+}
+
+void WireLog::Closed() {
+  ForgetSecret();
+  if (!linkOpen_) return;
+  linkOpen_ = false;
+  Line('=', "close");
+}
+
+void WireLog::Note(std::string_view what) {
+  Line('=', what);
+}
+
+void WireLog::Sent(std::string_view bytes) {
+  if (!file_.is_open()) return;
+  WriteHeld();
+  Line('>', QuoteBytes(bytes));
+}
+
+void WireLog::Received(std::string_view bytes) {
+  if (!file_.is_open() || bytes.empty()) return;
+  if (!secret_.empty()) {
+    held_ += bytes;
+    return;
+  }
+  Line('<', QuoteBytes(bytes));
+}
+
+void WireLog::SentSecret(std::string_view secret) {
+  Sent("(password)\r\n");
+  secret_ = secret;
+}
+
+void WireLog::ForgetSecret() {
+  WriteHeld();
+  secret_.clear();
+}
+
+void WireLog::WriteHeld() {
+  if (held_.empty()) return;
+  for (std::size_t at = held_.find(secret_); at != std::string::npos; at = held_.find(secret_, at)) {
+    held_.replace(at, secret_.size(), secret_.size(), '*');
+    at += secret_.size();
+  }
+  Line('<', QuoteBytes(held_));
+  held_.clear();
+}
+
+bool WireLog::Begin() {
+  const std::filesystem::path folder = settings_.AppFolder();
+  RemoveOld(folder);
+  const std::string name = std::string(kPrefix) + Stamp(loop_.LocalSeconds()) + std::string(kSuffix);
+  file_.open(folder / name, std::ios::binary | std::ios::app);
+  if (!file_) return false;
+  began_ = loop_.Now();
+  written_ = 0;
+  file_ << "# corvex wire log 1\n" << std::flush;
+  return true;
+}
+
+void WireLog::RemoveOld(const std::filesystem::path& folder) {
+  std::error_code failed;
+  std::vector<std::filesystem::path> recordings;
+  for (std::filesystem::directory_iterator it(folder, failed), end; !failed && it != end;
+       it.increment(failed)) {
+    if (IsRecording(it->path())) recordings.push_back(it->path());
+  }
+  std::sort(recordings.begin(), recordings.end());  // the names begin with the time
+  for (std::size_t i = 0; i + kKept <= recordings.size(); ++i) std::filesystem::remove(recordings[i], failed);
+}
+
+void WireLog::Line(char kind, std::string_view text) {
+  if (!file_.is_open()) return;
+  const double seconds = std::chrono::duration<double>(loop_.Now() - began_).count();
+  char time[32];
+  std::snprintf(time, sizeof time, " %.3f ", seconds);
+  // Flushed line by line: the recording of a session that ended badly is the one that is wanted.
+  file_ << kind << time << text << '\n' << std::flush;
+  written_ += static_cast<std::int64_t>(text.size());
+  if (written_ > kMaxBytes) {
+    file_ << "# the recording ends here: it has reached its greatest length\n";
+    file_.close();
+  } else if (!file_) {
+    file_.close();
+  }
+}
+
+}  // namespace corvex

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "common/INIFuncs.h"
+#include "platform/EventLoop.h"
+
+namespace corvex {
+
+/// Records what passes over the link in a file that can be read in an editor and played back by the simulated
+/// unit, while the setting `wirelog` says so:
+///
+///   # corvex wire log 1
+///   = 0.000 open lan 192.168.1.1:3000
+///   > 0.012 "at+gmm\r\n"
+///   < 0.034 "204417\r\nOK\r\n"
+///   = 9.100 close
+///
+/// ">" is from the PC to the modem, "<" from the modem, the number the seconds since the recording began. A
+/// recording begins when the link is first opened and goes on over reconnects until the program ends; the
+/// last ten are kept. A login password never gets into it, neither sent nor echoed. A file that cannot be
+/// written ends the recording in silence.
+class WireLog {
+ public:
+  static constexpr int kKept = 10;
+  static constexpr std::int64_t kMaxBytes = 64 << 20;  ///< A recording ends with a note when it gets longer.
+
+  WireLog(const EventLoop& loop, const SettingsStore& settings) : loop_(loop), settings_(settings) {}
+
+  /// The link was opened; `where` tells the transport and the address.
+  void Opened(std::string_view where);
+  void Closed();
+  /// Something happened to the line, such as "line lost".
+  void Note(std::string_view what);
+  void Sent(std::string_view bytes);
+  void Received(std::string_view bytes);
+
+  /// A password was sent. What is received from now on is held back until ForgetSecret, so that an echo of
+  /// the password, cut anywhere, can be blotted out.
+  void SentSecret(std::string_view secret);
+  void ForgetSecret();
+
+ private:
+  bool Begin();
+  void RemoveOld(const std::filesystem::path& folder);
+  void Line(char kind, std::string_view text);
+  void WriteHeld();
+
+  const EventLoop& loop_;
+  const SettingsStore& settings_;
+  std::ofstream file_;
+  EventLoop::Time began_{0};
+  std::int64_t written_ = 0;
+  bool linkOpen_ = false;
+  std::string secret_;
+  std::string held_;
+};
+
+/// Bytes as a quoted text: \e \r \n \t \" \\ and \xNN, all printable characters of ASCII as they are.
+std::string QuoteBytes(std::string_view bytes);
+
+}  // namespace corvex

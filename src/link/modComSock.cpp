@@ -1,0 +1,319 @@
+#include "link/modComSock.h"
+
+#include <chrono>
+#include <cstdlib>
+
+#include "common/Text.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr std::string_view kCancel = "\x18";
+constexpr std::string_view kTagModeRequest = "\x12";
+constexpr std::string_view kTransparentMode = "AT+ERB_TRANSPARENT_MODE";
+constexpr std::int32_t kErbPort = 24;
+
+/// Sets a flag for as long as it lives.
+class Guard {
+ public:
+  explicit Guard(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Guard() { flag_ = false; }
+  Guard(const Guard&) = delete;
+  Guard& operator=(const Guard&) = delete;
+
+ private:
+  bool& flag_;
+};
+
+}  // namespace
+
+TerminalLink::TerminalLink(const Platform& platform, SettingsStore& settings, ReceiveBuffer& received,
+                           MainState& main)
+    : loop_(platform.loop),
+      comPort_(platform.comPort),
+      sock_(platform.sock),
+      dialogs_(platform.dialogs),
+      settings_(settings),
+      received_(received),
+      main_(main),
+      log_(loop_, settings),
+      login_(settings, {.writeText = [this](std::string_view text) { WriteText(text); },
+                        .writePassword = [this](std::string_view password) { WritePassword(password); },
+                        .sendCancel = [this] { SendCancel(); },
+                        .ask = [this](std::string_view prompt,
+                                      std::string_view title) { return dialogs_.InputBox(prompt, title); }}) {
+  comPort_.onComm = [this](SerialControl::CommEvent event) { OnComm(event); };
+  sock_.onDataArrival = [this] { OnDataArrival(); };
+  sock_.onClose = [this] {
+    log_.Note("closed by the other side");
+    sock_.Close();
+  };
+  received_.onRoom = [this] {
+    loop_.Post([this] {
+      if (sock_.GetState() != SocketControl::kClosed) OnDataArrival();
+      if (comPort_.PortOpen()) OnComm(SerialControl::kEvReceive);
+    });
+  };
+}
+
+TerminalLink::~TerminalLink() {
+  comPort_.onComm = nullptr;
+  sock_.onDataArrival = nullptr;
+  sock_.onClose = nullptr;
+  received_.onRoom = nullptr;
+}
+
+bool TerminalLink::SocketReady() const {
+  return LinkIsLan() && sock_.GetState() == SocketControl::kConnected;
+}
+
+bool TerminalLink::Dispatches() const {
+  return main_.mode == ModemMode::Terminal || main_.mode == ModemMode::AtMode ||
+         main_.mode == ModemMode::TestInterface;
+}
+
+bool TerminalLink::Transmit(std::string_view bytes) {
+  if (SocketReady()) {
+    sock_.SendData(bytes);
+  } else if (comPort_.PortOpen()) {
+    comPort_.Output(bytes);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void TerminalLink::WriteText(std::string_view text) {
+  if (Transmit(text)) log_.Sent(text);
+}
+
+void TerminalLink::WritePassword(std::string_view password) {
+  if (Transmit(std::string(password) + std::string(kCrLf))) log_.SentSecret(password);
+}
+
+void TerminalLink::WriteByte(std::uint8_t byte) {
+  const char text = static_cast<char>(byte);
+  if (LinkIsLan() && !(SocketReady() && LoginComplete())) return;
+  WriteText({&text, 1});
+}
+
+void TerminalLink::WriteBlock(std::string_view bytes) {
+  DrainOutput();
+  if (SocketReady() && LoginComplete()) {
+    sock_.SendData(bytes);
+  } else if (comPort_.PortOpen()) {
+    comPort_.Output(bytes);
+  } else {
+    dialogs_.MessageBox("Inconsistent state during block write");
+    return;
+  }
+  log_.Sent(bytes);
+}
+
+void TerminalLink::DrainOutput() {
+  if (SocketReady() && LoginComplete()) return;
+  if (!comPort_.PortOpen()) return;
+  // No signal tells that a byte has left, so the count is looked at as often as a byte takes at 9600 baud.
+  while (comPort_.PortOpen() && comPort_.OutBufferCount() >= 1) {
+    loop_.Pump(loop_.Now() + std::chrono::milliseconds(1));
+  }
+}
+
+void TerminalLink::SendCancel() {
+  if (!EnsureLinkOpen()) return;
+  WriteText(kCancel);
+  Pause(loop_, 0.05);
+}
+
+void TerminalLink::SendTagModeRequest() {
+  WriteText(kTagModeRequest);
+}
+
+void TerminalLink::OnComm(SerialControl::CommEvent event) {
+  if (event == SerialControl::kEvLineLost) {
+    log_.Note("line lost");
+    return;
+  }
+  main_.rxSeen = true;
+  // While the dispatcher is at work, which may wait, the bytes stay in the port until the next event. That is
+  // meant.
+  if (commBusy_ || main_.mode == ModemMode::Closing || !received_.HasRoom()) return;
+  const Guard guard(commBusy_);
+  const std::string text = comPort_.Input();
+  log_.Received(text);
+  received_.AppendRx(text);
+  if (Dispatches() && processReceived) processReceived();
+}
+
+void TerminalLink::OnDataArrival() {
+  // The socket has no guard: events nest, and append in the order of their arrival.
+  if (!received_.HasRoom()) return;
+  const std::string text = sock_.GetData();
+  log_.Received(text);
+  if (LoginComplete() && main_.mode == ModemMode::Upgrade) {
+    received_.AppendRxBytes(text);
+    return;
+  }
+  received_.AppendRx(text);
+  if (LoginComplete() && Dispatches() && processReceived) processReceived();
+}
+
+bool TerminalLink::EnsureLinkOpen() {
+  openRefused_ = false;
+  if (LinkIsLan()) {
+    if (SocketReady() && LoginComplete()) return true;
+    CloseLink();
+    Pause(loop_, 0.05);
+    if (!OpenSocket()) return false;
+    return LanLogin();
+  }
+  OpenSerial();
+  if (!settings_.config.erbaccess.Get() || LoginComplete()) return true;
+  return ErbRelogin();
+}
+
+void TerminalLink::OpenSerial() {
+  if (comPort_.PortOpen()) return;
+  // A port that is not to be had is not reported: no answer will come, and that is told.
+  if (comPort_.Open()) {
+    log_.Opened("serial COM" + std::to_string(comPort_.CommPort()) + ' ' + comPort_.DeviceName() + ' ' +
+                comPort_.Settings());
+  }
+}
+
+bool TerminalLink::OpenSocket() {
+  constexpr int kRounds = 9;
+  received_.ClearRx();
+  for (int round = 0; round < kRounds;) {
+    const auto state = sock_.GetState();
+    if (state == SocketControl::kConnected) {
+      log_.Opened("lan " + sock_.RemoteHost() + ':' + std::to_string(sock_.RemotePort()));
+      return true;
+    }
+    if (state == SocketControl::kClosed) {
+      // Not counted: a socket that falls back to closed at once is tried for ever. That is meant.
+      const auto port = settings_.config.erbaccess.Get() ? kErbPort : ToInt32(settings_.config.lanport.Get());
+      if (!sock_.Connect(settings_.config.lanaddress.Get(), port.value_or(0))) {
+        openRefused_ = true;
+        return false;
+      }
+    } else {
+      ++round;
+    }
+    Pause(loop_, 0.1);
+  }
+  sock_.Close();
+  return false;
+}
+
+bool TerminalLink::LanLogin() {
+  login_.ResetLogin();
+  const auto began = loop_.Now();
+  while (sock_.GetState() != SocketControl::kConnected) {
+    if (loop_.Now() - began > std::chrono::seconds(20)) return false;
+    loop_.Pump(began + std::chrono::milliseconds(20001));
+  }
+  login_.ResetLogin();
+  if (!settings_.config.erbaccess.Get()) {
+    WriteText(std::string(kTransparentMode) + std::string(kCrLf));
+    login_.SetConnected();
+    return true;
+  }
+  LoginStep();
+  return AwaitLogin(began, 5);
+}
+
+bool TerminalLink::ErbRelogin() {
+  const auto began = loop_.Now();
+  login_.ResetLogin();
+  WriteText(std::string(kTransparentMode) + std::string(kCrLf));
+  Pause(loop_, 0.1);
+  LoginStep();
+  return AwaitLogin(began, 8);
+}
+
+bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
+  while (!login_.LoginFailed() && !login_.LoginComplete()) {
+    Pause(loop_, 0.1);
+    LoginStep();
+    const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - began).count();
+    // Exactly this second: a login that was held up past it has until the second limit.
+    if (elapsed == giveUpAt) {
+      CloseLink();
+      Pause(loop_, 0.2);
+      login_.ResetLogin();
+      return false;
+    }
+    if (elapsed > 10) return false;
+  }
+  return !login_.LoginFailed();
+}
+
+void TerminalLink::LoginStep() {
+  login_.LoginStep(received_.TakeRx());
+  if (login_.state() != LoginState::PasswordSent) log_.ForgetSecret();
+}
+
+void TerminalLink::CloseLink() {
+  if (LinkIsLan() && sock_.GetState() > SocketControl::kClosed) {
+    if (SocketReady() && LoginComplete()) {
+      SendCancel();
+      Pause(loop_, 0.1);
+      received_.DiscardRx();
+      Pause(loop_, 0.1);
+      WriteText(kTransparentMode);  // without a line end at the end of a session; that is meant
+    } else if (settings_.config.erbaccess.Get()) {
+      WriteText(kTransparentMode);
+    }
+    log_.Closed();
+    sock_.Close();
+    Pause(loop_, 0.1);
+    return;
+  }
+  comPort_.SetHandshaking(0);
+  comPort_.DiscardInput();
+  comPort_.DiscardOutput();
+  Pause(loop_, 0.05);
+  if (comPort_.PortOpen()) {
+    log_.Closed();
+    comPort_.Close();
+  }
+}
+
+void TerminalLink::LeaveMub() {
+  SendCancel();
+  Pause(loop_, 0.1);
+  WriteText(kTransparentMode);
+  Pause(loop_, 0.1);
+}
+
+bool TerminalLink::SendAndAwaitOk(std::string_view command) {
+  const std::string line = std::string(command) + std::string(kCrLf);
+  SendCancel();
+  received_.DiscardRx();
+  WriteText(line);
+  std::string answer;
+  for (int round = 1; round <= 8; ++round) {
+    Pause(loop_, 0.05);
+    received_.TakeRxInto(answer);
+    if (Contains(UpperCase(answer), "OK") || Contains(answer, "<tml>")) {
+      SendTagModeRequest();
+      return true;
+    }
+    if (round == 3) WriteText(line);
+  }
+  return false;
+}
+
+bool TerminalLink::EnterTagMode() {
+  constexpr std::string_view kCommand = "AT+WQUILSTARTTMLB";
+  const std::int32_t phase = settings_.config.mmiphase.Get();
+  if (SendAndAwaitOk(kCommand)) return true;
+  // The second try is the same command; only the phase that is stored tells that it was needed.
+  if (!SendAndAwaitOk(kCommand)) return false;
+  settings_.config.mmiphase.Set(3 - phase);
+  return true;
+}
+
+}  // namespace corvex

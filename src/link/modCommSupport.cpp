@@ -1,0 +1,121 @@
+#include "link/modCommSupport.h"
+
+#include "common/Text.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr int kRounds = 6;
+
+}  // namespace
+
+void LoadPortSettings(SerialControl& comPort, SettingsStore& settings) {
+  auto& port = settings.port;
+  if (port.com.GetOrUnsaved() == "?") {
+    comPort.SetCommPort(1);
+    comPort.SetSettings("115200,n,8,1");
+    comPort.SetHandshaking(2);
+    SavePortSettings(comPort, settings);
+    return;
+  }
+  comPort.SetSettings(port.settings.Get());
+  comPort.SetCommPort(ToInt16(port.com.Get()).value_or(1));
+  comPort.SetHandshaking(port.flow.Get());
+}
+
+void SavePortSettings(const SerialControl& comPort, SettingsStore& settings) {
+  settings.port.settings.Set(comPort.Settings());
+  settings.port.flow.Set(comPort.Handshaking());
+  settings.port.com.Set(std::to_string(comPort.CommPort()));
+}
+
+std::string ComDeviceName(const SettingsStore& settings, int number) {
+  const std::string named = settings.devices.Get(number);
+  if (!named.empty()) return named;
+#if defined(_WIN32)
+  return "COM" + std::to_string(number);
+#else
+  // Adapters come first, as hardly any computer of today has a port of its own.
+  struct Family {
+    int first;
+    const char* name;
+  };
+  constexpr Family kFamilies[] = {{13, "/dev/ttyS"}, {9, "/dev/ttyACM"}, {1, "/dev/ttyUSB"}};
+  for (const auto& [first, name] : kFamilies) {
+    if (number >= first) return name + std::to_string(number - first);
+  }
+  return {};
+#endif
+}
+
+ProbeWord ModemProbe::DetectModem() {
+  window_.lblPort.caption = "";
+  if (!link_.EnsureLinkOpen()) return link_.OpenRefused() ? ProbeWord::Busy : ProbeWord::None;
+  link_.SendCancel();
+  PauseShort(window_.loop());
+  received_.DiscardRx();
+  link_.WriteText("ate1\r\n");
+  PauseShort(window_.loop());
+  const ProbeWord word = AskModel();
+  if (word == ProbeWord::Ok) AskUpgrade();
+  return word;
+}
+
+ProbeWord ModemProbe::AskModel() {
+  constexpr std::string_view kCommand = "at+gmm\r\n";
+  EventLoop& loop = window_.loop();
+  link_.WriteText(kCommand);
+  ProbeWord word = ProbeWord::None;
+  std::string answer;
+  for (int round = 1; round <= kRounds; ++round) {
+    PauseShort(loop);
+    received_.TakeRxInto(answer);
+    const std::string upper = UpperCase(answer);
+    // A modem that refuses the command has shown that the speed is right.
+    if (Contains(upper, "ERROR") || Contains(upper, "OK")) {
+      state_.terminalModel = TerminalModelFromText(upper);
+      main_.applicationTitle = TerminalModelTitle(state_.terminalModel, settings_.config.brand.Get());
+      window_.windows().SetApplicationTitle(main_.applicationTitle);
+      return ProbeWord::Ok;
+    }
+    word = answer.empty() ? ProbeWord::None : ProbeWord::CheckSpeed;
+    Pause(loop, 0.1);
+    if (round == 3) {
+      link_.SendCancel();
+      Pause(loop, 0.2);
+      link_.WriteText(kCommand);  // what has come so far is kept
+    }
+  }
+  return word;
+}
+
+void ModemProbe::AskUpgrade() {
+  link_.WriteText("at+wquilcswvload\r\n");
+  MenuItem& entry = window_.mnuUpgrade;
+  std::string answer;
+  for (int round = 1; round <= kRounds; ++round) {
+    PauseShort(window_.loop());
+    received_.TakeRxInto(answer);
+    const std::string upper = UpperCase(answer);
+    if (Contains(upper, "ERROR")) continue;
+    if (Contains(upper, "PWDISALLOWED")) {
+      entry.visible = true;
+      entry.enabled = false;
+      return;
+    }
+    if (Contains(upper, "DISALLOWED")) {  // holds for the longer word too, which is why that comes first
+      entry.visible = false;
+      entry.enabled = false;
+      return;
+    }
+    if (Contains(upper, "PROTOCOL")) {
+      entry.enabled = true;
+      return;
+    }
+    entry.enabled = false;
+  }
+  entry.enabled = false;
+}
+
+}  // namespace corvex

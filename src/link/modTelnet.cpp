@@ -1,0 +1,66 @@
+#include "link/modTelnet.h"
+
+#include "common/Text.h"
+
+namespace corvex {
+
+void TelnetLogin::ResetLogin() {
+  loginBuffer_.clear();
+  state_ = LoginState::Idle;
+}
+
+bool TelnetLogin::Holds(const std::string& prompt) const {
+  return Contains(loginBuffer_, UpperCase(prompt));
+}
+
+void TelnetLogin::LoginStep(std::string_view text) {
+  if (text.empty()) return;
+  loginBuffer_ += UpperCase(text);
+  const auto& config = settings_.config;
+  // The order decides when several prompts have come in one piece.
+  if (Holds(config.promptusername.Get())) {
+    state_ = LoginState::UserSent;
+    loginBuffer_.clear();
+    actions_.writeText(config.username.Get() + std::string(kCrLf));
+  } else if (Holds(config.muberror.Get())) {
+    loginBuffer_.clear();
+    state_ = LoginState::Refused;
+  } else if (Holds(config.promptpassword.Get())) {
+    state_ = LoginState::PasswordSent;
+    loginBuffer_.clear();
+    actions_.writePassword(config.password.Get());
+  } else if (Holds("ALREADY IN USE")) {
+    actions_.writeText("killall -9 modem\r\n");
+    state_ = LoginState::Refused;
+    return;  // the buffer keeps its text; that is meant
+  } else if (Holds(config.prompttelnet.Get())) {
+    state_ = LoginState::MubRequested;
+    loginBuffer_.clear();
+    actions_.writeText("modem " + config.mubselect.Get() + std::string(kCrLf));
+  } else if (Holds(config.connected.Get())) {
+    state_ = LoginState::Connected;
+    loginBuffer_.clear();
+  } else if (Holds(config.incorrect.Get())) {
+    loginBuffer_.clear();
+    AskForPassword();
+  } else if (Holds("<TML>")) {
+    // The modem is talking already.
+    state_ = LoginState::Connected;
+    loginBuffer_.clear();
+    actions_.sendCancel();
+  }
+  // After a refused password this is the second CR LF; both are meant.
+  if (state_ == LoginState::Idle && loginBuffer_.empty()) actions_.writeText(kCrLf);
+  if (loginBuffer_.size() > kBufferBound) loginBuffer_.erase(0, loginBuffer_.size() - kBufferBound / 2);
+}
+
+void TelnetLogin::AskForPassword() {
+  auto& config = settings_.config;
+  const auto typed = actions_.ask("Enter password for " + config.username.Get(),
+                                  "Telnet login Mub " + config.mubselect.Get());
+  config.password.Set(typed.value_or(""));  // an empty one is stored too
+  actions_.writeText(kCrLf);
+  state_ = LoginState::Idle;
+}
+
+}  // namespace corvex

@@ -1,0 +1,141 @@
+#include "session/Dispatcher.h"
+
+#include <cstdio>
+
+#include "common/Text.h"
+#include "session/PopUp.h"
+#include "session/RowPainter.h"
+#include "session/SoftKeyPanel.h"
+#include "session/mListView.h"
+
+namespace corvex {
+
+namespace {
+
+/// Clears a flag and tells whether it was set.
+bool Taken(bool& flag) {
+  const bool was = flag;
+  flag = false;
+  return was;
+}
+
+}  // namespace
+
+void Dispatcher::ProcessReceived() {
+  switch (p_.main.mode) {
+    case ModemMode::AwaitIntro:
+    case ModemMode::Offline:
+    case ModemMode::PortSetup:
+      p_.received.DiscardRx();
+      break;
+    case ModemMode::TestInterface:
+      AppendToRx(p_.received.TakeRx());
+      break;
+    case ModemMode::AtMode:
+      ShowBytes();
+      break;
+    case ModemMode::Terminal:
+      p_.scanner.ScanStream();
+      ServeFlags();
+      break;
+    default:
+      break;  // somebody else reads the buffer
+  }
+}
+
+void Dispatcher::ShowBytes() {
+  const std::string text = p_.received.TakeRx();
+  const bool hex = p_.window.OptBase[0].value;
+  const bool decimal = p_.window.OptBase[1].value;
+  if (!hex && !decimal) {
+    AppendToRx(text);
+    return;
+  }
+  std::string shown;
+  for (const char c : text) {
+    const unsigned byte = static_cast<unsigned char>(c);
+    if (hex) {
+      char digits[8];
+      std::snprintf(digits, sizeof digits, "h%X ", byte);
+      shown += digits;
+    } else {
+      shown += 'd' + NumberText(byte) + ' ';
+    }
+  }
+  AppendToRx(shown);
+}
+
+void Dispatcher::AppendToRx(std::string_view text) {
+  constexpr std::size_t kBound = 5000;
+  constexpr std::size_t kDropped = 4096;
+  TextBox& view = p_.window.txtRx;
+  if (view.Text().size() > kBound) view.Edit(0, kDropped, {});
+  view.Append(text);
+}
+
+void Dispatcher::ServeFlags() {
+  SessionState& s = p_.state;
+  TermControls& window = p_.window;
+  // The order is fixed: when a burst sets several flags it decides what is seen in the end.
+  if (Taken(s.toneChanged)) p_.status.SoundTone();
+  if (Taken(s.screenChanged)) p_.main.screenHold = false;
+  if (Taken(s.sigChanged)) p_.status.ShowSignal();
+  if (Taken(s.softKeysChanged)) ShowSoftKeys(window, p_.main, s, p_.settings);
+  if (!s.paintHold && Taken(s.rowsChanged)) PaintRows(window, p_.main, s, p_.grid);
+  if (Taken(s.msgChanged)) ShowPopUp(window, s.msgText);
+  if (Taken(s.choiceChanged)) {
+    p_.lists.HideMenu();
+    p_.lists.ShowChoice();
+  }
+  if (Taken(s.closeChoice)) p_.lists.HideChoice();
+  if (Taken(s.menuChanged)) {
+    p_.lists.ShowMenu();
+    ShowSoftKeys(window, p_.main, s, p_.settings);
+    SetListSpacing(window.ListMenu, "75,0", p_.platform.dialogs);
+  }
+  if (!s.paintHold && Taken(s.tableChanged)) p_.lists.HideMenu();
+  ServePrint();
+  if (Taken(s.noMail)) p_.status.ShowMail(false);
+  if (Taken(s.newMail)) p_.status.ShowMail(true);
+  if (Taken(s.mail)) p_.status.ShowMail(true);
+  if (Taken(s.timeChanged)) p_.status.ShowTime();
+  if (Taken(s.simIn)) p_.status.ShowSim(true);
+  if (Taken(s.simOut)) p_.status.ShowSim(false);
+  if (Taken(s.gpsHeadChanged)) p_.status.ShowGpsHeading();
+  if (Taken(s.gpsPosChanged)) p_.status.ShowGpsPosition();
+  if (Taken(s.mubChanged)) p_.status.ShowMubInfo();
+  if (Taken(s.dspChanged) && dspInfo) dspInfo(s.dspInfoText);
+  if (Taken(s.closeMenu)) p_.lists.HideMenu();
+  if (Taken(s.tempChanged)) p_.status.ShowTemperature();
+  if (Taken(s.psuTempChanged)) p_.status.ShowPsuTemperature();
+  if (Taken(s.userChanged)) p_.status.ShowUserInfo();
+  if (Taken(s.spotChanged)) p_.status.ShowSpotBeam();
+  if (Taken(s.shutdown) && shutdown) shutdown();
+  if (Taken(s.bookMode)) window.tmrSpawnBook.enabled = true;
+}
+
+void Dispatcher::ServePrint() {
+  SessionState& s = p_.state;
+  const auto& always = p_.settings.printer.always;
+  if (Taken(s.printStart) && always.IsFile() && newPrintJob) newPrintJob();
+  if (Taken(s.printData) && always.IsFile() && printLine) printLine(s.printLine);
+  if (!Taken(s.printEnd)) return;
+  if (always.IsPrint()) {
+    PrintToPrinter();
+  } else if (printJobComplete) {
+    printJobComplete();
+  }
+}
+
+void Dispatcher::PrintToPrinter() {
+  const auto& printer = p_.settings.printer;
+  const Printers::PrintFont font{.name = printer.font.Get(),
+                                 .size = static_cast<double>(printer.fontsize.Get()),
+                                 .bold = printer.bold.Get(),
+                                 .italic = printer.italic.Get()};
+  if (!p_.platform.printers.PrintText(p_.state.printText, font)) {
+    p_.platform.dialogs.MessageBox("No printer configured");
+  }
+}
+
+}  // namespace corvex

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "common/INIFuncs.h"
+#include "platform/Platform.h"
+#include "session/MainState.h"
+#include "session/ReceiveBuffer.h"
+#include "session/ScreenLists.h"
+#include "session/SessionState.h"
+#include "session/StatusPanel.h"
+#include "session/StreamScanner.h"
+#include "session/TermControls.h"
+#include "session/TextGrid.h"
+
+namespace corvex {
+
+/// What becomes of received bytes: by the main window's mode they are dropped, shown as text, or scanned, and
+/// then everything that the session's flags say has changed is shown, in one fixed order. It may be entered
+/// again while it waits; each flag is cleared before its action, so that a change is shown once.
+class Dispatcher {
+ public:
+  struct Parts {
+    const Platform& platform;
+    const SettingsStore& settings;
+    TermControls& window;
+    MainState& main;
+    SessionState& state;
+    ReceiveBuffer& received;
+    TextGrid& grid;
+    StreamScanner& scanner;
+    ScreenLists& lists;
+    StatusPanel& status;
+  };
+
+  explicit Dispatcher(const Parts& parts) : p_(parts) {}
+
+  void ProcessReceived();
+
+  /// Appends text to the text view, which keeps its last part only.
+  void AppendToRx(std::string_view text);
+
+  // Where the actions of some flags lead outside the main window; an empty one does nothing.
+  std::function<void()> newPrintJob;
+  std::function<void(const std::string& lines)> printLine;
+  std::function<void()> printJobComplete;
+  std::function<void(const std::string& numbers)> dspInfo;
+  std::function<void()> shutdown;  ///< The terminal is switching off.
+
+ private:
+  void ShowBytes();
+  void ServeFlags();
+  void ServePrint();
+  void PrintToPrinter();
+
+  Parts p_;
+};
+
+}  // namespace corvex

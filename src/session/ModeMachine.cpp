@@ -1,0 +1,475 @@
+#include "session/ModeMachine.h"
+
+#include <string>
+
+#include "book/frmBook.h"
+#include "common/Text.h"
+#include "devices/frmDev.h"
+#include "session/PopUp.h"
+#include "session/RowPainter.h"
+#include "session/SoftKeyPanel.h"
+#include "session/StatusPanel.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr std::string_view kRepaint = "\x1B\x12\x1B";
+constexpr std::size_t kPortPanel = 0;
+constexpr std::size_t kTestPanel = 1;
+constexpr std::size_t kAtPanel = 4;
+constexpr std::size_t kUnplacedPanel = 2;  // keeps its place; that is meant
+
+}  // namespace
+
+void ModeMachine::ConnectProbe() {
+  TermControls& window = p_.window;
+  MainState& main = p_.main;
+  HideTextView();
+  HideConnectPanels();
+  ClearScreen();
+  window.frmKeys.visible = true;
+  p_.link.CloseLink();
+  window.pointer = Pointer::Hourglass;
+  const ProbeWord word = p_.probe.DetectModem();
+  const bool wanted = window.visible && main.mode != ModemMode::Offline;
+  switch (word) {
+    case ProbeWord::Ok:
+      if (main.mode == ModemMode::Offline) break;
+      window.pointer = Pointer::Normal;
+      main.rxSeen = false;
+      if (p_.link.EnterTagMode()) {
+        EnterTerminalMode();
+      } else if (p_.platform.comPort.PortOpen()) {
+        // Over the LAN nothing is shown and nothing changes.
+        ShowPopUp(window, "No Valid Response");
+        GoOffline();
+        p_.link.CloseLink();
+      }
+      break;
+    case ProbeWord::Busy:
+      if (!wanted || main.mode == ModemMode::Closing) break;
+      window.pointer = Pointer::Normal;
+      ShowPopUp(window, "Port is busy - check running applications");
+      break;
+    case ProbeWord::None:
+      if (!wanted || main.mode == ModemMode::Closing) break;
+      window.pointer = Pointer::Normal;
+      p_.platform.dialogs.MessageBox("No contact - please check connections");
+      window.tmrWatchdog.enabled = true;
+      main.mode = ModemMode::Failed;
+      break;
+    case ProbeWord::CheckSpeed:
+      if (!wanted) break;
+      window.pointer = Pointer::Normal;
+      // Nothing is detected in spite of the wording: the user is led to the port settings.
+      if (p_.platform.dialogs.AskYesNo("Bad response - try and autodetect modem?")) {
+        EnterPortSetup();
+        main.mode = ModemMode::Failed;
+      }
+      break;
+  }
+}
+
+void ModeMachine::state_await_tml_intro() {
+  TermControls& window = p_.window;
+  LeavePanel();
+  p_.link.CloseLink();
+  HideTextView();
+  p_.main.mode = ModemMode::AwaitIntro;
+  p_.received.ClearRx();
+  ShowCompactWindow();
+  FocusScreen();
+  window.frmNav.BringToFront();
+  window.frmKeys.visible = true;
+  window.pointer = Pointer::Hourglass;
+  switch (p_.probe.DetectModem()) {
+    case ProbeWord::Ok:
+      window.pointer = Pointer::Normal;
+      p_.main.rxSeen = false;
+      if (p_.link.EnterTagMode()) {
+        EnterTerminalMode();
+      } else {
+        ShowPopUp(window, "No Valid Response");
+        GoOffline();
+        p_.link.CloseLink();
+      }
+      break;
+    case ProbeWord::None:
+      window.pointer = Pointer::Normal;
+      ShowPopUp(window, "No response.|Check connection to modem");
+      p_.main.mode = ModemMode::Failed;
+      break;
+    case ProbeWord::CheckSpeed:
+      window.pointer = Pointer::Normal;
+      ShowPopUp(window,
+                "Invalid response at " + p_.platform.comPort.Settings() + "|Check parameters and try again");
+      break;
+    case ProbeWord::Busy:
+      break;  // the pointer stays busy; that is meant
+  }
+}
+
+void ModeMachine::EnterTerminalMode() {
+  p_.window.tmrWatchdog.enabled = true;
+  p_.grid.ResetScreenModel();
+  p_.link.WriteText(kRepaint);
+  if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
+  p_.main.mode = ModemMode::Terminal;
+  p_.main.tagSession = true;
+  UpdateModeMenu();
+  Pause(p_.window.loop(), 0.2);
+  p_.link.WriteText(kRepaint);  // twice; that is meant
+  ShowPortLabel();
+}
+
+void ModeMachine::ShowPortLabel() {
+  Label& label = p_.window.lblPort;
+  if (p_.link.LinkIsLan()) {
+    const SocketControl& sock = p_.platform.sock;
+    label.caption = "LAN";
+    label.toolTip = "Local address " + sock.LocalAddress() + " server " + sock.RemoteHost() + " port " +
+                    std::to_string(sock.RemotePort());
+  } else {
+    label.caption = "COM" + std::to_string(p_.platform.comPort.CommPort());
+    label.toolTip = " access is via serial port";
+  }
+}
+
+void ModeMachine::GoOffline() {
+  TermControls& window = p_.window;
+  HideConnectPanels();
+  CloseTrace();
+  p_.grid.ResetScreenModel();
+  StopTimers();
+  window.lblsim.visible = false;
+  window.corvexLbl[TermControls::kSignal].visible = false;
+  window.lblTemp.visible = false;
+  window.lblTempPsu.visible = false;
+  p_.main.tagSession = false;
+  if (p_.main.mode == ModemMode::Terminal) p_.link.SendCancel();
+  window.frmMenu.visible = false;
+  PaintRows(window, p_.main, p_.state, p_.grid);
+  ShowSoftKeys(window, p_.main, p_.state, p_.settings);
+  window.frmAux.visible = false;
+  ShowCompactWindow();
+  HideTextView();
+  window.frmNav.visible = true;
+  window.frmNav.BringToFront();
+  p_.main.rxSeen = false;
+  p_.main.mode = ModemMode::Offline;
+  UpdateModeMenu();
+}
+
+void ModeMachine::EnterPortSetup() {
+  TermControls& window = p_.window;
+  HideConnectPanels();
+  CloseTrace();
+  const bool lan = p_.settings.config.lan.Get();
+  window.mnuTelnet.visible = lan;
+  window.tabConnect.selected = lan ? 2 : 1;
+  StopTimers();
+  switch (p_.main.mode) {
+    case ModemMode::PortSetup:
+      window.fmOnTab[kPortPanel].visible = false;
+      ReturnFromPanel();
+      return;
+    case ModemMode::TestInterface:
+      window.fmOnTab[kTestPanel].visible = false;
+      if (p_.link.EnsureLinkOpen()) p_.link.WriteText("quit\r\nat\r\n");
+      break;
+    case ModemMode::AtMode:
+      window.fmOnTab[kAtPanel].visible = false;
+      break;
+    case ModemMode::Terminal:
+      p_.link.SendCancel();
+      p_.main.tagSession = true;
+      break;
+    default:
+      break;
+  }
+  p_.main.rxSeen = false;
+  p_.link.CloseLink();
+  HideTextView();
+  ShowPanel(kPortPanel);
+  (lan ? window.frmLan : window.frmSerial).visible = true;
+  p_.main.mode = ModemMode::PortSetup;
+  UpdateModeMenu();
+}
+
+void ModeMachine::EnterTestInterface() {
+  if (!p_.link.EnsureLinkOpen()) return;
+  TermControls& window = p_.window;
+  StopTimers();
+  HideConnectPanels();
+  CloseTrace();
+  switch (p_.main.mode) {
+    case ModemMode::PortSetup:
+      window.fmOnTab[kPortPanel].visible = false;
+      break;
+    case ModemMode::AtMode:
+      window.fmOnTab[kAtPanel].visible = false;
+      break;
+    case ModemMode::Terminal:
+      LeaveTerminal();
+      break;
+    case ModemMode::TestInterface:
+      window.fmOnTab[kTestPanel].visible = false;
+      if (p_.link.EnsureLinkOpen()) p_.link.WriteText("quit\r\nat\r\n");
+      ReturnFromPanel();
+      return;
+    default:
+      break;
+  }
+  window.txtRx.SetText({});
+  window.txtRx.visible = true;
+  ShowPanel(kTestPanel);
+  window.frmMenu.visible = false;
+  p_.link.WriteText("\x18");
+  p_.link.WriteText("at+wquiltest\r\n");
+  p_.main.mode = ModemMode::TestInterface;
+  UpdateModeMenu();
+}
+
+void ModeMachine::EnterAtMode() {
+  if (!p_.link.EnsureLinkOpen()) return;
+  TermControls& window = p_.window;
+  HideConnectPanels();
+  CloseTrace();
+  StopTimers();
+  switch (p_.main.mode) {
+    case ModemMode::PortSetup:
+      window.fmOnTab[kPortPanel].visible = false;
+      break;
+    case ModemMode::TestInterface:
+      window.fmOnTab[kTestPanel].visible = false;
+      p_.link.WriteText("quit\r\nat\r\n");
+      break;
+    case ModemMode::Terminal:
+      LeaveTerminal();
+      break;
+    case ModemMode::AtMode:
+      window.fmOnTab[kAtPanel].visible = false;
+      window.frmKeys.visible = true;
+      ReturnFromPanel();
+      return;
+    default:
+      break;
+  }
+  p_.main.rxSeen = false;
+  window.txtRx.SetText({});
+  window.txtRx.visible = true;
+  ShowPanel(kAtPanel);
+  window.frmMenu.visible = false;
+  p_.main.mode = ModemMode::AtMode;
+  UpdateModeMenu();
+  PauseShort(window.loop());
+}
+
+void ModeMachine::OpenDeviceManager() {
+  if (deviceManagerBusy_) return;
+  struct Busy {
+    bool& flag;
+    explicit Busy(bool& f) : flag(f) { flag = true; }
+    ~Busy() { flag = false; }
+  };
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
+  {
+    const Busy busy(deviceManagerBusy_);
+    CloseTrace();
+    StopTimers();
+    GoOffline();
+    p_.link.SendCancel();
+    UpdateModeMenu();
+    GoOffline();  // once more; it does no harm and is meant
+    p_.main.mode = ModemMode::DeviceManager;
+    frmDev(p_.window).ShowModal();
+  }
+  ReturnToTerminal(wasTerminal);
+}
+
+void ModeMachine::OpenPhoneBook() {
+  CloseTrace();
+  StopTimers();
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
+  GoOffline();
+  p_.link.SendCancel();
+  p_.main.mode = ModemMode::DeviceManager;
+  UpdateModeMenu();
+  GoOffline();  // the mode during the book is Offline; that is meant
+  frmBook(p_.window).ShowModal();
+  ReturnToTerminal(wasTerminal);
+}
+
+void ModeMachine::ReturnToTerminal(bool wasTerminal) {
+  if (wasTerminal && p_.main.mode != ModemMode::Closing) state_await_tml_intro();
+}
+
+void ModeMachine::GoUpgrade() {
+  GoOffline();
+  p_.main.mode = ModemMode::Upgrade;
+  if (!upgrade_) upgrade_.emplace(p_.window);
+  upgrade_->visible = true;
+}
+
+void ModeMachine::SelectMub(int mub) {
+  p_.settings.config.mubselect.Set(std::to_string(mub));
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
+  p_.state.mubInfoText.clear();
+  p_.link.LeaveMub();
+  GoOffline();
+  p_.link.CloseLink();
+  RefreshMenuMarks();
+  p_.window.caption = p_.main.applicationTitle + ' ';
+  p_.state.mubChanged = true;
+  ReturnToTerminal(wasTerminal);
+}
+
+void ModeMachine::RefreshMenuMarks() {
+  TermControls& window = p_.window;
+  const auto& config = p_.settings.config;
+  if (!config.erbaccess.Get() && !config.lan.Get()) {
+    window.mnuTelnet.visible = false;
+  } else {
+    window.mnuPort.visible = true;
+  }
+  const std::string selected = config.mubselect.Get();
+  window.mnuMasterONMaster.checked = selected == "0";
+  window.mnuSlaveONMaster.checked = selected == "1";
+  window.mnuMasterONSlave.checked = selected == "2";
+  window.mnuSlaveONSlave.checked = selected == "3";
+}
+
+void ModeMachine::Watchdog() {
+  if (!p_.main.rxSeen) {
+    p_.link.CloseLink();
+    p_.platform.comPort.Open();  // over the LAN too, where it is of no use and does no harm
+    p_.platform.comPort.DiscardInput();
+    ShowPopUp(p_.window, "Trying to connect");
+    p_.grid.ResetScreenModel();
+    state_await_tml_intro();
+  }
+  p_.main.rxSeen = false;
+  p_.window.caption = WindowCaption(p_.main, p_.state.mubInfoText);
+}
+
+void ModeMachine::LeavePanel() {
+  switch (p_.main.mode) {
+    case ModemMode::PortSetup:
+      p_.window.fmOnTab[kPortPanel].visible = false;
+      break;
+    case ModemMode::TestInterface:
+      p_.window.fmOnTab[kTestPanel].visible = false;
+      p_.link.WriteText("quit\r\n");
+      p_.link.SendCancel();
+      Pause(p_.window.loop(), 0.005);
+      break;
+    case ModemMode::AtMode:
+      p_.window.fmOnTab[kAtPanel].visible = false;
+      break;
+    default:
+      break;
+  }
+}
+
+void ModeMachine::LeaveTerminal() {
+  p_.link.SendCancel();
+  ClearScreen();
+  p_.link.SendCancel();
+}
+
+void ModeMachine::ReturnFromPanel() {
+  if (p_.main.tagSession) {
+    state_await_tml_intro();
+  } else {
+    GoOffline();
+    p_.link.CloseLink();
+  }
+}
+
+void ModeMachine::ClearScreen() {
+  p_.grid.ResetScreenModel();
+  PaintRows(p_.window, p_.main, p_.state, p_.grid);
+  ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
+}
+
+void ModeMachine::FocusScreen() {
+  if (!p_.window.Active()) return;
+  if (p_.window.frmChoice.visible) {
+    p_.window.ListChoice.SetFocus();
+  } else {
+    p_.window.CorvexFocus1.SetFocus();
+  }
+}
+
+void ModeMachine::CloseTrace() {
+  p_.state.traceEnabled = false;
+}
+
+void ModeMachine::HideConnectPanels() {
+  p_.window.frmSerial.visible = false;
+  p_.window.frmLan.visible = false;
+}
+
+void ModeMachine::HideTextView() {
+  p_.window.txtRx.visible = false;
+}
+
+void ModeMachine::ShowPanel(std::size_t panel) {
+  p_.window.frmAux.visible = true;
+  p_.window.fmOnTab[panel].visible = true;
+  ShowFullWindow();
+}
+
+void ModeMachine::ShowCompactWindow() {
+  Rect rect = p_.window.rect;
+  if (!firstSizeDone_) {
+    firstSizeDone_ = true;
+    rect.height = TermControls::kCompactHeight;
+    rect.width = TermControls::kWidth;
+    p_.window.rect = rect;
+    return;
+  }
+  if (!expanded_) return;
+  expanded_ = false;
+  rect.height = savedHeight_;
+  p_.window.rect = rect;
+}
+
+void ModeMachine::ShowFullWindow() {
+  if (expanded_) return;
+  expanded_ = true;
+  Rect rect = p_.window.rect;
+  savedHeight_ = rect.height;
+  rect.height += p_.window.frmAux.rect.Get().height;
+  p_.window.rect = rect;
+}
+
+void ModeMachine::SetFramePositions() {
+  for (std::size_t i = 0; i < p_.window.fmOnTab.size(); ++i) {
+    if (i == kUnplacedPanel) continue;
+    Frame& panel = p_.window.fmOnTab[i];
+    Rect rect = panel.rect;
+    rect.left = 90;
+    rect.top = 30;
+    panel.rect = rect;
+    panel.visible = false;
+  }
+}
+
+void ModeMachine::StopTimers() {
+  for (Control* control : p_.window.controls()) {
+    if (dynamic_cast<Timer*>(control) != nullptr) control->enabled = false;
+  }
+  ClearPopUp(p_.window);
+}
+
+void ModeMachine::UpdateModeMenu() {
+  const ModemMode mode = p_.main.mode;
+  p_.window.mnuTerminal.checked = mode == ModemMode::Terminal;
+  p_.window.mnuTest.checked = mode == ModemMode::TestInterface;
+  p_.window.mnuAT.checked = mode == ModemMode::AtMode;
+  p_.window.mnuPort.checked = mode == ModemMode::PortSetup;
+}
+
+}  // namespace corvex

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <optional>
+
+#include "common/INIFuncs.h"
+#include "link/modComSock.h"
+#include "link/modCommSupport.h"
+#include "platform/Platform.h"
+#include "session/MainState.h"
+#include "session/ReceiveBuffer.h"
+#include "session/SessionState.h"
+#include "session/TermControls.h"
+#include "session/TextGrid.h"
+#include "upgrade/frmUpgrade.h"
+
+namespace corvex {
+
+/// The main window's modes: how one passes into another, and exactly what goes out to the modem on each
+/// passage.
+///
+/// All procedures wait by pumping events, so that clicks, ticks and received bytes can run inside any of
+/// them. The mode tells those what they may do.
+class ModeMachine {
+ public:
+  struct Parts {
+    const Platform& platform;
+    SettingsStore& settings;
+    TermControls& window;
+    MainState& main;
+    SessionState& state;
+    ReceiveBuffer& received;
+    TextGrid& grid;
+    TerminalLink& link;
+    ModemProbe& probe;
+  };
+
+  explicit ModeMachine(const Parts& parts) : p_(parts) {}
+
+  /// The first connect after the start.
+  void ConnectProbe();
+
+  /// The one way into the modem's menus from anywhere: leaves the present mode, probes, and enters.
+  void state_await_tml_intro();
+
+  /// Only after a good probe.
+  void EnterTerminalMode();
+
+  /// Ends the session. Closing the link is the caller's affair.
+  void GoOffline();
+
+  // The service panels. Each is a toggle: started while its own mode is on, it leaves it.
+  void EnterPortSetup();
+  void EnterTestInterface();
+  void EnterAtMode();
+
+  // Windows of their own. The first two return when the window has been closed, and then go back to the
+  // modem's menus if those had been left.
+  void OpenDeviceManager();
+  void OpenPhoneBook();
+  void GoUpgrade();
+
+  /// Reaches another of the modems (0 to 3) behind the ERB unit from now on.
+  void SelectMub(int mub);
+  /// Shows in the menus which route and which modem the settings name.
+  void RefreshMenuMarks();
+
+  /// The tick of tmrWatchdog: connects anew if the modem has given no sign of life since the last one.
+  void Watchdog();
+
+  // The window's layout.
+  void ShowCompactWindow();
+  void ShowFullWindow();
+  void SetFramePositions();
+  void HideConnectPanels();
+  void HideTextView();
+
+  void StopTimers();
+  void UpdateModeMenu();
+
+ private:
+  void LeavePanel();
+  void LeaveTerminal();
+  void ReturnFromPanel();
+  void ShowPanel(std::size_t panel);
+  void CloseTrace();
+  void FocusScreen();
+  void ClearScreen();
+  void ShowPortLabel();
+  void ReturnToTerminal(bool wasTerminal);
+
+  Parts p_;
+  std::optional<frmUpgrade> upgrade_;
+  bool deviceManagerBusy_ = false;
+  bool firstSizeDone_ = false;
+  bool expanded_ = false;
+  Twips savedHeight_ = 0;
+};
+
+}  // namespace corvex

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "session/MainState.h"
+#include "session/TermControls.h"
+#include "session/TextGrid.h"
+
+namespace corvex {
+
+/// Shows the rows of the modem's screen that have changed, unless the main window holds them back.
+void PaintRows(TermControls& window, const MainState& main, SessionState& state, TextGrid& grid);
+
+}  // namespace corvex

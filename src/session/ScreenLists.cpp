@@ -1,0 +1,96 @@
+#include "session/ScreenLists.h"
+
+#include <optional>
+
+#include "common/Text.h"
+#include "platform/EventLoop.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr std::int16_t kExitIcon = 53;
+constexpr std::int16_t kMailIcon = 27;
+constexpr std::int16_t kDefaultIcon = 10;
+constexpr int kIcons = 64;
+constexpr double kRepaintTime = 0.02;  // seconds
+
+/// An item of a menu as the modem gives it: three characters of number, the label, "|" and the icon's number.
+std::optional<ListItem> MenuEntry(const ScreenRecord::Item& item) {
+  const auto parts = Split(item.text, '|');
+  if (parts.size() < 2) return std::nullopt;
+  ListItem entry;
+  entry.text = parts[0].size() > 3 ? parts[0].substr(3) : std::string_view{};
+  const std::string_view number = std::string_view(item.text).substr(0, 3);
+  if (IsNumeric(number)) entry.text = NumberText(WholePrefix(number)) + ". " + entry.text;
+  const std::int32_t icon = WholePrefix(parts[1]);
+  entry.icon = icon <= 0 || icon >= kIcons ? kDefaultIcon : static_cast<std::int16_t>(icon);
+  entry.key = NumberText(item.id) + "Men";
+  return entry;
+}
+
+}  // namespace
+
+void FillMenuList(ListView& list, const ScreenRecord& record, const std::string& mailText) {
+  list.Clear();
+  list.Add({.key = "ESC", .text = "Exit Menu", .icon = kExitIcon});
+  for (std::size_t i = 0; i < static_cast<std::size_t>(record.count); ++i) {
+    auto entry = MenuEntry(record.items[i]);
+    if (!entry) {
+      list.Clear();
+      return;
+    }
+    list.Add(std::move(*entry));
+    if (record.items[i].id == record.current) list.selected = static_cast<int>(list.Items().size());
+  }
+  // Only main level menus have titles without a number, and only they get the mail entry.
+  if (!record.numericTitle) list.Add({.key = "MAIL", .text = mailText, .icon = kMailIcon});
+}
+
+void FillChoiceList(ListBox& list, const ScreenRecord& record) {
+  list.Clear();
+  for (std::size_t i = 0; i < static_cast<std::size_t>(record.count); ++i) {
+    list.AddItem(record.items[i].text);
+    if (record.items[i].id == record.current) list.listIndex = static_cast<int>(i);
+  }
+}
+
+void ScreenLists::ShowMenu() {
+  EventLoop& loop = window_.loop();
+  window_.frmMenu.visible = false;
+  window_.ListMenu.visible = false;
+  Pause(loop, kRepaintTime);
+  window_.frmMenu.BringToFront();
+  window_.frmMenu.caption = state_.menuScreen.title;
+  FillMenuList(window_.ListMenu, state_.menuScreen, state_.mailText);
+  Pause(loop, kRepaintTime);
+  window_.frmMenu.visible = true;
+  window_.ListMenu.visible = true;
+  Pause(loop, kRepaintTime);
+  if (window_.Active()) window_.ListMenu.SetFocus();
+  state_.softKeyText.fill({});
+}
+
+void ScreenLists::HideMenu() {
+  if (window_.Active()) window_.frmKeys.BringToFront();
+  window_.frmMenu.visible = false;
+  window_.ListMenu.visible = false;
+  if (window_.Active() && !window_.frmChoice.visible) window_.CorvexFocus1.SetFocus();
+}
+
+void ScreenLists::ShowChoice() {
+  if (main_.screenHold) return;
+  FillChoiceList(window_.ListChoice, state_.choiceScreen);
+  window_.frmChoice.caption = state_.choiceScreen.title;
+  window_.frmChoice.visible = true;
+  if (window_.Active()) window_.ListChoice.SetFocus();
+  window_.ListChoice.BringToFront();
+  // Focused once more behind the change of order, which can take the focus away.
+  if (window_.Active()) window_.ListChoice.SetFocus();
+}
+
+void ScreenLists::HideChoice() {
+  window_.frmChoice.visible = false;
+}
+
+}  // namespace corvex

@@ -1,0 +1,23 @@
+#include "session/SoftKeyPanel.h"
+
+#include "common/Text.h"
+
+namespace corvex {
+
+void ShowSoftKeys(TermControls& window, const MainState& main, const SessionState& state,
+                  const SettingsStore& settings) {
+  const std::string phone = settings.config.phone.Get();
+  const bool ownImages = (phone == "R1" || phone == "R2") && main.mode == ModemMode::Terminal;
+  for (std::size_t key = 0; key < state.softKeyText.size(); ++key) {
+    const std::string& text = state.softKeyText[key];
+    const bool blank = TrimBlanks(text).empty();
+    window.cmdSK[key].enabled = !blank;
+    window.cmdSK[key].caption = blank ? std::string() : text;
+    window.imgKey[key].visible = !blank;
+    if (blank) continue;
+    const int code = state.softKeyCode[key] == 0 ? 2 : state.softKeyCode[key];
+    window.imgKey[key].picture = "key " + std::to_string(ownImages ? code : 0);
+  }
+}
+
+}  // namespace corvex

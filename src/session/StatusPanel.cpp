@@ -1,0 +1,128 @@
+#include "session/StatusPanel.h"
+
+#include <chrono>
+
+#include "common/Text.h"
+
+namespace corvex {
+
+namespace {
+
+// Where the time stands with a zone behind it, and without.
+constexpr Twips kTimeLeftWithZone = 4905;
+constexpr Twips kTimeLeft = 6000;
+
+constexpr int kToneMilliseconds = 100;
+
+void MoveLeft(Control& control, Twips left) {
+  Rect rect = control.rect;
+  rect.left = left;
+  control.rect = rect;
+}
+
+void ShowDegrees(Label& label, const std::string& text) {
+  // One blank means that there is no such sensor; a number that is too large is taken for the same.
+  const bool tooLarge = IsNumeric(text) && !ToInt16(text);
+  if (text == " " || tooLarge) {
+    label.visible = false;
+    return;
+  }
+  label.visible = true;
+  label.BringToFront();
+  label.caption = text + "C";
+}
+
+}  // namespace
+
+void StatusPanel::SoundTone() {
+  if (!settings_.config.sound.IsBeep()) return;
+  const auto now = window_.loop().Now();
+  if (now < toneEnds_) return;  // one at a time
+  toneEnds_ = now + std::chrono::milliseconds(kToneMilliseconds);
+  sound_.Beep((state_.toneValue + 10) * 3 + 280, kToneMilliseconds);
+}
+
+void StatusPanel::ShowSignal() {
+  window_.corvexLbl[TermControls::kSignal].caption = state_.sigText;
+  window_.corvexLbl[TermControls::kSignal].visible = true;
+}
+
+void StatusPanel::ShowTime() {
+  window_.lblTime.caption = state_.timeText;
+  if (!state_.zoneText.empty()) {
+    window_.lblZone.caption = state_.zoneText;
+    MoveLeft(window_.lblTime, kTimeLeftWithZone);
+  } else {
+    // The time moves over the zone, whose text stays.
+    MoveLeft(window_.lblTime, kTimeLeft);
+  }
+  window_.lblTime.toolTip = state_.dateLongText;
+  window_.lblTime.visible = true;
+  window_.lblTime.BringToFront();
+  main_.rxSeen = true;
+}
+
+void StatusPanel::ShowMail(bool waiting) {
+  window_.imgMail[0].visible = waiting;
+}
+
+void StatusPanel::ShowSim(bool inUse) {
+  window_.lblsim.visible = inUse;
+}
+
+void StatusPanel::ShowTemperature() {
+  ShowDegrees(window_.lblTemp, state_.tempText);
+}
+
+void StatusPanel::ShowPsuTemperature() {
+  ShowDegrees(window_.lblTempPsu, state_.psuTempText);
+}
+
+void StatusPanel::ShowGpsHeading() {
+  window_.lblGps[1].caption = state_.gpsHeadText;
+}
+
+void StatusPanel::ShowGpsPosition() {
+  window_.lblGps[0].caption = state_.gpsPosText;
+}
+
+void StatusPanel::ShowMubInfo() {
+  window_.caption = main_.applicationTitle + ' ' + state_.mubInfoText;
+}
+
+void StatusPanel::ShowUserInfo() {
+  // Any text with these letters counts, inside a longer word too.
+  window_.mnuUpgrade.enabled = !Contains(UpperCase(state_.userInfoText), "USER");
+}
+
+void StatusPanel::ShowSpotBeam() {
+  const std::string text = UpperCase(state_.spotInfoText);
+  window_.lblSpot.toolTip = state_.spotInfoText;
+  if (Contains(text, "FAIL")) {
+    window_.lblSpot.caption = "SBS";
+  } else if (Contains(text, "SPOT BEAM")) {
+    window_.lblSpot.caption = "SPT";
+  } else if (Contains(text, "GLOBAL")) {
+    window_.lblSpot.caption = "GLB";
+  } else {
+    window_.lblSpot.caption = "SBS";
+  }
+}
+
+void StatusPanel::ShowCompression(TagToken kind, std::string_view toolTip) {
+  if (kind == TagToken::NoCompression) {
+    window_.lblComp.caption = "   ";
+    window_.lblComp.visible = false;
+    return;
+  }
+  window_.lblComp.caption = kind == TagToken::V42b ? "v42bis" : "v44";
+  window_.lblComp.visible = true;
+  window_.lblComp.toolTip = toolTip;
+}
+
+std::string WindowCaption(const MainState& main, std::string_view mubInfo) {
+  if (mubInfo.empty()) return main.applicationTitle;
+  return main.applicationTitle + ' ' + std::string(mubInfo);
+}
+
+}  // namespace corvex

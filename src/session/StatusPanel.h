@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string_view>
+
+#include "common/INIFuncs.h"
+#include "platform/Platform.h"
+#include "session/MainState.h"
+#include "session/SessionState.h"
+#include "session/TermControls.h"
+#include "session/modTML.h"
+
+namespace corvex {
+
+/// The indicators around the terminal area. Each procedure shows one of the session's values when the
+/// dispatcher finds its flag set.
+class StatusPanel {
+ public:
+  StatusPanel(TermControls& window, MainState& main, const SessionState& state, const SettingsStore& settings,
+              Sound& sound)
+      : window_(window), main_(main), state_(state), settings_(settings), sound_(sound) {}
+
+  void SoundTone();
+  void ShowSignal();
+  void ShowTime();  ///< A time tag also counts as a sign of life of the modem.
+  void ShowMail(bool waiting);
+  void ShowSim(bool inUse);
+  void ShowTemperature();
+  void ShowPsuTemperature();
+  void ShowGpsHeading();
+  void ShowGpsPosition();
+  void ShowMubInfo();
+  void ShowUserInfo();
+  void ShowSpotBeam();
+  void ShowCompression(TagToken kind, std::string_view toolTip);
+
+ private:
+  TermControls& window_;
+  MainState& main_;
+  const SessionState& state_;
+  const SettingsStore& settings_;
+  Sound& sound_;
+  EventLoop::Time toneEnds_{0};
+};
+
+/// The main window's caption: the program's title and, if `mubInfo` is not empty, that text behind a blank.
+std::string WindowCaption(const MainState& main, std::string_view mubInfo);
+
+}  // namespace corvex

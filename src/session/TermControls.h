@@ -1,0 +1,216 @@
+#pragma once
+
+#include <array>
+
+#include "forms/Controls.h"
+#include "forms/Form.h"
+
+namespace corvex {
+
+/// The main window as it looks: its controls with their places, texts and tool tips. What they do is told
+/// where their events are filled.
+///
+///   +----------+--------------------------------------------+
+///   | frmTop   | frmScreen: a row of indicators,            |
+///   | picture  |   seven rows of the modem's screen,        |
+///   | GPS      |   over them frmMenu, frmChoice and frmMsg  |
+///   |          +--------------------------------+-----------+
+///   |          | frmKeys: four soft keys        | frmNav    |
+///   +----------+--------------------------------+-----------+
+///   | frmAux: the service panels, when the window is grown  |
+///   +-------------------------------------------------------+
+class TermControls : public Form {
+ public:
+  static constexpr Twips kWidth = 8950;          ///< Outer width of the window.
+  static constexpr Twips kCompactHeight = 4095;  ///< Outer height without the service panels.
+  static constexpr std::size_t kSoftKeys = 4;
+  static constexpr int kSignal = 7;  ///< The place of the signal display in corvexLbl.
+
+  explicit TermControls(EventLoop& loop, WindowSystem& windows) : Form(loop, windows, "frmTerm") {}
+
+  // Left column.
+  Frame frmTop{*this, {.name = "frmTop", .rect = {60, 60, 1150, 2720}}};
+  std::array<Button, 2> cmdTop{{
+      {frmTop,
+       {.name = "cmdTop",
+        .index = 0,
+        .rect = {60, 30, 480, 480},
+        .toolTip = "Show the modem user interface",
+        .picture = "terminal"}},
+      {frmTop,
+       {.name = "cmdTop",
+        .index = 1,
+        .rect = {600, 30, 480, 480},
+        .toolTip = "Device manager",
+        .picture = "devices"}},
+  }};
+  Image Picture1{frmTop, {.name = "Picture1", .rect = {60, 630, 1020, 900}, .picture = "logo"}};
+  Image imgLogo{frmTop, {.name = "imgLogo", .rect = {60, 630, 1020, 900}, .visible = false}};
+  std::array<Label, 2> lblGps{{
+      {frmTop, {.name = "lblGps", .index = 0, .rect = {30, 1650, 1110, 660}}},
+      {frmTop, {.name = "lblGps", .index = 1, .rect = {30, 2340, 1110, 330}}},
+  }};
+
+  // The terminal area, with the indicators above the rows.
+  Frame frmScreen{*this, {.name = "frmScreen", .rect = {1260, 60, 7530, 2720}}};
+  std::array<Label, 8> corvexLbl{{
+      {frmScreen, RowDesign(0)},
+      {frmScreen, RowDesign(1)},
+      {frmScreen, RowDesign(2)},
+      {frmScreen, RowDesign(3)},
+      {frmScreen, RowDesign(4)},
+      {frmScreen, RowDesign(5)},
+      {frmScreen, RowDesign(6)},
+      {frmScreen,
+       {.name = "corvexLbl",
+        .index = kSignal,
+        .rect = {60, 30, 700, 250},
+        .toolTip = "Signal to noise ration, dB/Hz",
+        .visible = false}},
+  }};
+  Label lblsim{frmScreen,
+               {.name = "lblsim",
+                .rect = {800, 30, 400, 250},
+                .caption = "SIM",
+                .toolTip = "SIM card is in use",
+                .visible = false}};
+  Label lblTemp{frmScreen,
+                {.name = "lblTemp",
+                 .rect = {1250, 30, 500, 250},
+                 .toolTip = "Modem unit termperature",
+                 .visible = false}};
+  Label lblTempPsu{
+      frmScreen,
+      {.name = "lblTempPsu", .rect = {1800, 30, 500, 250}, .toolTip = "PSU temperature", .visible = false}};
+  std::array<Image, 1> imgMail{{
+      {frmScreen,
+       {.name = "imgMail", .index = 0, .rect = {2350, 30, 300, 250}, .visible = false, .picture = "mail"}},
+  }};
+  Label lblComp{frmScreen, {.name = "lblComp", .rect = {2700, 30, 650, 250}, .visible = false}};
+  Label lblSpot{
+      frmScreen,
+      {.name = "lblSpot", .rect = {3400, 30, 450, 250}, .caption = "SBS", .toolTip = "Spot Beam Selection"}};
+  Label lblPort{frmScreen, {.name = "lblPort", .rect = {3900, 30, 750, 250}}};
+  Label lblZone{frmScreen, {.name = "lblZone", .rect = {6000, 30, 1450, 250}}};
+  Label lblTime{frmScreen,
+                {.name = "lblTime",
+                 .rect = {6000, 30, 1050, 250},
+                 .caption = "12:12",
+                 .toolTip = "The time on the modem unit"}};
+
+  Frame frmMenu{frmScreen,
+                {.name = "frmMenu", .rect = {0, 300, 7530, 2420}, .caption = "Title", .visible = false}};
+  ListView ListMenu{frmMenu, {.name = "ListMenu", .rect = {60, 270, 7410, 2090}, .visible = false}};
+  Frame frmChoice{frmScreen, {.name = "frmChoice", .rect = {900, 300, 5700, 2420}, .visible = false}};
+  ListBox ListChoice{frmChoice, {.name = "ListChoice", .rect = {60, 270, 5580, 2090}}};
+
+  // Below the terminal area.
+  Frame frmKeys{*this, {.name = "frmKeys", .rect = {1260, 2840, 6330, 630}}};
+  std::array<Image, kSoftKeys> imgKey{{
+      {frmKeys, KeyImageDesign(0)},
+      {frmKeys, KeyImageDesign(1)},
+      {frmKeys, KeyImageDesign(2)},
+      {frmKeys, KeyImageDesign(3)},
+  }};
+  std::array<Button, kSoftKeys> cmdSK{{
+      {frmKeys, KeyDesign(0)},
+      {frmKeys, KeyDesign(1)},
+      {frmKeys, KeyDesign(2)},
+      {frmKeys, KeyDesign(3)},
+  }};
+  Frame frmNav{*this, {.name = "frmNav", .rect = {7650, 2840, 1140, 630}}};
+  Button cmdESC{frmNav, {.name = "cmdESC", .rect = {60, 60, 1020, 510}, .caption = "ESC"}};
+  KeySource CorvexFocus1{*this, {.name = "CorvexFocus1"}};
+
+  /// What the modem says in the service panels, in place of its screen.
+  TextBox txtRx{*this,
+                {.name = "txtRx",
+                 .rect = {1260, 60, 7530, 2720},
+                 .visible = false,
+                 .font = {.name = "Courier", .size = 10}}};
+
+  // The popup, in front of all that.
+  Frame frmMsg{*this, {.name = "frmMsg", .rect = {2400, 900, 5250, 960}, .visible = false}};
+  std::array<Label, 2> LblMsg{{
+      {frmMsg, {.name = "LblMsg", .index = 0, .rect = {150, 150, 4950, 330}}},
+      {frmMsg, {.name = "LblMsg", .index = 1, .rect = {150, 480, 4950, 330}}},
+  }};
+
+  // The service panels; fmOnTab(0) port settings, (1) test interface, (4) free commands.
+  Frame frmAux{*this, {.name = "frmAux", .rect = {60, 3525, 8730, 2400}, .visible = false}};
+  std::array<Frame, 5> fmOnTab{{
+      {frmAux, PanelDesign(0)},
+      {frmAux, PanelDesign(1)},
+      {frmAux, PanelDesign(2)},
+      {frmAux, PanelDesign(3)},
+      {frmAux, PanelDesign(4)},
+  }};
+  TabStrip tabConnect{fmOnTab[0], {.name = "tabConnect", .rect = {60, 30, 8400, 360}}, {"Serial", "LAN"}};
+  Frame frmSerial{fmOnTab[0], {.name = "frmSerial", .rect = {60, 390, 8400, 1830}, .visible = false}};
+  Frame frmLan{fmOnTab[0], {.name = "frmLan", .rect = {60, 390, 8400, 1830}, .visible = false}};
+  Frame frmBase{fmOnTab[4], {.name = "frmBase", .rect = {60, 60, 3600, 690}, .caption = "Base"}};
+  std::array<OptionButton, 3> OptBase{{
+      {frmBase, {.name = "OptBase", .index = 0, .rect = {120, 270, 1000, 330}, .caption = "Hex"}},
+      {frmBase, {.name = "OptBase", .index = 1, .rect = {1200, 270, 1000, 330}, .caption = "Dec"}},
+      {frmBase, {.name = "OptBase", .index = 2, .rect = {2280, 270, 1200, 330}, .caption = "Ascii"}},
+  }};
+
+  MenuItem mnuMode{*this, {.name = "mnuMode", .caption = "&Mode"}};
+  MenuItem mnuTerminal{mnuMode, {.name = "mnuTerminal", .caption = "Terminal &MMI"}};
+  MenuItem mnuTest{mnuMode, {.name = "mnuTest", .caption = "&Test Interface"}};
+  MenuItem mnuAT{mnuMode, {.name = "mnuAT", .caption = "&AT Mode"}};
+  MenuItem mnuUpgrade{mnuMode, {.name = "mnuUpgrade", .caption = "Modem Software Upgrade"}};
+  MenuItem mnuTrace{mnuMode, {.name = "mnuTrace", .caption = "T&race", .enabled = false}};
+  MenuItem mnuOffline{mnuMode, {.name = "mnuOffline", .caption = "Offline"}};
+  MenuItem mnuExit{mnuMode, {.name = "mnuExit", .caption = "Exit"}};
+  MenuItem mnuView{*this, {.name = "mnuView", .caption = "&View"}};
+  MenuItem mnuGPS{mnuView, {.name = "mnuGPS", .caption = "Show GPS "}};
+  MenuItem mnuZoomIn{mnuView, {.name = "mnuZoomIn", .caption = "Zoom &In", .enabled = false}};
+  MenuItem mnuZoomOut{mnuView, {.name = "mnuZoomOut", .caption = "Zoom &Out", .enabled = false}};
+  MenuItem mnuConfigure{*this, {.name = "mnuConfigure", .caption = "&Configure"}};
+  MenuItem mnuPort{mnuConfigure, {.name = "mnuPort", .caption = "&Port"}};
+  MenuItem mnuMapping{mnuConfigure, {.name = "mnuMapping", .caption = "Device manager"}};
+  MenuItem mnuR2Print{mnuConfigure, {.name = "mnuR2Print", .caption = "Print &handling", .enabled = false}};
+  MenuItem mnuSound{mnuConfigure, {.name = "mnuSound", .caption = "Sou&nd"}};
+  MenuItem mnuSndBeep{mnuSound, {.name = "mnuSndBeep", .caption = "PC Beeper"}};
+  MenuItem mnuSndOff{mnuSound, {.name = "mnuSndOff", .caption = "Off"}};
+  MenuItem mnuTelnet{mnuConfigure, {.name = "mnuTelnet", .caption = "Telnet", .visible = false}};
+  MenuItem mnuMasterONMaster{mnuTelnet, {.name = "mnuMasterONMaster", .caption = "Master MUB on Master SDU"}};
+  MenuItem mnuSlaveONMaster{mnuTelnet, {.name = "mnuSlaveONMaster", .caption = "Slave Mub on Master SDU"}};
+  MenuItem mnuMasterONSlave{mnuTelnet, {.name = "mnuMasterONSlave", .caption = "Master MUB on slave SDU"}};
+  MenuItem mnuSlaveONSlave{mnuTelnet, {.name = "mnuSlaveONSlave", .caption = "Slave Mub on Slave SDU"}};
+  MenuItem mnuHelp{*this, {.name = "mnuHelp", .caption = "&Help"}};
+  MenuItem mnuManual{mnuHelp, {.name = "mnuManual", .caption = "User Manual"}};
+  MenuItem mnuAbout{mnuHelp, {.name = "mnuAbout", .caption = "About", .enabled = false}};
+
+  // Intervals in milliseconds.
+  Timer tmrStart{*this, {.name = "tmrStart", .enabled = false, .interval = 100}};
+  Timer tmrWatchdog{*this, {.name = "tmrWatchdog", .enabled = false, .interval = 8000}};
+  Timer tmrRefresh{*this, {.name = "tmrRefresh", .enabled = false, .interval = 800}};
+  Timer tmrMsg{*this, {.name = "tmrMsg", .enabled = false, .interval = 2100}};
+  Timer tmrResize{*this, {.name = "tmrResize", .interval = 200}};
+  Timer tmrSpawnBook{*this, {.name = "tmrSpawnBook", .enabled = false, .interval = 250}};
+  Timer tmrRepeater{*this, {.name = "tmrRepeater", .enabled = false, .interval = 500}};
+  Timer tmrPosLog{*this, {.name = "tmrPosLog", .interval = 60000}};
+  Timer logCheck{*this, {.name = "logCheck", .interval = 50000}};
+
+ private:
+  static Design RowDesign(int row) {
+    return {.name = "corvexLbl", .index = row, .rect = {0, 330 + row * 335, 7450, 335}};
+  }
+  static Design KeyDesign(int key) {
+    return {.name = "cmdSK",
+            .index = key,
+            .rect = {30 + key * 1575 + 420, 60, 1110, 510},
+            .toolTip = "ALT + underlined character to select",
+            .enabled = false};
+  }
+  static Design KeyImageDesign(int key) {
+    return {.name = "imgKey", .index = key, .rect = {30 + key * 1575, 90, 390, 450}, .visible = false};
+  }
+  static Design PanelDesign(int panel) {
+    return {.name = "fmOnTab", .index = panel, .rect = {90, 30, 8550, 2310}, .visible = false};
+  }
+};
+
+}  // namespace corvex

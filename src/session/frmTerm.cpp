@@ -1,0 +1,230 @@
+#include "session/frmTerm.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "session/PopUp.h"
+
+namespace corvex {
+
+frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
+    : TermControls(platform.loop, platform.windows),
+      platform_(platform),
+      settings_(settings),
+      received_(platform.loop),
+      grid_(state_),
+      tags_(state_, grid_, platform.longDate),
+      scanner_(received_, state_, tags_, grid_),
+      link_(platform_, settings, received_, main_),
+      probe_(*this, state_, main_, link_, received_, settings),
+      lists_(*this, main_, state_),
+      status_(*this, main_, state_, settings, platform.sound),
+      dispatcher_({.platform = platform_,
+                   .settings = settings,
+                   .window = *this,
+                   .main = main_,
+                   .state = state_,
+                   .received = received_,
+                   .grid = grid_,
+                   .scanner = scanner_,
+                   .lists = lists_,
+                   .status = status_}),
+      modes_({.platform = platform_,
+              .settings = settings,
+              .window = *this,
+              .main = main_,
+              .state = state_,
+              .received = received_,
+              .grid = grid_,
+              .link = link_,
+              .probe = probe_}) {
+  txtRx.multiLine = true;
+  txtRx.locked = true;
+  ConnectEvents();
+}
+
+frmTerm::~frmTerm() {
+  Withdraw();
+}
+
+void frmTerm::ConnectEvents() {
+  link_.processReceived = [this] { dispatcher_.ProcessReceived(); };
+  tags_.onCompression = [this](TagToken kind, std::string_view toolTip) {
+    status_.ShowCompression(kind, toolTip);
+  };
+  dispatcher_.shutdown = [this] {
+    modes_.GoOffline();
+    link_.CloseLink();
+  };
+
+  cmdTop[0].click = [this] { modes_.state_await_tml_intro(); };
+  cmdTop[1].click = [this] {
+    if (main_.mode != ModemMode::DeviceManager) modes_.OpenDeviceManager();
+  };
+  mnuTerminal.click = [this] { modes_.state_await_tml_intro(); };
+  mnuTest.click = [this] { modes_.EnterTestInterface(); };
+  mnuAT.click = [this] { modes_.EnterAtMode(); };
+  mnuPort.click = [this] { modes_.EnterPortSetup(); };
+  mnuMapping.click = [this] { modes_.OpenDeviceManager(); };
+  mnuUpgrade.click = [this] { modes_.GoUpgrade(); };
+  mnuOffline.click = [this] {
+    link_.CloseLink();
+    modes_.GoOffline();
+  };
+  mnuExit.click = [this] {
+    main_.mode = ModemMode::Closing;
+    Close();
+  };
+  mnuGPS.click = [this] { ToggleGps(); };
+  mnuSndBeep.click = [this] {
+    settings_.config.sound.SetBeep();
+    SetSoundMenu();
+  };
+  mnuSndOff.click = [this] {
+    settings_.config.sound.SetOff();
+    SetSoundMenu();
+  };
+  mnuMasterONMaster.click = [this] { modes_.SelectMub(0); };
+  mnuSlaveONMaster.click = [this] { modes_.SelectMub(1); };
+  mnuMasterONSlave.click = [this] { modes_.SelectMub(2); };
+  mnuSlaveONSlave.click = [this] { modes_.SelectMub(3); };
+  mnuManual.click = [this] { platform_.dialogs.MessageBox("Insert the user CD for your terminal"); };
+  tabConnect.click = [this] {
+    frmSerial.visible = tabConnect.selected == 1;
+    frmLan.visible = tabConnect.selected == 2;
+  };
+
+  tmrStart.tick = [this] {
+    tmrStart.enabled = false;
+    if (main_.mode != ModemMode::Closing && Active()) modes_.ConnectProbe();
+  };
+  tmrWatchdog.tick = [this] {
+    if (main_.mode != ModemMode::Closing) modes_.Watchdog();
+  };
+  tmrMsg.tick = [this] {
+    tmrMsg.enabled = false;
+    if (main_.mode != ModemMode::Closing) ClearPopUp(*this);
+  };
+  tmrResize.tick = [this] { tmrResize.enabled = false; };
+  tmrSpawnBook.tick = [this] {
+    if (main_.mode != ModemMode::Closing) modes_.OpenPhoneBook();
+  };
+
+  activate = [this] { OnActivate(); };
+  deactivate = [this] { SavePosition(); };
+  resize = [this] {
+    if (windowState == WindowState::Minimized) modes_.StopTimers();
+  };
+  queryUnload = [this] { Close(); };
+}
+
+void frmTerm::Load() {
+  received_.ClearRx();
+  SetSoundMenu();
+  SetMenus();
+  RestorePosition();
+  platform_.windows.SetApplicationTitle("");
+  caption = main_.applicationTitle;  // empty until the terminal has been named
+  settings_.printer.path.Get();      // its first reading stores the path
+  LoadPortSettings(platform_.comPort, settings_);
+  frmMenu.visible = false;
+  state_.mailText = "Mail";
+  main_.mode = ModemMode::AwaitIntro;
+  ClearPopUp(*this);
+  Rect outer = rect;
+  outer.width = kWidth;
+  rect = outer;
+  modes_.SetFramePositions();
+  frmAux.visible = false;
+  modes_.ShowCompactWindow();
+  ShowLogo();
+  modes_.RefreshMenuMarks();
+  // From here on the window is seen; what follows waits for the first time.
+  visible = true;
+  link_.CloseLink();
+  grid_.ResetScreenModel();
+  main_.rowsFrozen = false;
+  std::error_code ignored;
+  std::filesystem::current_path(settings_.AppFolder(), ignored);
+  state_.paintHoldDefault = true;
+  state_.terminalModel = TerminalModel::Unknown;
+  // Last of all, so that the window has had its time to become the active one.
+  tmrStart.enabled = true;
+}
+
+void frmTerm::SetMenus() {
+  const auto& config = settings_.config;
+  const std::string phone = config.phone.Get();
+  if (phone != "R2" && phone != "R1") return;  // the two families are served alike, no other is
+  mnuTest.visible = config.testmode.Get();
+  mnuMapping.visible = config.configmode.Get();
+  cmdTop[1].visible = config.configmode.Get();
+  mnuTrace.visible = config.trace.Get();
+  mnuAT.visible = config.atmode.Get();
+}
+
+void frmTerm::SetSoundMenu() {
+  const bool beep = settings_.config.sound.IsBeep();
+  mnuSndBeep.checked = beep;
+  mnuSndOff.checked = !beep;
+}
+
+void frmTerm::RestorePosition() {
+  if (windowState == WindowState::Minimized) return;
+  Rect outer = rect;
+  outer.left = settings_.positions.termleft.Get();
+  outer.top = settings_.positions.termtop.Get();
+  rect = outer;
+}
+
+void frmTerm::SavePosition() {
+  const Rect outer = rect;
+  if (std::abs(static_cast<long long>(outer.left)) >= windows().ScreenWidth()) return;
+  settings_.positions.termleft.Set(outer.left);
+  settings_.positions.termtop.Set(outer.top);
+}
+
+void frmTerm::ShowLogo() {
+  if (settings_.config.brand.Get() == "Quil") return;
+  Picture1.visible = false;
+  const auto file = std::filesystem::path(settings_.AppFolder()) / settings_.config.logo.Get();
+  imgLogo.picture = "file:" + file.string();
+  imgLogo.visible = true;
+}
+
+void frmTerm::OnActivate() {
+  const bool show = settings_.config.showgps.Get();
+  lblGps[0].visible = show;
+  mnuGPS.checked = show;
+  logCheck.enabled = true;
+}
+
+void frmTerm::ToggleGps() {
+  const bool show = !lblGps[0].visible;
+  settings_.config.showgps.Set(show);
+  lblGps[0].visible = show;
+  mnuGPS.checked = false;  // both ways, until the window is next activated; that is meant
+}
+
+void frmTerm::Close() {
+  if (closing_) return;
+  closing_ = true;
+  main_.mode = ModemMode::Closing;
+  // Whatever the steps below are waiting for, an endless wait further down the stack included, ends here.
+  loop().After(kClosingTime, [this] {
+    SavePosition();
+    loop().End();
+  });
+  link_.SendCancel();
+  Pause(loop(), 0.2);
+  link_.SendCancel();
+  SavePosition();
+  Pause(loop(), 0.2);
+  modes_.StopTimers();
+  link_.CloseLink();
+  Pause(loop(), 0.2);
+  loop().End();
+}
+
+}  // namespace corvex

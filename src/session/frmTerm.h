@@ -1,0 +1,68 @@
+#pragma once
+
+#include "common/INIFuncs.h"
+#include "link/modComSock.h"
+#include "link/modCommSupport.h"
+#include "platform/Platform.h"
+#include "session/Dispatcher.h"
+#include "session/MainState.h"
+#include "session/ModeMachine.h"
+#include "session/ReceiveBuffer.h"
+#include "session/ScreenLists.h"
+#include "session/SessionState.h"
+#include "session/StatusPanel.h"
+#include "session/StreamScanner.h"
+#include "session/TermControls.h"
+#include "session/TextGrid.h"
+#include "session/modTML.h"
+
+namespace corvex {
+
+/// The main window and the root of the program: it owns the session, the link and everything between them,
+/// and connects the window's events to them. The program starts by making it and calling Load, and ends with
+/// it.
+class frmTerm : public TermControls {
+ public:
+  /// What the end of the program may take in all, whatever it is waiting for.
+  static constexpr EventLoop::Time kClosingTime = std::chrono::milliseconds(950);
+
+  frmTerm(const Platform& platform, SettingsStore& settings);
+  ~frmTerm() override;
+
+  /// Sets everything up, shows the window, and starts the timer of the first connect.
+  void Load();
+
+  const MainState& main() const { return main_; }
+  const SessionState& state() const { return state_; }
+  TerminalLink& link() { return link_; }
+  ReceiveBuffer& received() { return received_; }
+
+ private:
+  void ConnectEvents();
+  void SetMenus();
+  void SetSoundMenu();
+  void RestorePosition();
+  void SavePosition();
+  void ShowLogo();
+  void OnActivate();
+  void ToggleGps();
+  void Close();
+
+  const Platform platform_;
+  SettingsStore& settings_;
+  MainState main_;
+  SessionState state_;
+  ReceiveBuffer received_;
+  TextGrid grid_;
+  TagStream tags_;
+  StreamScanner scanner_;
+  TerminalLink link_;
+  ModemProbe probe_;
+  ScreenLists lists_;
+  StatusPanel status_;
+  Dispatcher dispatcher_;
+  ModeMachine modes_;
+  bool closing_ = false;
+};
+
+}  // namespace corvex
