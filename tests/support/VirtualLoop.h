@@ -7,8 +7,8 @@
 
 namespace corvex::test {
 
-/// An event loop whose time is virtual: where a real one would sleep, it jumps to the next due time, so that a
-/// wait costs nothing and every run has the same order of events.
+/// An event loop whose time is virtual: where a real one would sleep, it jumps to the next due time, so that
+/// a wait costs nothing and every run has the same order of events.
 class VirtualLoop : public EventLoop {
  public:
   /// `midnight`: the time of day at which the loop starts, in seconds.

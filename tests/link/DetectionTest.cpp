@@ -1,0 +1,207 @@
+#include <gtest/gtest.h>
+
+#include "support/Program.h"
+
+namespace corvex {
+namespace {
+
+using test::HeronModem;
+using test::Program;
+using test::Responder;
+
+TEST(TerminalModel, GoesByTheFirstPartNumberInOrder) {
+  EXPECT_EQ(TerminalModelFromText("x204417y"), TerminalModel::Heron);
+  EXPECT_EQ(TerminalModelFromText("204938"), TerminalModel::Lark);
+  EXPECT_EQ(TerminalModelFromText("205226"), TerminalModel::Wren);
+  EXPECT_EQ(TerminalModelFromText("205570"), TerminalModel::Petrel);
+  EXPECT_EQ(TerminalModelFromText("205581"), TerminalModel::Kestrel);
+  EXPECT_EQ(TerminalModelFromText("204417 7700413"), TerminalModel::Albatross);
+  EXPECT_EQ(TerminalModelFromText("20 4417"), TerminalModel::Unknown);
+  EXPECT_EQ(TerminalModelTitle(TerminalModel::Heron, "Quil"), "Quil Heron ");
+  EXPECT_EQ(TerminalModelTitle(TerminalModel::Petrel, "Quil"), " Petrel Deck 100");
+  EXPECT_EQ(TerminalModelTitle(static_cast<TerminalModel>(8), "Quil"), " Quil Terminal Emulator");
+}
+
+TEST(PortSettings, TheFirstStartSavesItsOwnAndALaterOneReadsWhatIsThere) {
+  Program p;
+  LoadPortSettings(p.comPort, p.settings);
+  EXPECT_EQ(p.comPort.CommPort(), 1);
+  EXPECT_EQ(p.comPort.Settings(), "115200,n,8,1");
+  EXPECT_EQ(p.comPort.Handshaking(), 2);
+  EXPECT_EQ(p.settings.ReadSetting("port", "settings", ""), "115200,n,8,1");
+  EXPECT_EQ(p.settings.ReadSetting("port", "flow", ""), "2");
+  EXPECT_EQ(p.settings.ReadSetting("port", "com", ""), "1");
+
+  Program saved;
+  saved.settings.port.com.Set(std::string("3"));
+  LoadPortSettings(saved.comPort, saved.settings);
+  EXPECT_EQ(saved.comPort.CommPort(), 3);
+  EXPECT_EQ(saved.comPort.Settings(), "38400,n,8,1");  // not the speed of a first start; that is meant
+}
+
+TEST(PortSettings, ADeviceNamedInTheSettingsStandsForAComNumber) {
+  Program p;
+  std::string name = "/dev/serial/by-id/modem";
+  p.settings.WriteSetting("devices", "com2", name);
+  EXPECT_EQ(ComDeviceName(p.settings, 2), "/dev/serial/by-id/modem");
+  EXPECT_NE(ComDeviceName(p.settings, 1), "");
+  EXPECT_NE(ComDeviceName(p.settings, 1), ComDeviceName(p.settings, 13));
+}
+
+TEST(Detection, AGoodModemIsNamedAndEnteredWithTheseBytes) {
+  Program p;
+  Responder modem(p.comPort, HeronModem());
+  p.Start(5);
+  EXPECT_EQ(p.comPort.sent, test::kConnect);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(p.windows.applicationTitle, "Quil Heron ");
+  EXPECT_TRUE(p.term.mnuTerminal.checked);
+  EXPECT_TRUE(p.term.mnuUpgrade.enabled);
+  EXPECT_EQ(p.term.lblPort.caption, "COM1");
+  EXPECT_EQ(p.term.lblPort.toolTip, " access is via serial port");
+}
+
+TEST(Detection, OverTheLanTheSameWithTheTransparentModeInFront) {
+  Program p;
+  p.settings.config.lan.Set(true);
+  Responder modem(p.sock, HeronModem());
+  p.Start(5);
+  EXPECT_EQ(p.sock.sent, "AT+ERB_TRANSPARENT_MODE\r\n" + test::kConnect);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(p.term.lblPort.caption, "LAN");
+  EXPECT_EQ(p.term.lblPort.toolTip, "Local address 10.0.0.2 server 192.168.1.1 port 3000");
+}
+
+TEST(Detection, AnswersInPiecesAndAfterTheSecondQuestionCount) {
+  Program p;
+  int asked = 0;
+  std::string heard;
+  p.comPort.onSent = [&](std::string_view bytes) {
+    if (bytes != "at+gmm\r\n") return;
+    if (++asked == 1) p.comPort.Arrive("\r\n2055");
+    if (asked == 2) p.comPort.Arrive("81\r\nERROR\r\n");
+  };
+  p.Start(4);
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(p.term.state().terminalModel, TerminalModel::Kestrel);
+  EXPECT_FALSE(p.term.mnuUpgrade.enabled);  // nothing came to the question for the upgrade
+}
+
+TEST(Detection, TheUpgradeEntryFollowsTheAnswer) {
+  struct Case {
+    const char* answer;
+    bool visible;
+    bool enabled;
+  };
+  for (const Case& c :
+       {Case{"PROTOCOL 3", true, true}, Case{"pwdisallowed", true, false}, Case{"DISALLOWED", false, false},
+        Case{"ERROR", true, false}, Case{"?", true, false}}) {
+    Program p;
+    Responder modem(p.comPort, {{"at+gmm\r\n", "OK"}, {"at+wquilcswvload\r\n", c.answer}});
+    p.term.mnuUpgrade.enabled = false;
+    p.Start(3);
+    EXPECT_EQ(p.term.mnuUpgrade.visible, c.visible) << c.answer;
+    EXPECT_EQ(p.term.mnuUpgrade.enabled, c.enabled) << c.answer;
+  }
+}
+
+TEST(Detection, ASilentModemIsToldOnceAndTriedAgainByTheWatchdog) {
+  Program p;
+  p.Start(6);
+  EXPECT_EQ(p.dialogs.shown, std::vector<std::string>{"No contact - please check connections"});
+  EXPECT_EQ(p.term.main().mode, ModemMode::Failed);
+  EXPECT_EQ(p.term.pointer, Pointer::Normal);
+  p.loop.Run(6);
+  EXPECT_TRUE(p.term.frmMsg.visible);
+  EXPECT_EQ(p.term.LblMsg[0].caption, "No response.");
+  EXPECT_EQ(p.term.LblMsg[1].caption, "Check connection to modem");
+  Responder modem(p.comPort, HeronModem());
+  p.loop.Run(16);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(p.dialogs.shown.size(), 1u);
+}
+
+TEST(Detection, AnUnusableAddressIsTakenForABusyPort) {
+  Program p;
+  p.settings.config.lan.Set(true);
+  p.settings.config.lanport.Set(std::string("?"));
+  p.Start(1);
+  EXPECT_EQ(p.term.LblMsg[0].caption, "Port is busy - check running applications");
+  EXPECT_EQ(p.term.main().mode, ModemMode::AwaitIntro);
+}
+
+TEST(Detection, RubbishLeadsToThePortSettingsIfTheUserWants) {
+  for (const bool yes : {true, false}) {
+    Program p;
+    p.comPort.onSent = [&](std::string_view) { p.comPort.Arrive("\xF0\x0F"); };
+    p.dialogs.yes = yes;
+    p.Start(4);
+    EXPECT_EQ(p.dialogs.shown, std::vector<std::string>{"Bad response - try and autodetect modem?"});
+    EXPECT_EQ(p.term.main().mode, yes ? ModemMode::Failed : ModemMode::AwaitIntro);
+    EXPECT_EQ(p.term.fmOnTab[0].visible, yes);
+    const auto sent = p.comPort.sent.size();
+    p.loop.Run(30);
+    EXPECT_EQ(p.comPort.sent.size(), sent) << "no connect follows by itself";
+  }
+}
+
+TEST(Detection, AWindowThatIsNotActiveNeverProbes) {
+  Program p;
+  p.windows.activates = false;
+  p.Start(1);
+  p.Do([&] { p.term.SetActive(true); });
+  p.loop.Run(30);
+  EXPECT_EQ(p.comPort.sent, "");
+  Responder modem(p.comPort, HeronModem());
+  p.Do([&] { p.term.mnuTerminal.click(); });
+  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+}
+
+TEST(Watchdog, ASilentTickReconnectsAndALivelyOneDoesNot) {
+  Program p;
+  Responder modem(p.comPort, HeronModem());
+  p.Start(3);
+  ASSERT_EQ(p.term.main().mode, ModemMode::Terminal);
+  // A tag every second keeps it quiet.
+  for (int i = 0; i < 20; ++i) {
+    p.comPort.Arrive("<tml><Sig>27</tml>");
+    p.loop.Run(1);
+  }
+  EXPECT_EQ(p.comPort.sent, test::kConnect);
+  p.loop.Run(17);
+  EXPECT_EQ(p.comPort.sent, test::kConnect + test::kConnect);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+}
+
+TEST(Watchdog, OverTheLanOnlyTheTimeKeepsItQuiet) {
+  Program p;
+  p.settings.config.lan.Set(true);
+  Responder modem(p.sock, HeronModem());
+  p.Start(3);
+  ASSERT_EQ(p.sock.connects, 1);
+  for (int i = 0; i < 20; ++i) {
+    p.sock.Arrive("<tml><Time>12:34</tml>");
+    p.loop.Run(1);
+  }
+  EXPECT_EQ(p.sock.connects, 1);
+  for (int i = 0; i < 20; ++i) {
+    p.sock.Arrive("<tml><Sig>27</tml>");
+    p.loop.Run(1);
+  }
+  EXPECT_GT(p.sock.connects, 1);
+}
+
+TEST(Watchdog, RewritesTheCaptionWithWhatTheModemToldOfItsMub) {
+  Program p;
+  Responder modem(p.comPort, HeronModem());
+  p.Start(3);
+  p.comPort.Arrive("<tml><MUBinfo>MUB 1</tml>");
+  p.loop.Run(0.1);
+  EXPECT_EQ(p.term.caption, "Quil Heron  MUB 1");
+  p.Do([&] { p.term.caption = "?"; });
+  p.loop.Run(8);
+  EXPECT_EQ(p.term.caption, "Quil Heron  MUB 1");
+}
+
+}  // namespace
+}  // namespace corvex

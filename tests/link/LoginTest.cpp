@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include "link/modTelnet.h"
+#include "support/Program.h"
+
+namespace corvex {
+namespace {
+
+/// Runs the login on prompts and notes what it sends.
+struct LoginTest : ::testing::Test {
+  test::TemporaryFolder folder;
+  SettingsStore settings{folder.Text()};
+  std::string sent;
+  std::vector<std::string> asked;
+  std::optional<std::string> typed;
+  TelnetLogin login{
+      settings,
+      {.writeText = [this](std::string_view text) { sent += text; },
+       .writePassword = [this](std::string_view password) { sent += "*" + std::string(password); },
+       .sendCancel = [this] { sent += '\x18'; },
+       .ask =
+           [this](std::string_view prompt, std::string_view title) {
+             asked.push_back(std::string(prompt) + "|" + std::string(title));
+             return typed;
+           }}};
+};
+
+TEST_F(LoginTest, GoesFromPromptToPromptHoweverTheyAreCut) {
+  settings.config.mubselect.Set(std::string("7"));  // sent as it stands
+  for (const char c : std::string("erb LOGIN: Password: erb>  Connected to Modem")) login.LoginStep({&c, 1});
+  EXPECT_EQ(sent, "root\r\n*zzzmodem 7\r\n");
+  EXPECT_TRUE(login.LoginComplete());
+}
+
+TEST_F(LoginTest, TheOrderDecidesBetweenPromptsOfOnePiece) {
+  login.LoginStep("serial_open failed\r\nERB login:");
+  EXPECT_EQ(sent, "root\r\n");
+  EXPECT_FALSE(login.LoginFailed());
+  login.LoginStep("serial_open");
+  EXPECT_TRUE(login.LoginFailed());
+}
+
+TEST_F(LoginTest, AModemInUseIsFreedForTheNextTime) {
+  login.LoginStep("Already in use");
+  EXPECT_EQ(sent, "killall -9 modem\r\n");
+  EXPECT_TRUE(login.LoginFailed());
+}
+
+TEST_F(LoginTest, ARefusedPasswordIsAskedForAndStored) {
+  typed = "new";
+  login.LoginStep("Login incorrect");
+  EXPECT_EQ(asked, std::vector<std::string>{"Enter password for root|Telnet login Mub 0"});
+  EXPECT_EQ(settings.config.password.Get(), "new");
+  EXPECT_EQ(sent, "\r\n\r\n");  // twice; that is meant
+  typed.reset();
+  login.LoginStep("Login incorrect");
+  EXPECT_EQ(settings.ReadSetting("config", "password", "?"), "");
+}
+
+TEST_F(LoginTest, AModemThatTalksAlreadyNeedsNoLogin) {
+  login.LoginStep("<tml><Sig>");
+  EXPECT_TRUE(login.LoginComplete());
+  EXPECT_EQ(sent, "\x18");
+  login.LoginStep("");
+  EXPECT_EQ(sent, "\x18");
+}
+
+// A start returns when the probe is over, whatever time that takes.
+double SecondsOf(const test::Program& p) {
+  return std::chrono::duration<double>(p.loop.Now()).count();
+}
+
+TEST(LoginRoutes, OverTheLanToItsOwnPortAndGivenUpAfterFiveSeconds) {
+  test::Program p;
+  p.settings.config.lan.Set(true);
+  p.settings.config.erbaccess.Set(true);
+  p.sock.onOpened = [&] { p.sock.Arrive("ERB login:"); };
+  p.Start(0.2);
+  EXPECT_EQ(p.sock.RemotePort(), 24);
+  EXPECT_EQ(p.sock.sent, "root\r\nAT+ERB_TRANSPARENT_MODE");
+  EXPECT_EQ(p.dialogs.shown.size(), 1u);
+  EXPECT_EQ(p.sock.GetState(), SocketControl::kClosed);
+  EXPECT_NEAR(SecondsOf(p), 5.9, 0.5);
+}
+
+TEST(LoginRoutes, OverTheSerialPortGivenUpAfterEight) {
+  test::Program p;
+  p.settings.config.erbaccess.Set(true);
+  p.comPort.onOpened = [&] { p.comPort.Arrive("noise"); };
+  p.Start(0.2);
+  EXPECT_EQ(p.comPort.sent, "AT+ERB_TRANSPARENT_MODE\r\n");
+  EXPECT_EQ(p.dialogs.shown.size(), 1u);
+  EXPECT_NEAR(SecondsOf(p), 8.6, 0.5);
+}
+
+}  // namespace
+}  // namespace corvex

@@ -1,0 +1,275 @@
+#include "link/modComSock.h"
+
+#include <gtest/gtest.h>
+
+#include "support/Program.h"
+
+namespace corvex {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A link with nothing above it.
+struct LinkTest : ::testing::Test {
+  test::TemporaryFolder folder;
+  test::VirtualLoop loop;
+  test::FakeWindows windows;
+  test::FakeSerial comPort{loop};
+  test::FakeSocket sock{loop};
+  test::FakeDialogs dialogs;
+  test::FakePrinters printers;
+  test::FakeSound sound;
+  Platform platform{loop, windows, comPort, sock, dialogs, printers, sound, {}};
+  SettingsStore settings{folder.Text()};
+  ReceiveBuffer received{loop};
+  MainState main;
+  TerminalLink link{platform, settings, received, main};
+
+  double Seconds() const { return std::chrono::duration<double>(loop.Now()).count(); }
+};
+
+TEST_F(LinkTest, WritesOnAClosedLinkAreDroppedAndOnlyABlockTells) {
+  for (const bool lan : {false, true}) {
+    settings.config.lan.Set(lan);
+    link.WriteText("text");
+    link.WriteByte(7);
+    EXPECT_TRUE(dialogs.shown.empty());
+    link.WriteBlock("block");
+    EXPECT_EQ(dialogs.shown, std::vector<std::string>{"Inconsistent state during block write"});
+    dialogs.shown.clear();
+  }
+  EXPECT_EQ(comPort.sent + sock.sent, "");
+}
+
+TEST_F(LinkTest, TheSettingChoosesTheTransportAtEachUse) {
+  settings.config.lan.Set(true);
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  ASSERT_TRUE(comPort.Open());
+  EXPECT_EQ(sock.RemoteHost(), "192.168.1.1");
+  EXPECT_EQ(sock.RemotePort(), 3000);
+  EXPECT_EQ(sock.sent, "AT+ERB_TRANSPARENT_MODE\r\n");
+  link.WriteText("a");
+  settings.config.lan.Set(false);
+  link.WriteText("b");
+  EXPECT_EQ(sock.sent.back(), 'a');
+  EXPECT_EQ(comPort.sent, "b");
+  // With the socket down a text falls back to an open port, a byte does not.
+  settings.config.lan.Set(true);
+  sock.Close();
+  link.WriteText("c");
+  link.WriteByte('d');
+  EXPECT_EQ(comPort.sent, "bc");
+}
+
+TEST_F(LinkTest, AByteWaitsForTheLogin) {
+  settings.config.lan.Set(true);
+  ASSERT_TRUE(sock.Connect("host", 1));
+  loop.Run(0.1);
+  ASSERT_EQ(sock.GetState(), SocketControl::kConnected);
+  link.WriteByte('x');
+  EXPECT_EQ(sock.sent, "");
+  link.WriteText("y");  // a text does not: the login itself is made of texts
+  EXPECT_EQ(sock.sent, "y");
+}
+
+TEST_F(LinkTest, ClosingTheLanSaysGoodbyeWithoutALineEnd) {
+  settings.config.lan.Set(true);
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  sock.sent.clear();
+  link.CloseLink();
+  EXPECT_EQ(sock.sent,
+            "\x18"
+            "AT+ERB_TRANSPARENT_MODE");
+  EXPECT_EQ(sock.GetState(), SocketControl::kClosed);
+}
+
+TEST_F(LinkTest, ClosingTheSerialPortDropsItsBuffersAndHandshaking) {
+  comPort.SetHandshaking(2);
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  comPort.unsent = 12;
+  link.CloseLink();
+  EXPECT_FALSE(comPort.PortOpen());
+  EXPECT_EQ(comPort.Handshaking(), 0);
+  EXPECT_EQ(comPort.OutBufferCount(), 0);
+  EXPECT_EQ(comPort.sent, "");
+}
+
+TEST_F(LinkTest, AHostThatNeverConnectsIsGivenUpAfterNineRounds) {
+  settings.config.lan.Set(true);
+  sock.answers = false;
+  EXPECT_FALSE(link.EnsureLinkOpen());
+  EXPECT_NEAR(Seconds(), 0.05 + 0.05 + 1.0, 0.1);
+  EXPECT_EQ(sock.GetState(), SocketControl::kClosed);
+  sock.answers = true;
+  sock.reachable = false;  // refused
+  EXPECT_FALSE(link.EnsureLinkOpen());
+  EXPECT_EQ(sock.connects, 2);
+  EXPECT_FALSE(link.OpenRefused());
+}
+
+TEST_F(LinkTest, ASocketThatFallsBackAtOnceIsTriedUntilTheProgramEnds) {
+  settings.config.lan.Set(true);
+  sock.fallsBack = true;
+  loop.After(60s, [this] { loop.End(); });
+  bool returned = false;
+  loop.Enter([&] {
+    link.EnsureLinkOpen();
+    returned = true;
+  });
+  EXPECT_FALSE(returned);
+  EXPECT_GT(sock.connects, 500);
+}
+
+TEST_F(LinkTest, AnAddressThatCannotBeUsedIsRefusedAtOnce) {
+  settings.config.lan.Set(true);
+  for (const char* port : {"none", "0", "70000", "99999999999"}) {
+    settings.config.lanport.Set(std::string(port));
+    EXPECT_FALSE(link.EnsureLinkOpen()) << port;
+    EXPECT_TRUE(link.OpenRefused()) << port;
+  }
+  EXPECT_EQ(sock.connects, 0);
+}
+
+TEST_F(LinkTest, ASerialPortThatIsNotThereCountsAsOpen) {
+  comPort.available = false;
+  EXPECT_TRUE(link.EnsureLinkOpen());
+  link.SendCancel();
+  EXPECT_EQ(comPort.sent, "");
+}
+
+TEST_F(LinkTest, BytesThatComeWhileTheDispatcherWaitsStayForTheNextEvent) {
+  main.mode = ModemMode::Terminal;
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  std::vector<std::string> dispatched;
+  link.processReceived = [&] {
+    dispatched.push_back(received.TakeRx());
+    if (dispatched.size() == 1) {
+      comPort.Arrive("second");
+      Pause(loop, 0.5);
+      EXPECT_FALSE(received.RxAvailable());
+    }
+  };
+  comPort.Arrive("first");
+  loop.Run(1);
+  EXPECT_EQ(dispatched, std::vector<std::string>{"first"});
+  comPort.Arrive(" third");
+  loop.Run(1);
+  EXPECT_EQ(dispatched, (std::vector<std::string>{"first", "second third"}));
+}
+
+TEST_F(LinkTest, SocketEventsNestInTheOrderOfArrival) {
+  settings.config.lan.Set(true);
+  main.mode = ModemMode::Terminal;
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  std::string order;
+  link.processReceived = [&] {
+    const std::string text = received.TakeRx();
+    order += text;
+    if (text == "a") {
+      sock.Arrive("b");
+      Pause(loop, 0.1);
+      order += ')';
+    }
+  };
+  sock.Arrive("a");
+  loop.Run(1);
+  EXPECT_EQ(order, "ab)");
+}
+
+TEST_F(LinkTest, OnlyTheModesOfTheSessionDispatch) {
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  int calls = 0;
+  link.processReceived = [&] { ++calls; };
+  for (const auto mode :
+       {ModemMode::AwaitIntro, ModemMode::Failed, ModemMode::Upgrade, ModemMode::DeviceManager}) {
+    main.mode = mode;
+    comPort.Arrive("x");
+    loop.Run(0.1);
+  }
+  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(received.TakeRx(), "xxxx");
+  main.mode = ModemMode::Closing;
+  comPort.Arrive("x");
+  loop.Run(0.1);
+  EXPECT_FALSE(received.RxAvailable());
+}
+
+TEST_F(LinkTest, AFullReceiveBufferLeavesBytesInTheTransportAndLosesNone) {
+  main.mode = ModemMode::DeviceManager;
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  const std::string chunk(1 << 20, 'x');
+  for (int i = 0; i < 20; ++i) {
+    comPort.Arrive(chunk);
+    loop.Run(0.01);
+  }
+  const std::string first = received.TakeRx();
+  EXPECT_EQ(first.size(), ReceiveBuffer::kCapacity);
+  loop.Run(0.01);
+  EXPECT_EQ(first.size() + received.TakeRx().size(), 20u << 20);
+}
+
+TEST_F(LinkTest, AVanishedPortLeavesTheProgramAlive) {
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  main.rxSeen = false;
+  comPort.Vanish();
+  loop.Run(0.1);
+  EXPECT_FALSE(main.rxSeen);
+  link.WriteText("x");
+  link.DrainOutput();
+  EXPECT_TRUE(link.EnsureLinkOpen());
+  comPort.available = true;
+  link.SendCancel();
+  EXPECT_EQ(comPort.sent, "\x18");
+}
+
+TEST_F(LinkTest, ACommandIsSentAgainInTheThirdRoundAndGivenUpAfterTheEighth) {
+  struct Case {
+    const char* reply;
+    int afterSends;  // how many times the command goes out before the reply comes
+    bool expected;
+    int sends;
+  };
+  for (const Case& c : {Case{"\r\nok\r\n", 1, true, 1}, Case{"<tml><Sig>2", 1, true, 1},
+                        Case{"<TML>", 1, false, 2},  // only as the modem writes it
+                        Case{"ERROR", 1, false, 2},  // is no end
+                        Case{"OK", 2, true, 2}, Case{"", 0, false, 2}}) {
+    int sends = 0;
+    comPort.sent.clear();
+    comPort.onSent = [&](std::string_view bytes) {
+      if (bytes == "cmd\r\n" && ++sends == c.afterSends) comPort.Arrive(c.reply);
+    };
+    const double began = Seconds();
+    EXPECT_EQ(link.SendAndAwaitOk("cmd"), c.expected) << c.reply;
+    EXPECT_EQ(sends, c.sends) << c.reply;
+    EXPECT_EQ(comPort.sent.ends_with('\x12'), c.expected) << c.reply;
+    if (!c.expected) {
+      EXPECT_NEAR(Seconds() - began, 0.45, 0.07) << c.reply;
+    }
+  }
+}
+
+TEST_F(LinkTest, ThePhaseIsToggledOnlyWhenTheSecondTryWorks) {
+  EXPECT_FALSE(link.EnterTagMode());
+  EXPECT_EQ(settings.config.mmiphase.Get(), 2);
+  int sends = 0;
+  comPort.onSent = [&](std::string_view bytes) {
+    if (bytes == "AT+WQUILSTARTTMLB\r\n" && ++sends == 3) comPort.Arrive("OK");
+  };
+  EXPECT_TRUE(link.EnterTagMode());
+  EXPECT_EQ(settings.config.mmiphase.Get(), 1);
+  sends = 2;
+  EXPECT_TRUE(link.EnterTagMode());
+  EXPECT_EQ(settings.config.mmiphase.Get(), 1);
+}
+
+TEST_F(LinkTest, DrainWaitsUntilThePortHasSentAll) {
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  comPort.unsent = 100;
+  loop.After(3s, [this] { comPort.unsent = 0; });
+  link.WriteBlock("block");
+  EXPECT_NEAR(Seconds(), 3, 0.01);
+  EXPECT_EQ(comPort.sent, "block");
+}
+
+}  // namespace
+}  // namespace corvex

@@ -1,0 +1,110 @@
+#include "link/WireLog.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include "support/Program.h"
+
+namespace corvex {
+namespace {
+
+using test::Program;
+using test::Responder;
+
+std::vector<std::filesystem::path> Recordings(const Program& p) {
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(p.folder.path())) {
+    if (entry.path().extension() == ".log") files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string Content(const std::filesystem::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+TEST(QuoteBytes, IsReadableAndUnambiguous) {
+  EXPECT_EQ(QuoteBytes(std::string_view("a\"\\\r\n\t\x1B\0\x7F\xC4", 10)), R"("a\"\\\r\n\t\e\x00\x7F\xC4")");
+}
+
+TEST(WireLog, RecordsASessionWithItsReconnectsIfTheSettingSaysSo) {
+  Program p;
+  p.settings.logging.wirelog.Set(true);
+  Responder modem(p.comPort, {{"at+gmm\r\n", "OK"}, {"MLB\r\n", "OK"}});
+  p.Start(3);
+  ASSERT_EQ(Recordings(p).size(), 1u);
+  const auto file = Recordings(p)[0];
+  EXPECT_EQ(file.filename().string().substr(0, 13), "wire-20060331");
+  p.comPort.Vanish();
+  p.comPort.available = true;
+  p.loop.Run(20);
+  const std::string text = Content(file);
+  EXPECT_TRUE(text.starts_with(
+      "# corvex wire log 1\n= 0.000 open serial COM1 fake1 115200,n,8,1\n> 0.000 \"\\x18\"\n"))
+      << text;
+  for (const char* part : {"\"at+gmm\\r\\n\"\n< ", " \"\\e\\x12\\e\"\n", " line lost\n"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part;
+  }
+  EXPECT_NE(text.find(" open ", text.find("line lost")), std::string::npos);
+  EXPECT_EQ(Recordings(p).size(), 1u);
+}
+
+TEST(WireLog, IsOffUnlessAskedFor) {
+  Program p;
+  p.Start(3);
+  EXPECT_TRUE(Recordings(p).empty());
+}
+
+TEST(WireLog, KeepsTheLastTen) {
+  Program p;
+  p.settings.logging.wirelog.Set(true);
+  for (int i = 10; i < 22; ++i) {
+    std::ofstream(p.folder.path() / ("wire-200601" + std::to_string(i) + "-120000.log")) << "old";
+  }
+  p.Start(1);
+  const auto files = Recordings(p);
+  ASSERT_EQ(files.size(), 10u);
+  EXPECT_EQ(files.front().filename(), "wire-20060113-120000.log");
+  EXPECT_TRUE(files.back().filename().string().starts_with("wire-20060331"));
+}
+
+TEST(WireLog, NeverHoldsThePasswordHoweverItsEchoIsCut) {
+  Program p;
+  p.settings.logging.wirelog.Set(true);
+  p.settings.config.lan.Set(true);
+  p.settings.config.erbaccess.Set(true);
+  p.settings.config.password.Set(std::string("secret"));
+  p.sock.onOpened = [&] { p.sock.Arrive("Password:"); };
+  p.sock.onSent = [&](std::string_view bytes) {
+    if (bytes != "secret\r\n") return;
+    p.sock.Arrive("sec");
+    p.loop.After(std::chrono::milliseconds(250), [&] { p.sock.Arrive("ret\r\nwelcome\r\n"); });
+    p.loop.After(std::chrono::milliseconds(500), [&] { p.sock.Arrive("ERB> connected to modem"); });
+  };
+  p.Start(4);
+  ASSERT_EQ(Recordings(p).size(), 1u);
+  const std::string text = Content(Recordings(p)[0]);
+  EXPECT_EQ(text.find("sec"), std::string::npos) << text;
+  EXPECT_NE(text.find("\"(password)\\r\\n\""), std::string::npos) << text;
+  EXPECT_NE(text.find("\"******\\r\\nwelcome\\r\\n"), std::string::npos) << text;
+}
+
+TEST(WireLog, AFolderThatCannotBeWrittenEndsItInSilence) {
+  Program p;
+  p.settings.logging.wirelog.Set(true);
+  // The settings stay readable while the recording's own name is taken by a folder.
+  std::filesystem::create_directory(p.folder.path() / "wire-20060331-100000.log");
+  Responder modem(p.comPort, test::HeronModem());
+  p.Start(3);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+  EXPECT_TRUE(std::filesystem::is_directory(p.folder.path() / "wire-20060331-100000.log"));
+}
+
+}  // namespace
+}  // namespace corvex

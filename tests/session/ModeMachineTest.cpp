@@ -1,0 +1,352 @@
+#include "session/ModeMachine.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "support/Program.h"
+
+namespace corvex {
+namespace {
+
+using test::HeronModem;
+using test::kConnect;
+using test::Program;
+using test::Responder;
+
+/// A program in the modem's menus over a serial port; what was sent up to there is forgotten.
+struct Session : ::testing::Test {
+  Session() {
+    p.Start(3);
+    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+    p.comPort.sent.clear();
+  }
+  std::string Sent() { return std::exchange(p.comPort.sent, {}); }
+  void Click(MenuItem& entry) {
+    p.Do([&] { entry.click(); });
+  }
+
+  Program p;
+  Responder modem{p.comPort, HeronModem()};
+  frmTerm& term = p.term;
+};
+
+TEST(Start, TheMenusAndThePositionFollowTheSettings) {
+  Program p;
+  p.settings.config.testmode.Set(true);
+  p.settings.config.atmode.Set(false);
+  p.settings.config.configmode.Set(false);
+  p.settings.positions.termleft.Set(1200);
+  p.settings.positions.termtop.Set(900);
+  p.settings.config.brand.Set(std::string("Acme"));
+  p.Start(0);
+  EXPECT_TRUE(p.term.mnuTest.visible);
+  EXPECT_FALSE(p.term.mnuAT.visible);
+  EXPECT_FALSE(p.term.mnuMapping.visible);
+  EXPECT_FALSE(p.term.cmdTop[1].visible);
+  EXPECT_FALSE(p.term.mnuTrace.visible);
+  EXPECT_EQ(p.term.rect, (Rect{1200, 900, 8950, 4095}));
+  EXPECT_EQ(p.term.caption, "");
+  EXPECT_FALSE(p.term.Picture1.visible);
+  EXPECT_TRUE(p.term.imgLogo.picture.Get().starts_with("file:"));
+  EXPECT_TRUE(p.term.imgLogo.picture.Get().ends_with("logo.gif"));
+}
+
+TEST(Start, AnUnknownPhoneFamilyChangesNoMenu) {
+  Program p;
+  p.settings.config.phone.Set(std::string("R3"));
+  p.Start(0);
+  EXPECT_TRUE(p.term.mnuTest.visible);
+}
+
+TEST(Start, LeavesOnlyThePortAndThePrinterPathInTheSettings) {
+  Program p;
+  p.Start(0.01);
+  std::ifstream file(p.folder.path() / "corvex.ini");
+  std::string sections;
+  int keys = 0;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('[')) sections += line.substr(0, line.find(']') + 1);
+    keys += line.find('=') != std::string::npos ? 1 : 0;
+  }
+  EXPECT_EQ(sections, "[printer][port]");
+  EXPECT_EQ(keys, 4);
+}
+
+TEST_F(Session, IntoThePortPanelAndBack) {
+  Click(term.mnuPort);
+  EXPECT_EQ(Sent(), "\x18");
+  EXPECT_EQ(term.main().mode, ModemMode::PortSetup);
+  EXPECT_TRUE(term.mnuPort.checked);
+  EXPECT_FALSE(term.mnuTerminal.checked);
+  EXPECT_FALSE(p.comPort.PortOpen());
+  EXPECT_TRUE(term.fmOnTab[0].visible);
+  EXPECT_TRUE(term.frmSerial.visible);
+  EXPECT_EQ(term.rect.Get().height, 4095 + term.frmAux.rect.Get().height);
+  Click(term.mnuPort);
+  EXPECT_EQ(Sent(), kConnect);
+  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(term.rect.Get().height, 4095);
+}
+
+TEST_F(Session, ThePanelsShowTheSideThatTheRouteUses) {
+  p.settings.config.lan.Set(true);
+  Click(term.mnuPort);
+  EXPECT_EQ(term.tabConnect.selected, 2);
+  EXPECT_TRUE(term.frmLan.visible);
+  EXPECT_FALSE(term.frmSerial.visible);
+  p.Do([&] {
+    term.tabConnect.selected = 1;
+    term.tabConnect.click();
+  });
+  EXPECT_TRUE(term.frmSerial.visible);
+  EXPECT_FALSE(term.frmLan.visible);
+}
+
+TEST_F(Session, IntoTheTestInterfaceAndBackByTheMenu) {
+  Click(term.mnuTest);
+  EXPECT_EQ(Sent(),
+            "\x18\x18\x18"
+            "at+wquiltest\r\n");
+  EXPECT_EQ(term.main().mode, ModemMode::TestInterface);
+  EXPECT_TRUE(term.txtRx.visible);
+  p.comPort.Arrive("test shell>");
+  p.loop.Run(0.1);
+  EXPECT_EQ(term.txtRx.Text(), "test shell>");
+  Click(term.mnuTerminal);
+  EXPECT_EQ(Sent(), "quit\r\n\x18" + kConnect);
+  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+  EXPECT_FALSE(term.txtRx.visible);
+}
+
+TEST_F(Session, TheTestInterfaceIsAToggle) {
+  Click(term.mnuTest);
+  Sent();
+  Click(term.mnuTest);
+  // The way back to the menus leaves the test shell once more.
+  EXPECT_EQ(Sent(), "quit\r\nat\r\nquit\r\n\x18" + kConnect);
+}
+
+TEST_F(Session, IntoTheAtModeAndItsViews) {
+  Click(term.mnuAT);
+  EXPECT_EQ(Sent(), "\x18\x18");
+  EXPECT_EQ(term.main().mode, ModemMode::AtMode);
+  p.comPort.Arrive("OK");
+  p.loop.Run(0.1);
+  term.OptBase[1].value = true;
+  p.comPort.Arrive(std::string("\0\xFF", 2));
+  p.loop.Run(0.1);
+  term.OptBase[1].value = false;
+  term.OptBase[0].value = true;
+  p.comPort.Arrive("\r\xA5");
+  p.loop.Run(0.1);
+  EXPECT_EQ(term.txtRx.Text(), "OKd 0 d 255 hD hA5 ");
+  Click(term.mnuTest);  // from one panel to the other
+  EXPECT_EQ(Sent(),
+            "\x18"
+            "at+wquiltest\r\n");
+  EXPECT_FALSE(term.fmOnTab[4].visible);
+  EXPECT_TRUE(term.fmOnTab[1].visible);
+}
+
+TEST_F(Session, APanelEnteredWithoutASessionEndsOffline) {
+  Click(term.mnuOffline);
+  EXPECT_EQ(term.main().mode, ModemMode::Offline);
+  Sent();
+  Click(term.mnuAT);
+  EXPECT_EQ(term.main().mode, ModemMode::AtMode);
+  Click(term.mnuAT);
+  EXPECT_EQ(term.main().mode, ModemMode::Offline);
+  EXPECT_FALSE(p.comPort.PortOpen());
+  EXPECT_EQ(Sent(), "");
+}
+
+TEST_F(Session, APanelThatNeedsTheLinkIsNotEnteredWithoutOne) {
+  p.settings.config.lan.Set(true);
+  p.sock.reachable = false;
+  Click(term.mnuTest);
+  Click(term.mnuAT);
+  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+  Click(term.mnuPort);  // the way to mend the address stays open
+  EXPECT_EQ(term.main().mode, ModemMode::PortSetup);
+}
+
+TEST_F(Session, OfflineByTheMenuClosesFirstAndSendsThroughAnOpenedLink) {
+  Click(term.mnuOffline);
+  EXPECT_EQ(Sent(), "\x18");
+  EXPECT_TRUE(p.comPort.PortOpen());
+  Click(term.mnuOffline);
+  EXPECT_EQ(Sent(), "");
+  EXPECT_FALSE(p.comPort.PortOpen());
+  EXPECT_FALSE(term.tmrWatchdog.enabled);
+}
+
+TEST_F(Session, OfflineClearsTheScreenAndItsIndicators) {
+  p.comPort.Arrive(
+      "<tml><TextScreen></tml>\x1B[2;2Hrow one<tml><Paint></tml><tml><Sk>A|1|B|2|C|3|D|4</tml>"
+      "<tml><Sig>27</tml><tml><Sim></tml><tml><Temp>31</tml>");
+  p.loop.Run(0.2);
+  EXPECT_TRUE(term.corvexLbl[0].caption.Get().starts_with("row one"));
+  EXPECT_TRUE(term.lblsim.visible);
+  Click(term.mnuOffline);
+  EXPECT_EQ(term.corvexLbl[0].caption, std::string(39, ' '));
+  EXPECT_FALSE(term.lblsim.visible);
+  EXPECT_FALSE(term.lblTemp.visible);
+  EXPECT_FALSE(term.corvexLbl[7].visible);
+  EXPECT_FALSE(term.cmdSK[0].enabled);
+}
+
+TEST_F(Session, AShutdownOfTheTerminalEndsTheSession) {
+  p.comPort.Arrive("<tml><Shutdown></tml>");
+  p.loop.Run(1);
+  EXPECT_EQ(term.main().mode, ModemMode::Offline);
+  EXPECT_EQ(Sent(), "\x18");
+  EXPECT_FALSE(p.comPort.PortOpen());
+}
+
+/// Closes the modal window that opens next, after a second.
+void CloseModal(Program& p) {
+  p.loop.After(std::chrono::seconds(1),
+               [&p] { p.loop.Enter([&p] { p.windows.attached.back()->queryUnload(); }); });
+}
+
+TEST_F(Session, TheDeviceManagerReturnsToTheMenus) {
+  CloseModal(p);
+  p.Do([&] { term.cmdTop[1].click(); });
+  EXPECT_EQ(Sent(), "\x18\x18" + kConnect);
+  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(p.windows.attached.size(), 1u);  // released by its closing
+}
+
+TEST_F(Session, ThePhoneBookOpensOnTheModemsRequestAndLeavesTheModeOffline) {
+  ModemMode during = ModemMode::Closing;
+  p.loop.After(std::chrono::milliseconds(900), [&] { during = term.main().mode; });
+  p.comPort.Arrive("<tml><BookMode></tml>");
+  CloseModal(p);
+  p.loop.Run(5);
+  EXPECT_EQ(during, ModemMode::Offline);
+  EXPECT_EQ(Sent(), "\x18\x18" + kConnect);
+  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+}
+
+TEST_F(Session, TheUpgradeWindowIsModelessAndKeepsTheBytes) {
+  Click(term.mnuUpgrade);
+  EXPECT_EQ(Sent(), "\x18");
+  EXPECT_EQ(term.main().mode, ModemMode::Upgrade);
+  p.comPort.Arrive("reply");
+  p.loop.Run(0.1);
+  EXPECT_EQ(term.received().TakeRx(), "reply");
+}
+
+TEST_F(Session, MinimisingStopsTheTimersUntilTheNextModeChange) {
+  p.Do([&] {
+    term.windowState = WindowState::Minimized;
+    term.resize();
+  });
+  p.loop.Run(60);
+  EXPECT_EQ(Sent(), "");
+  EXPECT_FALSE(term.tmrWatchdog.enabled);
+  Click(term.mnuTerminal);
+  EXPECT_TRUE(term.tmrWatchdog.enabled);
+}
+
+TEST_F(Session, AnotherMubIsReachedByANewConnect) {
+  Click(term.mnuSlaveONSlave);
+  EXPECT_EQ(p.settings.config.mubselect.Get(), "3");
+  EXPECT_TRUE(term.mnuSlaveONSlave.checked);
+  EXPECT_FALSE(term.mnuMasterONMaster.checked);
+  EXPECT_EQ(Sent(),
+            "\x18"
+            "AT+ERB_TRANSPARENT_MODE\x18" +
+                kConnect);
+}
+
+TEST_F(Session, ClosingSendsCancelTwiceAndSavesThePosition) {
+  p.Do([&] { term.rect = Rect{3000, 2000, 8950, 4095}; });
+  const auto began = p.loop.Now();
+  p.Do([&] { term.queryUnload(); });
+  EXPECT_TRUE(p.loop.Ended());
+  EXPECT_EQ(Sent(), "\x18\x18");
+  EXPECT_FALSE(p.comPort.PortOpen());
+  EXPECT_EQ(p.settings.positions.termleft.Get(), 3000);
+  EXPECT_EQ(p.settings.positions.termtop.Get(), 2000);
+  EXPECT_LT(p.loop.Now() - began, std::chrono::seconds(1));
+}
+
+TEST_F(Session, APositionOffTheScreenIsNotSaved) {
+  p.Do([&] { term.rect = Rect{1920 * 15, 2000, 8950, 4095}; });
+  p.Do([&] { term.mnuExit.click(); });
+  EXPECT_TRUE(p.loop.Ended());
+  EXPECT_EQ(p.settings.ReadSetting("positions", "termleft", "none"), "none");
+}
+
+TEST(Closing, EndsEveryWaitWithinASecond) {
+  struct Case {
+    const char* name;
+    double at;  // seconds after the start
+    std::function<void(Program&)> setUp;
+  };
+  const Case cases[] = {
+      {"in the first probe", 0.5, [](Program&) {}},
+      {"in a LAN connect that never counts down", 0.5,
+       [](Program& p) {
+         p.settings.config.lan.Set(true);
+         p.sock.fallsBack = true;
+       }},
+      {"in a login", 2,
+       [](Program& p) {
+         p.settings.config.lan.Set(true);
+         p.settings.config.erbaccess.Set(true);
+       }},
+      {"in a pause over midnight", 0.5, [](Program&) {}},
+      {"connected over the LAN", 5, [](Program& p) { p.settings.config.lan.Set(true); }},
+      {"offline", 5, [](Program& p) { p.windows.activates = false; }},
+  };
+  for (const Case& c : cases) {
+    const bool overMidnight = std::string_view(c.name).find("midnight") != std::string_view::npos;
+    Program p(overMidnight ? 86399.8 : 36000);
+    Responder modem(p.sock, HeronModem());
+    c.setUp(p);
+    EventLoop::Time asked{0};
+    EventLoop::Time ended{0};
+    p.loop.After(std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(c.at)), [&] {
+      asked = p.loop.Now();
+      p.loop.Enter([&] { p.term.queryUnload(); });
+      ended = p.loop.Now();
+    });
+    p.Start(c.at + 3);
+    EXPECT_TRUE(p.loop.Ended()) << c.name;
+    EXPECT_LE(ended - asked, std::chrono::seconds(1)) << c.name;
+  }
+}
+
+TEST(Closing, AMessageBoxInTheWayEndsToo) {
+  Program p;
+  p.dialogs.onBox = [&] {
+    p.loop.After(std::chrono::seconds(1), [&] { p.loop.Enter([&] { p.term.queryUnload(); }); });
+    for (;;) p.loop.Pump();
+  };
+  p.Start(10);
+  EXPECT_TRUE(p.loop.Ended());
+}
+
+TEST(Gps, TheEntryAndThePanelFollowTheSetting) {
+  Program p;
+  p.Start(0);
+  EXPECT_TRUE(p.term.lblGps[0].visible);
+  EXPECT_TRUE(p.term.mnuGPS.checked);
+  p.Do([&] { p.term.mnuGPS.click(); });
+  EXPECT_FALSE(p.term.lblGps[0].visible);
+  EXPECT_FALSE(p.settings.config.showgps.Get());
+  p.Do([&] { p.term.mnuGPS.click(); });
+  EXPECT_TRUE(p.term.lblGps[0].visible);
+  EXPECT_FALSE(p.term.mnuGPS.checked);  // the mark comes back with the next activation
+  p.Do([&] {
+    p.term.SetActive(false);
+    p.term.SetActive(true);
+  });
+  EXPECT_TRUE(p.term.mnuGPS.checked);
+}
+
+}  // namespace
+}  // namespace corvex

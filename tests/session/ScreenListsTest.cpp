@@ -1,0 +1,145 @@
+#include "session/ScreenLists.h"
+
+#include <gtest/gtest.h>
+
+#include "session/mListView.h"
+#include "support/Program.h"
+
+namespace corvex {
+namespace {
+
+using test::Program;
+using test::Responder;
+
+struct ListsTest : ::testing::Test {
+  ListsTest() {
+    p.Start(3);
+    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+  }
+  void Feed(std::string_view bytes) {
+    p.comPort.Arrive(bytes);
+    p.loop.Run(0.5);
+  }
+  std::vector<std::string> MenuTexts() const {
+    std::vector<std::string> texts;
+    for (const auto& item : p.term.ListMenu.Items()) texts.push_back(item.text);
+    return texts;
+  }
+
+  Program p;
+  Responder modem{p.comPort, test::HeronModem()};
+  frmTerm& term = p.term;
+};
+
+using Texts = std::vector<std::string>;
+
+TEST_F(ListsTest, AMainMenuHasAnExitItsItemsAndTheMail) {
+  Feed("<tml><MenuScreen><Title>Main menu<1>001Call|5<2>abcSetup|64<30>012Log|0<4>xyz|63<INDEXLINE>30</tml>");
+  EXPECT_TRUE(term.frmMenu.visible);
+  EXPECT_TRUE(term.ListMenu.visible);
+  EXPECT_EQ(term.frmMenu.caption, "Main menu");
+  const std::vector<ListItem> expected{{"ESC", "Exit Menu", 53}, {" 1Men", " 1. Call", 5},
+                                       {" 2Men", "Setup", 10},   {" 30Men", " 12. Log", 10},
+                                       {" 4Men", "", 63},        {"MAIL", "Mail", 27}};
+  EXPECT_EQ(term.ListMenu.Items(), expected);
+  EXPECT_EQ(term.ListMenu.selected, 4);
+  EXPECT_TRUE(term.ListMenu.HasFocus());
+  EXPECT_EQ(term.ListMenu.iconSpacing, 75u);
+}
+
+TEST_F(ListsTest, ASubMenuHasNoMailAndABadItemLeavesTheListEmpty) {
+  Feed("<tml><MenuScreen><Title>1.2 Setup<1>001A|5<INDEXLINE>9</tml>");
+  EXPECT_EQ(MenuTexts(), (Texts{"Exit Menu", " 1. A"}));
+  EXPECT_EQ(term.ListMenu.selected, 0);
+  Feed("<tml><MenuScreen><Title>2 Bad<1>001A|5<2>002B<INDEXLINE>1</tml>");
+  EXPECT_EQ(MenuTexts(), Texts{});
+  EXPECT_TRUE(term.frmMenu.visible);
+  Feed("<tml><MenuScreen>rubbish</tml>");
+  EXPECT_EQ(MenuTexts(), (Texts{"Exit Menu", "Mail"}));
+}
+
+TEST_F(ListsTest, FortyItemsAreShownOfMore) {
+  std::string packet = "<tml><MenuScreen><Title>1 Many";
+  for (int i = 1; i <= 41; ++i) packet += "<" + std::to_string(i) + ">000Item|1";
+  Feed(packet + "<INDEXLINE>1</tml>");
+  EXPECT_EQ(term.ListMenu.Items().size(), 41u);
+}
+
+TEST_F(ListsTest, AMenuTakesTheSoftKeysAway) {
+  Feed("<tml><Sk>Menu|3|||Book|7|Exit|0</tml>");
+  EXPECT_EQ(term.cmdSK[0].caption, "&Menu");
+  EXPECT_TRUE(term.cmdSK[0].enabled);
+  EXPECT_EQ(term.imgKey[0].picture, "key 3");
+  EXPECT_FALSE(term.cmdSK[1].enabled);
+  EXPECT_FALSE(term.imgKey[1].visible);
+  EXPECT_EQ(term.imgKey[3].picture, "key 2");  // 0 has the image of 2
+  Feed("<tml><MenuScreen><Title>1 A<1>001A|5<INDEXLINE>1</tml>");
+  EXPECT_FALSE(term.cmdSK[0].enabled);
+  EXPECT_EQ(term.cmdSK[0].caption, "");
+}
+
+TEST_F(ListsTest, AChoiceListTakesTheMenusPlaceAndGivesTheScreenBack) {
+  Feed("<tml><MenuScreen><Title>1 A<1>001A|5<INDEXLINE>1</tml>");
+  Feed("<tml><ChoiceScreen><Title>Language<10>English<20>Norsk|x<INDEXLINE>20</tml>");
+  EXPECT_FALSE(term.frmMenu.visible);
+  EXPECT_TRUE(term.frmChoice.visible);
+  EXPECT_EQ(term.frmChoice.caption, "Language");
+  EXPECT_EQ(term.ListChoice.Items(), (Texts{"English", "Norsk|x"}));
+  EXPECT_EQ(term.ListChoice.listIndex, 1);
+  EXPECT_TRUE(term.ListChoice.HasFocus());
+  Feed("<tml><CloseChoiceScreen></tml>");
+  EXPECT_FALSE(term.frmChoice.visible);
+}
+
+TEST_F(ListsTest, ANewScreenIsHeldBackUntilTheModemHasDrawnIt) {
+  Feed("<tml><MenuScreen><Title>1 A<1>001A|5<INDEXLINE>1</tml>");
+  Feed("<tml><TableScreen></tml>\x1B[2;2HHeader\x1B[4;5Hcursor");
+  EXPECT_EQ(term.corvexLbl[0].caption, std::string(39, ' '));
+  Feed("<tml><Paint></tml>");
+  EXPECT_FALSE(term.frmMenu.visible);
+  EXPECT_TRUE(term.corvexLbl[0].caption.Get().starts_with("Header"));
+  EXPECT_TRUE(term.corvexLbl[2].caption.Get().starts_with("   cursor"));
+  // From now on rows show as they come, behind an item.
+  Feed("\x1B[2;2HHEADER\x1B[H");
+  EXPECT_TRUE(term.corvexLbl[0].caption.Get().starts_with("HEADER"));
+}
+
+TEST_F(ListsTest, AMessageStandsForItsTimeAndANewOneStartsItAnew) {
+  Feed("<tml><MsgScreen>First|line two</tml>");
+  EXPECT_TRUE(term.frmMsg.visible);
+  EXPECT_EQ(term.LblMsg[0].caption, "First");
+  EXPECT_EQ(term.LblMsg[1].caption, "line two");
+  p.loop.Run(1);
+  Feed("<tml><MsgScreen>Second</tml>");
+  EXPECT_EQ(term.LblMsg[1].caption, "");
+  p.loop.Run(1.5);
+  EXPECT_TRUE(term.frmMsg.visible);
+  p.loop.Run(0.2);
+  EXPECT_FALSE(term.frmMsg.visible);
+  EXPECT_EQ(term.LblMsg[0].caption, "");
+}
+
+TEST_F(ListsTest, NoByteIsLostWhileAMenuIsBeingShown) {
+  p.comPort.Arrive("<tml><MenuScreen><Title>1 A<1>001A|5<INDEXLINE>1</tml>");
+  // In the middle of the showing:
+  p.loop.After(std::chrono::milliseconds(30), [&] { p.comPort.Arrive("<tml><Sig>31</tml>"); });
+  p.loop.Run(0.5);
+  EXPECT_EQ(term.corvexLbl[7].caption, "     ");  // waits in the port for the next event
+  Feed("<tml><Sim></tml>");
+  EXPECT_EQ(term.corvexLbl[7].caption, "31");
+}
+
+TEST(ListSpacing, ATextThatIsNoPairOfNumbersIsTold) {
+  Program p;
+  auto& list = p.term.ListMenu;
+  for (const char* bad : {"75", "a,b", "", "75,99999"}) {
+    SetListSpacing(list, bad, p.dialogs);
+    EXPECT_EQ(p.dialogs.shown.back(), std::string("Error interpreting value: ") + bad);
+  }
+  EXPECT_EQ(list.iconSpacing, 0u);
+  SetListSpacing(list, "75,-1", p.dialogs);
+  EXPECT_EQ(list.iconSpacing, 0xFFFF004Bu);
+}
+
+}  // namespace
+}  // namespace corvex

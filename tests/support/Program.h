@@ -1,0 +1,98 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/INIFuncs.h"
+#include "session/frmTerm.h"
+#include "support/FakePlatform.h"
+#include "support/TemporaryFolder.h"
+#include "support/VirtualLoop.h"
+
+namespace corvex::test {
+
+/// The whole program on a platform of fakes, in virtual time, with settings in a folder of its own.
+struct Program {
+  explicit Program(double timeOfDay = 36000) : loop(timeOfDay) {}
+  ~Program() { std::filesystem::current_path(before); }
+
+  /// Loads the main window and lets `seconds` go by.
+  void Start(double seconds) {
+    loop.Enter([this] { term.Load(); });
+    loop.Run(seconds);
+  }
+  /// A click or the like, as the window system delivers it.
+  void Do(const EventLoop::Task& task) { loop.Enter(task); }
+
+  TemporaryFolder folder;
+  std::filesystem::path before = std::filesystem::current_path();  // the program changes its working folder
+  VirtualLoop loop;
+  FakeWindows windows;
+  FakeSerial comPort{loop};
+  FakeSocket sock{loop};
+  FakeDialogs dialogs;
+  FakePrinters printers;
+  FakeSound sound;
+  SettingsStore settings{folder.Text()};
+  frmTerm term{Platform{.loop = loop,
+                        .windows = windows,
+                        .comPort = comPort,
+                        .sock = sock,
+                        .dialogs = dialogs,
+                        .printers = printers,
+                        .sound = sound,
+                        .longDate =
+                            [](int y, int m, int d) {
+                              return std::to_string(d) + '/' + std::to_string(m) + '/' + std::to_string(y);
+                            }},
+               settings};
+};
+
+/// The far side of a line: answers what is written to it, line by line, by a list of commands and replies. A
+/// command is looked for at the end of what has come since the last answer.
+class Responder {
+ public:
+  using Table = std::vector<std::pair<std::string, std::string>>;
+
+  template <typename Port>
+  Responder(Port& port, Table table) : table_(std::move(table)) {
+    port.onSent = [this, &port](std::string_view bytes) {
+      heard_ += bytes;
+      for (const auto& [command, reply] : table_) {
+        if (heard_.ends_with(command)) {
+          heard_.clear();
+          port.Arrive(reply);
+          return;
+        }
+      }
+    };
+  }
+  void Answer(std::string command, std::string reply) {
+    table_.emplace_back(std::move(command), std::move(reply));
+  }
+
+ private:
+  Table table_;
+  std::string heard_;
+};
+
+/// A modem that answers the probe as a Heron that allows upgrades, and starts the tag stream.
+inline Responder::Table HeronModem() {
+  return {{"ate1\r\n", "ate1\r\r\nOK\r\n"},
+          {"at+gmm\r\n", "at+gmm\r\r\n204417\r\n\r\nOK\r\n"},
+          {"at+wquilcswvload\r\n", "\r\nPROTOCOL 3\r\n"},
+          {"AT+WQUILSTARTTMLB\r\n", "\r\nOK\r\n"}};
+}
+
+/// What the program sends from its start until the modem's menus are entered, over a serial port.
+inline const std::string kConnect =
+    "\x18"
+    "ate1\r\nat+gmm\r\nat+wquilcswvload\r\n"
+    "\x18"
+    "AT+WQUILSTARTTMLB\r\n\x12"
+    "\x1B\x12\x1B\x1B\x12\x1B";
+
+}  // namespace corvex::test
