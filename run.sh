@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and starts the program on the built-in simulated terminal unit. With no display
+# it does so on a virtual one, lets the unit play a short session, and leaves a picture of it in build/demo.png.
+# Usage: ./run.sh [--serial]     --serial: over a pseudo terminal at 115200 baud instead of TCP
+set -euo pipefail
+cd "$(dirname "$0")"
+route=lan
+case "${1:-}" in
+  '') ;;
+  --serial) route=serial ;;
+  *) echo "Usage: ./run.sh [--serial]" >&2; exit 2 ;;
+esac
+# shellcheck source=scripts/packages.sh
+. scripts/packages.sh
+
+headless=
+[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || headless=yes
+packages=("${packages_build[@]}" "${packages_run[@]}")
+[ -z "$headless" ] || packages+=("${packages_display[@]}")
+scripts/ensure-packages.sh "${packages[@]}"
+echo "== Building"
+[ -f build/release/build.ninja ] || cmake --preset release >/dev/null
+cmake --build --preset release --target corvex corvex-simulator
+
+# A copied executable is an installation of its own, with its settings beside it.
+demo=build/demo
+mkdir -p "$demo"
+cp -u build/release/bin/corvex "$demo/corvex"
+if [ -n "$headless" ]; then
+  scripts/with-display.sh scripts/demo.sh "$demo" "$route" pictures
+else
+  scripts/demo.sh "$demo" "$route"
+fi

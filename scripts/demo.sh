@@ -1,0 +1,75 @@
+#!/usr/bin/env bash
+# Starts the simulated terminal unit and the program on it, and ends the one with the other.
+# Usage: scripts/demo.sh FOLDER lan|serial [pictures]
+#   FOLDER    where the program's executable lies; its settings are written there
+#   pictures  let the unit play its short session, take pictures of its screens, and close the window
+set -euo pipefail
+cd "$(dirname "$0")/.."
+demo=$1
+route=$2
+pictures=${3:-}
+
+unit=
+program=
+cleanup() {
+  [ -z "$program" ] || kill "$program" 2>/dev/null || true
+  [ -z "$unit" ] || kill "$unit" 2>/dev/null || true
+}
+trap cleanup EXIT
+
+line=(--tcp 0)
+[ "$route" = lan ] || line=(--pty --speed 115200)
+build/release/bin/corvex-simulator "${line[@]}" --tour >"$demo/unit.log" 2>&1 &
+unit=$!
+for _ in $(seq 100); do
+  grep -qE '^(listening on|pseudo terminal)' "$demo/unit.log" && break
+  kill -0 "$unit" 2>/dev/null || { cat "$demo/unit.log" >&2; exit 1; }
+  sleep 0.1
+done
+where=$(head -n 1 "$demo/unit.log")
+echo "== The simulated unit: $where"
+
+if [ "$route" = lan ]; then
+  printf '[config]\r\nlan=yes\r\nlanaddress=127.0.0.1\r\nlanport=%s\r\n' "${where##*:}" >"$demo/corvex.ini"
+else
+  printf '[config]\r\nlan=no\r\n[devices]\r\ncom1=%s\r\n' "${where##* }" >"$demo/corvex.ini"
+fi
+
+echo "== The program"
+"$demo/corvex" &
+program=$!
+if [ -z "$pictures" ]; then
+  wait "$program"
+  program=
+  exit
+fi
+
+picture() {
+  # The tour says on its output which screen it shows; the window gets half a second to paint it.
+  local name=$1 seen=$2
+  for _ in $(seq 300); do
+    grep -q "^tour: $seen" "$demo/unit.log" && break
+    kill -0 "$program" 2>/dev/null || { echo "The program has ended" >&2; exit 1; }
+    sleep 0.1
+  done
+  sleep "${3:-0.7}"
+  import -window root -crop "$area" +repage "build/demo-$name.png"
+}
+
+window=$(timeout 20 xdotool search --sync --onlyvisible --pid "$program" | tail -n 1)
+xdotool windowmove --sync "$window" 40 60
+eval "$(xdotool getwindowgeometry --shell "$window")"
+area="$((WIDTH + 20))x$((HEIGHT + 50))+$((X - 10))+$((Y - 40))"
+picture 1-text "text screen"
+picture 2-menu "main menu"
+picture 3-choice "choice list"
+picture 4-message "message"
+picture 5-message-gone "message" 2.5
+echo "== Title of the window: $(xdotool getwindowname "$window")"
+montage build/demo-[1-4]-*.png -tile 2x2 -geometry +8+8 -background '#808080' build/demo.png
+echo "== The pictures: build/demo.png and build/demo-*.png"
+
+wmctrl -i -c "$window"
+wait "$program" && status=0 || status=$?
+program=
+[ "$status" -eq 0 ] || { echo "The program ended with status $status" >&2; exit 1; }

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Runs a command on a virtual display of its own, with a window manager on it. Exits with the command's status.
+# Usage: scripts/with-display.sh COMMAND [ARGUMENT...]
+set -euo pipefail
+
+folder=$(mktemp -d)
+xvfb=
+openbox=
+cleanup() {
+  [ -z "$openbox" ] || kill "$openbox" 2>/dev/null || true
+  [ -z "$xvfb" ] || kill "$xvfb" 2>/dev/null || true
+  wait 2>/dev/null || true
+  rm -rf "$folder"
+}
+trap cleanup EXIT
+
+# The server chooses a free display and writes its number.
+Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$folder/display" >"$folder/xvfb.log" 2>&1 &
+xvfb=$!
+for _ in $(seq 100); do
+  [ -s "$folder/display" ] && break
+  kill -0 "$xvfb" 2>/dev/null || { cat "$folder/xvfb.log" >&2; exit 1; }
+  sleep 0.1
+done
+DISPLAY=":$(cat "$folder/display")"
+export DISPLAY
+unset WAYLAND_DISPLAY
+export QT_QPA_PLATFORM=xcb
+openbox --sm-disable >"$folder/openbox.log" 2>&1 &
+openbox=$!
+for _ in $(seq 100); do
+  xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+  sleep 0.1
+done
+
+"$@"

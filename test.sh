@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs all tests, those with windows on a virtual display.
+# Usage: ./test.sh [PRESET]     release (default), debug or asan
+set -euo pipefail
+cd "$(dirname "$0")"
+preset=${1:-release}
+# shellcheck source=scripts/packages.sh
+. scripts/packages.sh
+
+scripts/ensure-packages.sh "${packages_build[@]}" "${packages_run[@]}" "${packages_display[@]}"
+echo "== Building ($preset)"
+[ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset"
+echo "== Testing ($preset)"
+scripts/with-display.sh ctest --preset "$preset" -j "$(nproc)"
