@@ -129,10 +129,9 @@ void WireLog::WriteHeld() {
 }
 
 bool WireLog::Begin() {
-  const std::filesystem::path folder = settings_.AppFolder();
-  RemoveOld(folder);
+  RemoveOld(settings_.AppFolder());
   const std::string name = std::string(kPrefix) + Stamp(loop_.LocalSeconds()) + std::string(kSuffix);
-  file_.open(folder / name, std::ios::binary | std::ios::app);
+  file_.open(settings_.InAppFolder(name), std::ios::binary | std::ios::app);
   if (!file_) return false;
   began_ = loop_.Now();
   written_ = 0;

@@ -188,8 +188,7 @@ void frmTerm::SavePosition() {
 void frmTerm::ShowLogo() {
   if (settings_.config.brand.Get() == "Quil") return;
   Picture1.visible = false;
-  const auto file = std::filesystem::path(settings_.AppFolder()) / settings_.config.logo.Get();
-  imgLogo.picture = "file:" + file.string();
+  imgLogo.picture = "file:" + settings_.InAppFolder(settings_.config.logo.Get());
   imgLogo.visible = true;
 }
 

@@ -8,8 +8,8 @@ namespace {
 
 /// Runs the login on prompts and notes what it sends.
 struct LoginTest : ::testing::Test {
-  test::TemporaryFolder folder;
-  SettingsStore settings{folder.Text()};
+  test::TempFolder folder;
+  SettingsStore settings{folder.Name()};
   std::string sent;
   std::vector<std::string> asked;
   std::optional<std::string> typed;

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 /// A link with nothing above it.
 struct LinkTest : ::testing::Test {
-  test::TemporaryFolder folder;
+  test::TempFolder folder;
   test::VirtualLoop loop;
   test::FakeWindows windows;
   test::FakeSerial comPort{loop};
@@ -20,7 +20,7 @@ struct LinkTest : ::testing::Test {
   test::FakePrinters printers;
   test::FakeSound sound;
   Platform platform{loop, windows, comPort, sock, dialogs, printers, sound, {}};
-  SettingsStore settings{folder.Text()};
+  SettingsStore settings{folder.Name()};
   ReceiveBuffer received{loop};
   MainState main;
   TerminalLink link{platform, settings, received, main};

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 
 #include "support/Program.h"
 
@@ -16,17 +14,11 @@ using test::Responder;
 
 std::vector<std::filesystem::path> Recordings(const Program& p) {
   std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::directory_iterator(p.folder.path())) {
+  for (const auto& entry : std::filesystem::directory_iterator(p.folder.Path())) {
     if (entry.path().extension() == ".log") files.push_back(entry.path());
   }
   std::sort(files.begin(), files.end());
   return files;
-}
-
-std::string Content(const std::filesystem::path& file) {
-  std::ostringstream text;
-  text << std::ifstream(file, std::ios::binary).rdbuf();
-  return text.str();
 }
 
 TEST(QuoteBytes, IsReadableAndUnambiguous) {
@@ -44,7 +36,7 @@ TEST(WireLog, RecordsASessionWithItsReconnectsIfTheSettingSaysSo) {
   p.comPort.Vanish();
   p.comPort.available = true;
   p.loop.Run(20);
-  const std::string text = Content(file);
+  const std::string text = p.folder.Read(file.filename().string());
   EXPECT_TRUE(text.starts_with(
       "# corvex wire log 1\n= 0.000 open serial COM1 fake1 115200,n,8,1\n> 0.000 \"\\x18\"\n"))
       << text;
@@ -65,7 +57,7 @@ TEST(WireLog, KeepsTheLastTen) {
   Program p;
   p.settings.logging.wirelog.Set(true);
   for (int i = 10; i < 22; ++i) {
-    std::ofstream(p.folder.path() / ("wire-200601" + std::to_string(i) + "-120000.log")) << "old";
+    p.folder.Write("wire-200601" + std::to_string(i) + "-120000.log", "old");
   }
   p.Start(1);
   const auto files = Recordings(p);
@@ -89,7 +81,7 @@ TEST(WireLog, NeverHoldsThePasswordHoweverItsEchoIsCut) {
   };
   p.Start(4);
   ASSERT_EQ(Recordings(p).size(), 1u);
-  const std::string text = Content(Recordings(p)[0]);
+  const std::string text = p.folder.Read(Recordings(p)[0].filename().string());
   EXPECT_EQ(text.find("sec"), std::string::npos) << text;
   EXPECT_NE(text.find("\"(password)\\r\\n\""), std::string::npos) << text;
   EXPECT_NE(text.find("\"******\\r\\nwelcome\\r\\n"), std::string::npos) << text;
@@ -99,11 +91,11 @@ TEST(WireLog, AFolderThatCannotBeWrittenEndsItInSilence) {
   Program p;
   p.settings.logging.wirelog.Set(true);
   // The settings stay readable while the recording's own name is taken by a folder.
-  std::filesystem::create_directory(p.folder.path() / "wire-20060331-100000.log");
+  std::filesystem::create_directory(p.folder.Path() / "wire-20060331-100000.log");
   Responder modem(p.comPort, test::HeronModem());
   p.Start(3);
   EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
-  EXPECT_TRUE(std::filesystem::is_directory(p.folder.path() / "wire-20060331-100000.log"));
+  EXPECT_TRUE(std::filesystem::is_directory(p.folder.Path() / "wire-20060331-100000.log"));
 }
 
 }  // namespace

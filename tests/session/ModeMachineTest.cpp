@@ -62,7 +62,7 @@ TEST(Start, AnUnknownPhoneFamilyChangesNoMenu) {
 TEST(Start, LeavesOnlyThePortAndThePrinterPathInTheSettings) {
   Program p;
   p.Start(0.01);
-  std::ifstream file(p.folder.path() / "corvex.ini");
+  std::ifstream file(p.folder.Path() / "corvex.ini");
   std::string sections;
   int keys = 0;
   for (std::string line; std::getline(file, line);) {

@@ -9,7 +9,7 @@
 #include "common/INIFuncs.h"
 #include "session/frmTerm.h"
 #include "support/FakePlatform.h"
-#include "support/TemporaryFolder.h"
+#include "support/TempFolder.h"
 #include "support/VirtualLoop.h"
 
 namespace corvex::test {
@@ -27,7 +27,7 @@ struct Program {
   /// A click or the like, as the window system delivers it.
   void Do(const EventLoop::Task& task) { loop.Enter(task); }
 
-  TemporaryFolder folder;
+  TempFolder folder;
   std::filesystem::path before = std::filesystem::current_path();  // the program changes its working folder
   VirtualLoop loop;
   FakeWindows windows;
@@ -36,7 +36,7 @@ struct Program {
   FakeDialogs dialogs;
   FakePrinters printers;
   FakeSound sound;
-  SettingsStore settings{folder.Text()};
+  SettingsStore settings{folder.Name()};
   frmTerm term{Platform{.loop = loop,
                         .windows = windows,
                         .comPort = comPort,
