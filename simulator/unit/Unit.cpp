@@ -1,1 +1,163 @@
 #include "unit/Unit.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "unit/Wire.h"
+
+namespace corvex::simulation {
+namespace {
+
+constexpr char kCancel = 24;
+constexpr char kRepaint = 18;
+constexpr char kEscape = 27;
+
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(),
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  return upper;
+}
+
+std::string Reply(std::string_view text) {
+  return "\r\n" + std::string(text) + "\r\n";
+}
+
+std::string UpgradeReply(UpgradeAnswer answer) {
+  switch (answer) {
+    case UpgradeAnswer::Protocol:
+      return Reply("PROTOCOL 1") + Reply("OK");
+    case UpgradeAnswer::Disallowed:
+      return Reply("DISALLOWED") + Reply("OK");
+    case UpgradeAnswer::PasswordDisallowed:
+      return Reply("PWDISALLOWED") + Reply("OK");
+    case UpgradeAnswer::Error:
+      break;
+  }
+  return Reply("ERROR");
+}
+
+}  // namespace
+
+Unit::Unit(EventLoop& loop, UnitOptions options, Send send)
+    : options_(std::move(options)),
+      send_(std::move(send)),
+      status_(loop, options_.startTime, options_.modelReply, options_.seed),
+      mmi_(loop, status_, send_, [this] { EndTagMode(); }),
+      keys_(loop, [this](Key key) { Press(key); }),
+      tour_(loop,
+            [this](std::string_view bytes) {
+              for (const char c : bytes) keys_.Take(c);
+            }),
+      ticker_(loop),
+      trace_(options_.trace) {}
+
+void Unit::Receive(std::string_view bytes) {
+  std::string echo;
+  const auto flush = [&] {
+    if (!echo.empty()) send_(std::exchange(echo, {}));
+  };
+  for (const char c : bytes) {
+    if (c == kCancel) {
+      Cancel();
+    } else if (tagMode_) {
+      // Opening its session, the PC sends ESC and asks for the screen: these are nobody's keys, and the tour
+      // goes on.
+      const bool opening = c == kRepaint || (c == kEscape && mmi_.AtIdle());
+      if (!opening) tour_.Stop();
+      keys_.Take(c);
+    } else if (const auto line = commandLine_.Take(c, echo)) {
+      flush();
+      Execute(*line);
+    }
+  }
+  flush();
+}
+
+void Unit::LineUp() {
+  Cancel();
+}
+
+void Unit::LineDown() {
+  Cancel();
+}
+
+void Unit::Cancel() {
+  EndTagMode();
+  commandLine_.Clear();
+}
+
+void Unit::Execute(const CommandLine::Line& line) {
+  const std::string command = Upper(line.text);
+  if (!command.starts_with("AT")) return;  // noise, or words meant for somebody else
+  if (line.tooLong) return send_(Reply("ERROR"));
+  if (command == "AT+WQUILSTARTTMLB") {
+    send_(Reply("OK"));
+    return StartTagMode();
+  }
+  send_(Answer(command));
+}
+
+std::string Unit::Answer(std::string_view command) {
+  if (command == "ATE0" || command == "ATE1") {
+    commandLine_.SetEcho(command == "ATE1");
+    return Reply("OK");
+  }
+  if (command == "AT+GMM") return Reply(options_.modelReply) + Reply("OK");
+  if (command == "AT+WQUILCSWVLOAD") return UpgradeReply(options_.upgrade);
+  if (command == "AT" || command == "AT+ERB_TRANSPARENT_MODE") return Reply("OK");
+  return Reply("ERROR");
+}
+
+void Unit::StartTagMode() {
+  tagMode_ = true;
+  ticks_ = 0;
+  mmi_.Start();
+  send_(status_.Report());
+  ticker_.Start(options_.tick, [this] { Tick(); });
+  if (options_.tour) tour_.Start();
+}
+
+void Unit::EndTagMode() {
+  tagMode_ = false;
+  ticker_.Stop();
+  tour_.Stop();
+  keys_.Clear();
+  mmi_.Stop();
+}
+
+void Unit::Press(Key key) {
+  switch (key.kind) {
+    case KeyKind::TraceOn:
+    case KeyKind::TraceOff:
+      trace_ = key.kind == KeyKind::TraceOn;
+      return;
+    case KeyKind::ChannelTraceOn:
+    case KeyKind::ChannelTraceOff:
+      channelTrace_ = key.kind == KeyKind::ChannelTraceOn;
+      return;
+    default:
+      mmi_.Press(key);
+  }
+  // A PC that asks for the screen has none, and so it has no readings either.
+  if (key.kind == KeyKind::Repaint) send_(status_.Report());
+}
+
+void Unit::Tick() {
+  ticker_.Start(options_.tick, [this] { Tick(); });
+  ++ticks_;
+  send_(status_.Tick());
+  mmi_.Refresh();
+  TraceSomething();
+}
+
+void Unit::TraceSomething() {
+  if (trace_ && ticks_ % 7 == 3) {
+    send_(TraceRecord(status_.Text("rx {signal} dB/Hz, unit {temperature} C, supply {supply} C")));
+  }
+  if (channelTrace_ && ticks_ % 4 == 2) {
+    send_(Packet("Channel", status_.Text("1,su tick, signal {signal}")));
+  }
+}
+
+}  // namespace corvex::simulation

@@ -1,1 +1,71 @@
 #pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "unit/CommandLine.h"
+#include "unit/KeyReader.h"
+#include "unit/Mmi.h"
+#include "unit/Status.h"
+#include "unit/Timer.h"
+#include "unit/Tour.h"
+
+namespace corvex::simulation {
+
+/// What a unit says to the question whether it takes new software.
+enum class UpgradeAnswer { Protocol, Disallowed, PasswordDisallowed, Error };
+
+struct UnitOptions {
+  std::string modelReply = "204417";  ///< the part number in the reply to "at+gmm"
+  UpgradeAnswer upgrade = UpgradeAnswer::Protocol;
+  /// The unit's clock at the start, in seconds since 1970; by default the PC's local time.
+  std::optional<std::int64_t> startTime;
+  EventLoop::Time tick = std::chrono::seconds(1);
+  bool tour = false;  ///< Plays through some screens by itself while nobody touches a key.
+  bool trace = true;  ///< Trace records come from the start, not only once they are asked for.
+  std::uint32_t seed = 1;
+};
+
+/// A simulated terminal unit, seen through its line: bytes in, bytes out, and a line that comes and goes.
+///
+/// It begins as a modem that takes AT commands. One of these starts the tag stream, in which it shows its
+/// man-machine interface and takes keys; the character CAN or a hang-up ends that.
+class Unit {
+ public:
+  using Send = std::function<void(std::string_view)>;
+
+  Unit(EventLoop& loop, UnitOptions options, Send send);
+
+  void Receive(std::string_view bytes);
+  void LineUp();
+  void LineDown();
+  bool InTagMode() const { return tagMode_; }
+
+ private:
+  void Cancel();
+  void Execute(const CommandLine::Line& line);
+  std::string Answer(std::string_view command);
+  void StartTagMode();
+  void EndTagMode();
+  void Press(Key key);
+  void Tick();
+  void TraceSomething();
+
+  UnitOptions options_;
+  Send send_;
+  CommandLine commandLine_;
+  Status status_;
+  Mmi mmi_;
+  KeyReader keys_;
+  Tour tour_;
+  Timer ticker_;
+  bool tagMode_ = false;
+  bool trace_;
+  bool channelTrace_ = false;
+  unsigned ticks_ = 0;
+};
+
+}  // namespace corvex::simulation

@@ -1,0 +1,408 @@
+#include "unit/Mmi.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "unit/Wire.h"
+
+namespace corvex::simulation {
+namespace {
+
+constexpr int kCursorRow = 2;  // of the rows shown, from 0: the modem's cursor line in tables
+constexpr int kPageLines = 5;
+constexpr std::string_view kMarker = " > ";
+constexpr std::string_view kNoMarker = "   ";
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool IsGrid(Kind kind) {
+  return kind == Kind::Text || kind == Kind::Field || kind == Kind::Table || kind == Kind::Pages;
+}
+
+std::string_view GridTag(Kind kind) {
+  if (kind == Kind::Field) return "FieldScreen";
+  return kind == Kind::Text ? "TextScreen" : "TableScreen";
+}
+
+/// How many places the cursor of a screen has.
+int Places(const Screen& screen) {
+  switch (screen.kind) {
+    case Kind::Menu:
+      return static_cast<int>(screen.items.size());
+    case Kind::Choice:
+      return static_cast<int>(screen.options.size());
+    case Kind::Field:
+      return static_cast<int>(screen.fields.size());
+    case Kind::Table:
+      return static_cast<int>(screen.rows.size());
+    case Kind::Pages:
+      return (static_cast<int>(screen.rows.size()) + kPageLines - 1) / kPageLines * 2;
+    default:
+      return 1;
+  }
+}
+
+}  // namespace
+
+Mmi::Mmi(EventLoop& loop, Status& status, std::function<void(std::string_view)> send,
+         std::function<void()> onSwitchOff)
+    : loop_(loop),
+      status_(status),
+      send_(std::move(send)),
+      onSwitchOff_(std::move(onSwitchOff)),
+      messageTimer_(loop),
+      numberTimer_(loop) {}
+
+void Mmi::Start() {
+  Stop();
+  const Screen* idle = FindScreen(kIdleScreen);
+  if (idle == nullptr) return;
+  path_.push_back({idle, 0, {}});
+  send_(kClearDisplay);
+  Draw();
+}
+
+void Mmi::Stop() {
+  messageTimer_.Stop();
+  numberTimer_.Stop();
+  path_.clear();
+  message_ = nullptr;
+  listShown_ = Kind::Text;
+  drawn_.clear();
+  number_.clear();
+}
+
+void Mmi::Press(Key key) {
+  if (path_.empty()) return;
+  if (key.kind == KeyKind::Repaint) return Draw();
+  if (message_ != nullptr) {
+    DismissMessage();
+    if (key.kind == KeyKind::Escape || key.kind == KeyKind::Enter) return;
+  }
+  if (key.kind != KeyKind::Character) TakeNumber();
+  if (path_.empty()) return;
+  switch (key.kind) {
+    case KeyKind::Escape:
+      return Back();
+    case KeyKind::Enter:
+      return PressEnter();
+    case KeyKind::Up:
+      return Step(-1);
+    case KeyKind::Down:
+      return Step(1);
+    case KeyKind::Soft:
+      // The fifth has no place under the screen; it leads home from everywhere.
+      return Follow(key.value <= 4 ? Here().screen->keys[static_cast<std::size_t>(key.value) - 1].target
+                                   : kIdleScreen);
+    case KeyKind::Character:
+      return PressCharacter(static_cast<char>(key.value));
+    default:
+      return;
+  }
+}
+
+void Mmi::PressEnter() {
+  Place& here = Here();
+  const Screen& screen = *here.screen;
+  const auto at = static_cast<std::size_t>(here.cursor);
+  switch (screen.kind) {
+    case Kind::Menu:
+      return SelectItem(screen.items[at].number);
+    case Kind::Choice: {
+      const Option& option = screen.options[at];
+      status_.SetValue(screen.value, option.text);
+      const std::string packet = status_.Apply(option.effect);
+      if (!packet.empty()) send_(packet);
+      path_.pop_back();
+      return Follow(screen.target);
+    }
+    case Kind::Field:
+      if (here.cursor + 1 < Places(screen)) return Step(1);
+      for (std::size_t i = 0; i < screen.fields.size(); ++i) {
+        status_.SetValue(screen.fields[i].value, here.entries[i]);
+      }
+      path_.pop_back();
+      return Follow(screen.target);
+    case Kind::Table:
+      status_.SetValue("row", screen.rows[at]);
+      return Follow(screen.target);
+    case Kind::Pages:
+      return Step(1);
+    default:
+      return Follow(screen.target);
+  }
+}
+
+void Mmi::PressCharacter(char c) {
+  const Screen& screen = *Here().screen;
+  if (screen.kind == Kind::Field) {
+    Type(c);
+  } else if (screen.kind == Kind::Menu || screen.name == kIdleScreen) {
+    TakeDigit(c);
+  }
+}
+
+void Mmi::Step(int direction) {
+  Place& here = Here();
+  const int places = Places(*here.screen);
+  if (places < 2) return;
+  here.cursor = std::clamp(here.cursor + direction, 0, places - 1);
+  Draw();
+}
+
+void Mmi::Follow(std::string_view target) {
+  if (target == kBack) return Back();
+  if (target == kSelect) return PressEnter();
+  if (target == kUp) return Step(-1);
+  if (target == kDown) return Step(1);
+  const Screen* screen = FindScreen(target);
+  if (screen != nullptr) Open(*screen);
+}
+
+void Mmi::Open(const Screen& screen) {
+  switch (screen.kind) {
+    case Kind::Message:
+      return ShowMessage(screen);
+    case Kind::Print:
+      return PrintRows(screen);
+    case Kind::SwitchOff:
+      Stop();
+      send_(Packet("Shutdown"));
+      return onSwitchOff_();
+    default:
+      break;
+  }
+  const auto before =
+      std::find_if(path_.begin(), path_.end(), [&](const Place& place) { return place.screen == &screen; });
+  if (before != path_.end()) {
+    path_.erase(before + 1, path_.end());
+  } else {
+    Place place{&screen, 0, std::vector<std::string>(screen.fields.size())};
+    const std::string value = status_.Value(screen.value);
+    for (std::size_t i = 0; i < screen.options.size(); ++i) {
+      if (screen.options[i].text == value) place.cursor = static_cast<int>(i);
+    }
+    path_.push_back(std::move(place));
+  }
+  Draw();
+}
+
+void Mmi::Back() {
+  if (path_.size() < 2) return;
+  path_.pop_back();
+  Draw();
+}
+
+void Mmi::Type(char c) {
+  constexpr char kBackspace = 8;
+  constexpr char kDelete = 127;
+  Place& here = Here();
+  const Field& field = here.screen->fields[static_cast<std::size_t>(here.cursor)];
+  std::string& entry = here.entries[static_cast<std::size_t>(here.cursor)];
+  if (c == kBackspace || c == kDelete) {
+    if (!entry.empty()) entry.pop_back();
+  } else if (static_cast<int>(entry.size()) < field.width && c != '<' && c != '>' && c != '|' &&
+             (!field.digitsOnly || IsDigit(c) || c == '+' || c == '*' || c == '#')) {
+    entry += c;
+  }
+  Refresh();
+}
+
+void Mmi::TakeDigit(char c) {
+  // An item is chosen by its digit, or by a blank and its whole number in one go.
+  if (c == ' ') number_.clear();
+  if (!IsDigit(c)) return;
+  number_ += c;
+  const int number = std::stoi(number_);
+  const auto& items = MenuHere().items;
+  const bool mayGoOn =
+      std::any_of(items.begin(), items.end(), [&](const Item& item) { return item.number / 10 == number; });
+  if (mayGoOn && number > 0) {
+    numberTimer_.Start(kNumberWait, [this] { TakeNumber(); });
+  } else {
+    TakeNumber();
+  }
+}
+
+void Mmi::TakeNumber() {
+  numberTimer_.Stop();
+  if (number_.empty()) return;
+  SelectItem(std::stoi(std::exchange(number_, {})));
+}
+
+const Screen& Mmi::MenuHere() const {
+  // On the idle screen a digit is a short cut into the main menu.
+  const Screen* main = FindScreen(kMainMenu);
+  return Here().screen->kind == Kind::Menu || main == nullptr ? *Here().screen : *main;
+}
+
+void Mmi::SelectItem(int number) {
+  const Screen& menu = MenuHere();
+  const auto item = std::find_if(menu.items.begin(), menu.items.end(),
+                                 [number](const Item& entry) { return entry.number == number; });
+  if (item == menu.items.end()) return;
+  if (Here().screen != &menu) path_.push_back({&menu, 0, {}});
+  Here().cursor = static_cast<int>(item - menu.items.begin());
+  Follow(item->target);
+}
+
+void Mmi::ShowMessage(const Screen& screen) {
+  message_ = &screen;
+  const std::string told = status_.Apply(screen.effect);
+  send_(LeaveList(Kind::Message) + Packet("MsgScreen", status_.Text(screen.title)) + told);
+  messageTimer_.Start(kMessageTime, [this] { DismissMessage(); });
+}
+
+void Mmi::DismissMessage() {
+  messageTimer_.Stop();
+  message_ = nullptr;
+  Draw();
+}
+
+void Mmi::PrintRows(const Screen& screen) {
+  std::string job = Packet("StartPrint");
+  for (const std::string_view row : screen.rows) job += Packet("Print", "000" + status_.Text(row));
+  send_(job + Packet("EndPrint"));
+  Draw();
+}
+
+void Mmi::Draw() {
+  std::string drawing = Drawing();
+  if (message_ != nullptr) {
+    drawing += LeaveList(Kind::Message) + Packet("MsgScreen", status_.Text(message_->title));
+  }
+  send_(drawing);
+}
+
+std::string Mmi::Drawing() {
+  const Place& here = Here();
+  const Kind kind = here.screen->kind;
+  std::string drawing = LeaveList(kind) + (IsGrid(kind) ? GridDrawing(here) : ListDrawing(here));
+  return drawing += Packet("Paint");
+}
+
+std::string Mmi::ListDrawing(const Place& place) {
+  const Screen& screen = *place.screen;
+  listShown_ = screen.kind;
+  drawn_.clear();
+  std::array<SoftKeyLabel, 4> labels;
+  bool labelled = false;
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    labels[i] = {screen.keys[i].text, screen.keys[i].code};
+    labelled = labelled || !screen.keys[i].text.empty();
+  }
+  std::string drawing = labelled ? Packet("Sk", SoftKeyLine(labels)) : std::string();
+  std::vector<ListEntry> entries;
+  for (const Item& item : screen.items) {
+    entries.push_back({item.number, MenuEntryText(item.number, item.label, item.icon)});
+  }
+  for (const Option& option : screen.options) {
+    entries.push_back({static_cast<int>(entries.size()) + 1, std::string(option.text)});
+  }
+  const int current = entries.empty() ? 0 : entries[static_cast<std::size_t>(place.cursor)].id;
+  return drawing += Packet(screen.kind == Kind::Menu ? "MenuScreen" : "ChoiceScreen",
+                           ListRecord(screen.title, entries, current));
+}
+
+std::string Mmi::GridDrawing(const Place& place) {
+  const Screen& screen = *place.screen;
+  drawn_ = GridRows(place);
+  std::string drawing = Packet(GridTag(screen.kind));
+  drawing += kHideCursor;
+  for (std::size_t i = 0; i < drawn_.size(); ++i) {
+    if (drawn_[i].find_first_not_of(' ') == std::string::npos) continue;
+    const bool bold = i == 0 && !screen.title.empty();
+    const bool reverse = drawn_[i].starts_with(kMarker);
+    drawing += MoveTo(kFirstRow + static_cast<int>(i), kFirstColumn);
+    drawing += reverse ? kReverse : bold ? kBold : std::string_view();
+    drawing += drawn_[i];
+    if (reverse || bold) drawing += kPlain;
+  }
+  std::array<SoftKeyLabel, 4> labels;
+  for (std::size_t i = 0; i < labels.size(); ++i) labels[i] = {screen.keys[i].text, screen.keys[i].code};
+  return drawing += Packet("Sk", SoftKeyLine(labels));
+}
+
+std::string Mmi::LeaveList(Kind next) {
+  const Kind shown = std::exchange(listShown_, Kind::Text);
+  // A menu closes only before a screen of the display: closed in one burst with the next menu it would take
+  // that one along, since the PC may serve the closing last.
+  if (shown == Kind::Menu && IsGrid(next)) return Packet("CloseMenuScreen");
+  if (shown == Kind::Choice && next != Kind::Choice) return Packet("CloseChoiceScreen");
+  return {};
+}
+
+void Mmi::Refresh() {
+  if (path_.empty() || message_ != nullptr || !IsGrid(Here().screen->kind)) return;
+  const std::vector<std::string> rows = GridRows(Here());
+  std::string changes;
+  for (std::size_t i = 0; i < rows.size() && i < drawn_.size(); ++i) {
+    if (rows[i] != drawn_[i]) changes += MoveTo(kFirstRow + static_cast<int>(i), kFirstColumn) + rows[i];
+  }
+  drawn_ = rows;
+  // The sequence at the end lets a reader that waits for the end of a text see it.
+  if (!changes.empty()) send_(changes.append(kHome));
+}
+
+std::vector<std::string> Mmi::GridRows(const Place& place) const {
+  const Screen& screen = *place.screen;
+  std::vector<std::string> rows(kDisplayRows);
+  const auto line = [&](int index) {
+    const bool exists = index >= 0 && index < static_cast<int>(screen.rows.size());
+    return exists ? status_.Text(screen.rows[static_cast<std::size_t>(index)]) : std::string();
+  };
+  const bool titled = !screen.title.empty();
+  switch (screen.kind) {
+    case Kind::Field:
+      rows[0] = screen.title;
+      for (std::size_t i = 0; i < screen.fields.size(); ++i) rows[i + kCursorRow] = FieldRow(place, i);
+      break;
+    case Kind::Table:
+      // Title and rule stand above the first line and scroll away with it.
+      for (int i = 0; i < kDisplayRows; ++i) {
+        const int index = place.cursor - kCursorRow + i;
+        auto& row = rows[static_cast<std::size_t>(i)];
+        if (index == -kCursorRow) {
+          row = screen.title;
+        } else if (index == -1) {
+          row = std::string(kDisplayColumns, '-');
+        } else {
+          row = std::string(i == kCursorRow ? kMarker : kNoMarker) + line(index);
+        }
+      }
+      break;
+    case Kind::Pages: {
+      const int page = place.cursor / 2;
+      rows[0] = Fit(screen.title, kDisplayColumns - 3) + std::to_string(page + 1) + '/' +
+                std::to_string(Places(screen) / 2);
+      const int marked = place.cursor % 2 == 0 ? 0 : kPageLines - 1;
+      for (int i = 0; i < kPageLines; ++i) {
+        rows[static_cast<std::size_t>(i + kCursorRow)] =
+            std::string(i == marked ? kMarker : kNoMarker) + line(page * kPageLines + i);
+      }
+      break;
+    }
+    default:
+      if (titled) rows[0] = screen.title;
+      for (std::size_t i = titled ? 1 : 0; i < rows.size(); ++i) {
+        rows[i] = line(static_cast<int>(i) - (titled ? 1 : 0));
+      }
+  }
+  for (std::string& row : rows) row = Fit(row, kDisplayColumns);
+  return rows;
+}
+
+std::string Mmi::FieldRow(const Place& place, std::size_t index) const {
+  const Field& field = place.screen->fields[index];
+  const std::string& entry = place.entries[index];
+  const bool active = static_cast<int>(index) == place.cursor;
+  const std::string shown = field.hidden ? std::string(entry.size(), '*') : entry;
+  std::string row(active ? kMarker : kNoMarker);
+  row += Fit(field.label, 8) + '[' + shown;
+  row += std::string(static_cast<std::size_t>(field.width) - entry.size(), '_') + ']';
+  return row;
+}
+
+}  // namespace corvex::simulation

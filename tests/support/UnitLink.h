@@ -1,0 +1,51 @@
+#pragma once
+
+#include <utility>
+
+#include "support/FakePlatform.h"
+#include "unit/Faults.h"
+#include "unit/Unit.h"
+
+namespace corvex::test {
+
+/// Puts a simulated terminal unit at the far side of a FakeSerial or a FakeSocket: what the program sends
+/// reaches the unit, what the unit answers arrives at the port, and opening and closing the port is its line
+/// going up and down.
+///
+/// The port must outlive the link. With faults the answers come through a line that misbehaves as told; where
+/// that hangs up, a socket is closed by its peer and a serial port loses its adapter.
+template <typename Port>
+class UnitLink {
+ public:
+  UnitLink(EventLoop& loop, Port& port, simulation::UnitOptions options = {}, simulation::Faults faults = {})
+      : port_(port),
+        line_(
+            loop, faults, [&port](std::string_view bytes) { port.Arrive(bytes); }, [&port] { HangUp(port); }),
+        unit(loop, std::move(options), [this](std::string_view bytes) { line_.Send(bytes); }) {
+    port.onSent = [this](std::string_view bytes) { unit.Receive(bytes); };
+    port.onOpened = [this] {
+      line_.Reset();
+      unit.LineUp();
+    };
+    port.onClosed = [this] { unit.LineDown(); };
+  }
+  UnitLink(const UnitLink&) = delete;
+  UnitLink& operator=(const UnitLink&) = delete;
+  ~UnitLink() {
+    port_.onSent = nullptr;
+    port_.onOpened = nullptr;
+    port_.onClosed = nullptr;
+  }
+
+ private:
+  static void HangUp(FakeSerial& port) { port.Vanish(); }
+  static void HangUp(FakeSocket& port) { port.PeerCloses(); }
+
+  Port& port_;
+  simulation::FaultyLine line_;
+
+ public:
+  simulation::Unit unit;
+};
+
+}  // namespace corvex::test
