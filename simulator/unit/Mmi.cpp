@@ -279,7 +279,8 @@ void Mmi::Draw() {
 std::string Mmi::Drawing() {
   const Place& here = Here();
   const Kind kind = here.screen->kind;
-  std::string drawing = LeaveList(kind) + (IsGrid(kind) ? GridDrawing(here) : ListDrawing(here));
+  std::string drawing = LeaveList(kind);
+  drawing += IsGrid(kind) ? GridDrawing(here) : ListDrawing(here);
   return drawing += Packet("Paint");
 }
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "host/Connection.h"
+#include "host/Port.h"
+#include "unit/Timer.h"
+
+namespace corvex::simulation::host {
+
+/// A pseudo terminal, which the PC's program opens like a serial port.
+class PtyPort : public Port {
+ public:
+  /// `link`: a symbolic link that leads to it for as long as the port exists; empty for none.
+  PtyPort(HostLoop& loop, std::string link) : loop_(loop), link_(std::move(link)), lookOut_(loop) {}
+  ~PtyPort() override;
+
+  bool Open(std::string& error) override;
+  void Send(std::string_view bytes) override;
+  /// A pseudo terminal is hung up by its end; there is a new one afterwards.
+  void HangUp() override;
+
+ private:
+  void LookOut();
+  void Release();
+
+  HostLoop& loop_;
+  std::string link_;
+  PseudoTerminal terminal_;
+  std::unique_ptr<Connection> user_;
+  Timer lookOut_;
+};
+
+}  // namespace corvex::simulation::host
