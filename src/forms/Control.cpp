@@ -10,6 +10,8 @@ Control::Control(Container& parent, const Design& design)
       enabled{*this, Change::Enabled, design.enabled},
       toolTip{*this, Change::ToolTip, std::string(design.toolTip)},
       font{*this, Change::Font, design.font},
+      look(design.look),
+      align(design.align),
       parent_(parent),
       name_(design.name),
       index_(design.index),

@@ -7,6 +7,16 @@
 
 namespace corvex {
 
+/// How a control is to look beyond its kind.
+enum class Look {
+  Plain,
+  Screen,  ///< A frame: the modem's lit screen, whose colours all within it share. A label: a row of it,
+           ///< fixed-pitch.
+  PopUp,   ///< A frame that lies over others and is to catch the eye.
+};
+
+enum class Align { Left, Centre, Right };
+
 /// Values of a control at design time; each kind uses those that it has.
 struct Design {
   std::string_view name = {};
@@ -19,6 +29,8 @@ struct Design {
   Font font = {};
   int interval = 0;               ///< Timers: milliseconds.
   std::string_view picture = {};  ///< Images: see Image::picture.
+  Look look = Look::Plain;
+  Align align = Align::Left;  ///< Labels.
 };
 
 /// What all controls have in common. A control belongs to the form for good.
@@ -41,6 +53,8 @@ class Control : public Observable {
   Property<bool> enabled;
   Property<std::string> toolTip;
   Property<Font> font;
+  const Look look;
+  const Align align;
 
   void SetFocus() { form().Focus(*this); }
   bool HasFocus() const { return form().Focused() == this; }

@@ -9,8 +9,8 @@ void TextBox::Edit(std::size_t position, std::size_t removed, std::string_view i
   position = std::min(position, text_.size());
   removed = std::min(removed, text_.size() - position);
   if (removed == 0 && inserted.empty()) return;
-  text_.replace(position, removed, inserted);
   if (form().observer != nullptr) form().observer->TextEdited(*this, position, removed, inserted);
+  text_.replace(position, removed, inserted);
 }
 
 void TextBox::AdoptText(std::string text) {

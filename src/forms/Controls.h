@@ -166,13 +166,15 @@ class MenuItem : public Control {
   MenuItem(MenuItem& menu, const Design& design) : MenuItem(menu.form(), &menu, design) {}
   std::string_view TypeName() const override { return "Menu"; }
   MenuItem* menu() const { return menu_; }  ///< The entry that this one stands under, or none.
-  Property<std::string> caption;
+  Property<std::string> caption;            ///< "-" is a line between entries.
   Property<bool> checked{*this, Change::Checked, false};
   Event<> click;
 
  private:
   MenuItem(Form& form, MenuItem* menu, const Design& design)
-      : Control(form, design), caption{*this, Change::Caption, std::string(design.caption)}, menu_(menu) {}
+      : Control(form, design), caption{*this, Change::Caption, std::string(design.caption)}, menu_(menu) {
+    form.hasMenuBar_ = true;
+  }
   MenuItem* menu_;
 };
 

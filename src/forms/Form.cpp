@@ -1,5 +1,7 @@
 #include "forms/Form.h"
 
+#include <algorithm>
+
 #include "forms/Control.h"
 #include "platform/Services.h"
 
@@ -23,6 +25,14 @@ void Form::Withdraw() {
   attached_ = false;
   windows_.Detach(*this);
   observer = nullptr;
+}
+
+Twips Form::InnerWidth() const {
+  return std::max(rect.Get().width - kFrameWidth, 0);
+}
+
+Twips Form::InnerHeight() const {
+  return std::max(rect.Get().height - kFrameHeight - (hasMenuBar_ ? kMenuBarHeight : 0), 0);
 }
 
 void Form::SetActive(bool active) {

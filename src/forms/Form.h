@@ -22,7 +22,8 @@ class FormObserver {
   virtual ~FormObserver() = default;
   virtual void FormChanged(Change change) = 0;
   virtual void ControlChanged(Control& control, Change change) = 0;
-  /// `removed` bytes at `position` of the text box have given way to `inserted`.
+  /// `removed` bytes at `position` of the text box give way to `inserted`; told while the box still has the
+  /// text of before, of which the observer may have to look at what goes.
   virtual void TextEdited(TextBox& box, std::size_t position, std::size_t removed,
                           std::string_view inserted) = 0;
 };
@@ -41,6 +42,13 @@ class Container {
  private:
   Form& form_;
 };
+
+/// What a window's frame takes of its outer extents, both sides together. Nominal, so that layouts do not
+/// depend on the style of a system: the window system gives the controls the rest exactly, and draws what
+/// frame it has around it.
+inline constexpr Twips kFrameWidth = 90;
+inline constexpr Twips kFrameHeight = 300;
+inline constexpr Twips kMenuBarHeight = 270;  ///< In addition, for a form with a menu bar.
 
 enum class Pointer { Normal, Hourglass };
 enum class WindowState { Normal, Minimized, Maximized };
@@ -72,6 +80,9 @@ class Form : public Container, public Observable {
   Property<std::string> caption{*this, Change::Caption, {}};
   /// Outer extents on the screen.
   Property<Rect> rect{*this, Change::Rect, {}};
+  /// What of them is left for the controls; never negative.
+  Twips InnerWidth() const;
+  Twips InnerHeight() const;
   Property<bool> visible{*this, Change::Visible, false};
   Property<Pointer> pointer{*this, Change::Pointer, Pointer::Normal};
   Property<WindowState> windowState{*this, Change::WindowState, WindowState::Normal};
@@ -108,11 +119,13 @@ class Form : public Container, public Observable {
 
  private:
   friend class Control;
+  friend class MenuItem;
 
   EventLoop& loop_;
   WindowSystem& windows_;
   std::string name_;
   Form* owner_;
+  bool hasMenuBar_ = false;
   std::vector<Control*> controls_;
   Control* focused_ = nullptr;
   bool active_ = false;
