@@ -43,6 +43,7 @@ void EventLoop::RunDue() {
   for (std::size_t count = posted_.size(); count > 0 && !posted_.empty() && !ended_; --count) {
     const Task task = std::move(posted_.front());
     posted_.pop_front();
+    Rearm();  // the task may hand over to a loop of the platform's own, from which the rest is to go on
     task();
   }
   const Time now = Now();
@@ -53,6 +54,7 @@ void EventLoop::RunDue() {
     const Task task = std::move(first->second);
     dueTimes_.erase(first->first.second);
     timers_.erase(first);
+    Rearm();
     task();
   }
   Rearm();
