@@ -21,7 +21,7 @@ struct Rect {
 };
 
 struct Font {
-  std::string name;  ///< Empty: the font of the system.
+  std::string name = {};  ///< Empty: the font of the system.
   double size = 8;   ///< In points.
   bool bold = false;
   bool italic = false;
