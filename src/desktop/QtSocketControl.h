@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QObject>
+#include <QTcpSocket>
+#include <string>
+
+#include "desktop/TransportEvents.h"
+#include "platform/Transports.h"
+
+namespace corvex {
+
+/// The TCP connection on QTcpSocket: one socket a connection. A closed one is let go, to deliver what was
+/// sent and then delete itself.
+class QtSocketControl : public QObject, public SocketControl {
+ public:
+  explicit QtSocketControl(EventLoop& loop);
+
+  State GetState() const override;
+  bool Connect(const std::string& host, std::int32_t port) override;
+  void Close() override;
+  void SendData(std::string_view bytes) override;
+  std::string GetData() override;
+  std::string RemoteHost() const override { return host_; }
+  std::int32_t RemotePort() const override { return port_; }
+  std::string LocalAddress() const override;
+
+ private:
+  void Connected();
+  void Announce();
+  void Failed(QAbstractSocket::SocketError error);
+
+  TransportEvents events_;
+  QTcpSocket* socket_ = nullptr;  ///< Of the present connection, even a failed one.
+  bool failed_ = false;
+  bool peerClosed_ = false;
+  std::string host_;
+  std::int32_t port_ = 0;
+};
+
+}  // namespace corvex
