@@ -1,0 +1,185 @@
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+
+#include "desktop/Icons.h"
+#include "desktop/Panel.h"
+#include "desktop/WidgetView.h"
+
+// The views of the plain kinds: frames, labels, buttons, pictures, tabs.
+
+namespace corvex {
+
+namespace {
+
+/// Widget for something that is clicked but is no button to Qt.
+template <typename Base>
+class Clickable : public Base {
+ public:
+  using Base::Base;
+  std::function<void()> clicked;
+
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton && this->rect().contains(event->position().toPoint()) && clicked) {
+      clicked();
+    }
+  }
+  void mousePressEvent(QMouseEvent* event) override { event->accept(); }
+};
+
+class FrameView : public WidgetView<Frame, Panel> {
+ public:
+  FrameView(FormWindow& window, Frame& frame)
+      : WidgetView(window, frame, new Panel(frame.look, window.ParentFor(frame))) {}
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Caption)) shown_->SetTitle(ToShown(control_.caption.Get()));
+  }
+};
+
+class LabelView : public WidgetView<Label, Clickable<QLabel>> {
+ public:
+  LabelView(FormWindow& window, Label& label)
+      : WidgetView(window, label, new Clickable<QLabel>(window.ParentFor(label))) {
+    shown_->setTextFormat(Qt::PlainText);
+    shown_->clicked = [this] { window_.Post([&control = control_] { control.click(); }); };
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
+    if (changes.Has(Change::Rect) || changes.Has(Change::Font)) {
+      const bool wraps = shown_->height() >= 2 * shown_->fontMetrics().lineSpacing();
+      const Qt::Alignment across = control_.align == Align::Right    ? Qt::AlignRight
+                                   : control_.align == Align::Centre ? Qt::AlignHCenter
+                                                                     : Qt::AlignLeft;
+      shown_->setWordWrap(wraps && control_.look != Look::Screen);
+      shown_->setAlignment(across | (shown_->wordWrap() ? Qt::AlignTop : Qt::AlignVCenter));
+    }
+  }
+};
+
+class ButtonView : public WidgetView<Button, QPushButton> {
+ public:
+  ButtonView(FormWindow& window, Button& button)
+      : WidgetView(window, button, new QPushButton(window.ParentFor(button))) {
+    shown_->setAutoDefault(true);  // Enter presses it as well as the space bar
+    connect(shown_, &QPushButton::clicked, this,
+            [this] { window_.Post([&control = control_] { control.click(); }); });
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
+    if (changes.Has(Change::Picture)) shown_->setIcon(PictureIcon(control_.picture.Get()));
+    if (changes.Has(Change::Rect)) {
+      const int side = std::min(shown_->width(), shown_->height()) - 8;
+      shown_->setIconSize({side, side});
+    }
+    // A button without words is named by its tool tip.
+    shown_->setAccessibleName(control_.caption.Get().empty() ? ToShown(control_.toolTip.Get()) : QString());
+  }
+};
+
+class OptionButtonView : public WidgetView<OptionButton, QRadioButton> {
+ public:
+  OptionButtonView(FormWindow& window, OptionButton& option)
+      : WidgetView(window, option, new QRadioButton(window.ParentFor(option))) {
+    // Also when another of the group is chosen: Qt then switches this one off.
+    connect(shown_, &QRadioButton::toggled, this, [this](bool on) { control_.value.Adopt(on); });
+    connect(shown_, &QRadioButton::clicked, this,
+            [this] { window_.Post([&control = control_] { control.click(); }); });
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
+    if (changes.Has(Change::Checked)) {
+      const bool on = control_.value;
+      shown_->setAutoExclusive(on);  // the last one of a group cannot be switched off otherwise
+      shown_->setChecked(on);
+      shown_->setAutoExclusive(true);
+    }
+  }
+};
+
+/// A picture by name, or from a file, as large as fits.
+class Picture : public Clickable<QWidget> {
+ public:
+  using Clickable::Clickable;
+  void SetName(const std::string& name) {
+    constexpr std::string_view kFile = "file:";
+    name_ = name;
+    file_ = name.starts_with(kFile) ? QPixmap(ToQt(std::string_view(name).substr(kFile.size()))) : QPixmap();
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    if (file_.isNull()) {
+      DrawPicture(painter, rect(), name_, palette());
+      return;
+    }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    QRect place({}, file_.size().scaled(size(), Qt::KeepAspectRatio));
+    place.moveCenter(rect().center());
+    painter.drawPixmap(place, file_);
+  }
+
+ private:
+  std::string name_;
+  QPixmap file_;
+};
+
+class ImageView : public WidgetView<Image, Picture> {
+ public:
+  ImageView(FormWindow& window, Image& image)
+      : WidgetView(window, image, new Picture(window.ParentFor(image))) {
+    shown_->clicked = [this] { window_.Post([&control = control_] { control.click(); }); };
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Picture)) shown_->SetName(control_.picture);
+  }
+};
+
+class TabStripView : public WidgetView<TabStrip, QTabBar> {
+ public:
+  TabStripView(FormWindow& window, TabStrip& tabs)
+      : WidgetView(window, tabs, new QTabBar(window.ParentFor(tabs))) {
+    for (const std::string& caption : tabs.captions) shown_->addTab(ToShown(caption));
+    shown_->setExpanding(false);
+    connect(shown_, &QTabBar::currentChanged, this, [this](int index) {
+      if (index + 1 == control_.selected) return;
+      control_.selected.Adopt(index + 1);
+      window_.Post([&control = control_] { control.click(); });
+    });
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Selection)) shown_->setCurrentIndex(control_.selected - 1);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control) {
+  if (auto* frame = dynamic_cast<Frame*>(&control)) return std::make_unique<FrameView>(window, *frame);
+  if (auto* label = dynamic_cast<Label*>(&control)) return std::make_unique<LabelView>(window, *label);
+  if (auto* button = dynamic_cast<Button*>(&control)) return std::make_unique<ButtonView>(window, *button);
+  if (auto* option = dynamic_cast<OptionButton*>(&control)) {
+    return std::make_unique<OptionButtonView>(window, *option);
+  }
+  if (auto* image = dynamic_cast<Image*>(&control)) return std::make_unique<ImageView>(window, *image);
+  if (auto* tabs = dynamic_cast<TabStrip*>(&control)) return std::make_unique<TabStripView>(window, *tabs);
+  if (auto* box = dynamic_cast<TextBox*>(&control)) return MakeTextBoxView(window, *box);
+  if (auto* list = dynamic_cast<ListView*>(&control)) return MakeListView(window, *list);
+  if (auto* list = dynamic_cast<ListBox*>(&control)) return MakeListBoxView(window, *list);
+  if (auto* source = dynamic_cast<KeySource*>(&control)) return MakeKeySourceView(window, *source);
+  if (auto* item = dynamic_cast<MenuItem*>(&control)) return MakeMenuView(window, *item);
+  return nullptr;  // a timer
+}
+
+}  // namespace corvex

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QIcon>
+#include <QPalette>
+#include <string_view>
+
+class QPainter;
+class QRectF;
+
+// The program's pictures, drawn by code: sharp at every size and density, and in the colours of the palette
+// that they are shown on.
+
+namespace corvex {
+
+inline constexpr int kMenuIcons = 64;  ///< Menu icons are numbered 0 to 63; any other number is shown as 10.
+
+void DrawMenuIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette);
+
+/// A picture by name: "mail", "logo", "key N" for the image of a soft key, "icon N" for a menu icon. False,
+/// with nothing drawn, for any other.
+bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, const QPalette& palette);
+
+/// An icon that is drawn when it is first shown; null for a name that is not known.
+QIcon PictureIcon(std::string_view name);
+
+}  // namespace corvex

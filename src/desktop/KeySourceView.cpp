@@ -1,0 +1,58 @@
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+
+#include "desktop/KeyCodes.h"
+#include "desktop/WidgetView.h"
+
+namespace corvex {
+
+namespace {
+
+/// Has the focus, and no visible part.
+class KeyTaker : public QWidget {
+ public:
+  explicit KeyTaker(QWidget* parent) : QWidget(parent) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled);  // dead keys and the like compose there
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+  std::function<void(std::string)> typed;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (const char c = TypedCharacter(*event); c != 0) {
+      typed(std::string(1, c));
+    } else {
+      event->ignore();
+    }
+  }
+  void inputMethodEvent(QInputMethodEvent* event) override {
+    for (const QChar c : event->commitString()) {
+      if (c.unicode() <= 0xFF) typed(std::string(1, c.toLatin1()));
+    }
+  }
+};
+
+class KeySourceView : public WidgetView<KeySource, KeyTaker> {
+ public:
+  KeySourceView(FormWindow& window, KeySource& source)
+      : WidgetView(window, source, new KeyTaker(window.ParentFor(source))) {
+    shown_->setAccessibleName(QStringLiteral("Keys to the modem"));
+    shown_->typed = [this](std::string text) {
+      window_.Post([&control = control_, text = std::move(text)] { control.keys(text); });
+    };
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    // A widget without any extent would not be given the focus.
+    if (changes.Has(Change::Rect)) shown_->resize(shown_->size().expandedTo({1, 1}));
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<ControlView> MakeKeySourceView(FormWindow& window, KeySource& source) {
+  return std::make_unique<KeySourceView>(window, source);
+}
+
+}  // namespace corvex

@@ -1,0 +1,231 @@
+#include <QAbstractListModel>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QListView>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <QTextLayout>
+
+#include "desktop/Icons.h"
+#include "desktop/KeyCodes.h"
+#include "desktop/WidgetView.h"
+
+namespace corvex {
+
+namespace {
+
+struct Entry {
+  QString text;
+  int icon = 0;
+};
+
+class EntryModel : public QAbstractListModel {
+ public:
+  using QAbstractListModel::QAbstractListModel;
+  void SetEntries(std::vector<Entry> entries) {
+    beginResetModel();
+    entries_ = std::move(entries);
+    endResetModel();
+  }
+  int rowCount(const QModelIndex& parent) const override {
+    return parent.isValid() ? 0 : static_cast<int>(entries_.size());
+  }
+  QVariant data(const QModelIndex& index, int role) const override {
+    const Entry& entry = entries_[static_cast<std::size_t>(index.row())];
+    if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return entry.text;
+    if (role == Qt::UserRole) return entry.icon;
+    return {};
+  }
+
+ private:
+  std::vector<Entry> entries_;
+};
+
+constexpr int kIconSide = 32;
+constexpr int kMargin = 3;
+
+/// An icon above its text, which is centred on two lines at the most.
+class IconDelegate : public QStyledItemDelegate {
+ public:
+  explicit IconDelegate(QListView* list) : QStyledItemDelegate(list), list_(list) {}
+
+  static int CellHeight(const QFontMetrics& metrics) {
+    return kIconSide + 2 * metrics.lineSpacing() + 4 * kMargin;
+  }
+
+  QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return list_->gridSize(); }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const bool focused = selected && option.state.testFlag(QStyle::State_Active) &&
+                         option.widget != nullptr && option.widget->hasFocus();
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (selected) {
+      QColor fill = option.palette.color(QPalette::Link);
+      painter->setPen(focused ? QPen(fill, 2) : QPen(BorderColor(option.palette), 1));
+      fill.setAlphaF(0.16F);
+      painter->setBrush(fill);
+      painter->drawRoundedRect(QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5), 4, 4);
+    }
+    const QRect icon(option.rect.center().x() - kIconSide / 2, option.rect.top() + 2 * kMargin, kIconSide,
+                     kIconSide);
+    DrawMenuIcon(*painter, icon, index.data(Qt::UserRole).toInt(), option.palette);
+
+    painter->setFont(option.font);
+    painter->setPen(option.palette.color(QPalette::Text));
+    const QRect text = option.rect.adjusted(kMargin, 3 * kMargin + kIconSide, -kMargin, 0);
+    const QStringList lines =
+        Lines(index.data(Qt::DisplayRole).toString().trimmed(), option.font, text.width());
+    for (int i = 0; i < lines.size(); ++i) {
+      const QRect line(text.left(), text.top() + i * option.fontMetrics.lineSpacing(), text.width(),
+                       option.fontMetrics.lineSpacing());
+      painter->drawText(line, Qt::AlignHCenter | Qt::AlignTop | Qt::TextSingleLine, lines[i]);
+    }
+    painter->restore();
+  }
+
+ private:
+  static QStringList Lines(const QString& text, const QFont& font, int width) {
+    QTextLayout layout(text, font);
+    QTextOption wrapping;
+    wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(wrapping);
+    QStringList lines;
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    if (line.isValid()) {
+      line.setLineWidth(width);
+      lines << text.mid(line.textStart(), line.textLength()).trimmed();
+      const QString rest = text.mid(line.textStart() + line.textLength()).trimmed();
+      if (!rest.isEmpty()) lines << QFontMetrics(font).elidedText(rest, Qt::ElideRight, width);
+    }
+    layout.endLayout();
+    return lines;
+  }
+
+  QListView* list_;
+};
+
+/// A line of text with a little room, to be hit with a mouse on a moving ship.
+class RowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kMargin);
+  }
+};
+
+/// Keys that mean something to the modem are told and not used by the list itself; letters are told, and
+/// still search the list.
+class EntryList : public QListView {
+ public:
+  explicit EntryList(QWidget* parent) : QListView(parent) {
+    setModel(&model);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setUniformItemSizes(true);
+    setTabKeyNavigation(false);
+    setItemDelegate(new RowDelegate(this));
+  }
+  EntryModel model;
+  std::function<void(char)> typed;
+  std::function<void(int)> moved;
+
+  void SetRow(int row) {
+    const QModelIndex index = model.index(row);
+    setCurrentIndex(index);
+    if (index.isValid()) scrollTo(index);
+  }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const char c = TypedCharacter(*event);
+    if (c != 0) typed(c);
+    if (c == '\r' || c == '\n' || c == '\x1B' || (c >= '0' && c <= '9')) return;
+    QListView::keyPressEvent(event);
+  }
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
+    QListView::currentChanged(current, previous);
+    if (moved) moved(current.row());
+  }
+};
+
+/// What both kinds of list have in common. Rows count from 0 here, and from `First` in the control.
+template <typename Kind, int First>
+class EntryListView : public WidgetView<Kind, EntryList> {
+ public:
+  EntryListView(FormWindow& window, Kind& list, Property<int>& selection)
+      : WidgetView<Kind, EntryList>(window, list, new EntryList(window.ParentFor(list))),
+        selection_(selection) {
+    EntryList& shown = *this->shown_;
+    shown.typed = [this](char c) {
+      this->window_.Post([&control = this->control_, c] { control.keyPress(c); });
+    };
+    shown.moved = [this](int row) {
+      // A selection or a list that the logic has set since counts for more.
+      const Changes& newer = this->pending;
+      if (!applying_ && !newer.Has(Change::Items) && !newer.Has(Change::Selection)) {
+        selection_.Adopt(row + First);
+      }
+    };
+    QObject::connect(&shown, &QListView::doubleClicked, this,
+                     [this] { this->window_.Post([&control = this->control_] { control.doubleClick(); }); });
+  }
+
+  void Apply(const Changes& changes) override {
+    WidgetView<Kind, EntryList>::Apply(changes);
+    applying_ = true;
+    if (changes.Has(Change::Items)) {
+      std::vector<Entry> entries;
+      for (const auto& item : this->control_.Items()) entries.push_back(MakeEntry(item));
+      this->shown_->model.SetEntries(std::move(entries));
+    }
+    if (changes.Has(Change::Items) || changes.Has(Change::Selection)) {
+      this->shown_->SetRow(selection_ - First);
+    }
+    applying_ = false;
+  }
+
+ private:
+  static Entry MakeEntry(const ListItem& item) { return {ToShown(item.text), item.icon}; }
+  static Entry MakeEntry(const std::string& text) { return {ToShown(text)}; }
+
+  Property<int>& selection_;
+  bool applying_ = false;
+};
+
+class IconListView : public EntryListView<ListView, 1> {
+ public:
+  IconListView(FormWindow& window, ListView& list) : EntryListView(window, list, list.selected) {
+    shown_->setViewMode(QListView::IconMode);
+    shown_->setMovement(QListView::Static);
+    shown_->setResizeMode(QListView::Adjust);
+    shown_->setWordWrap(true);
+    shown_->setItemDelegate(new IconDelegate(shown_));
+  }
+  void Apply(const Changes& changes) override {
+    EntryListView::Apply(changes);
+    if (!changes.Has(Change::Spacing) && !changes.Has(Change::Font)) return;
+    constexpr int kDefaultWidth = 75;
+    const int across = static_cast<int>(control_.iconSpacing & 0xFFFF);
+    const int down = static_cast<int>(control_.iconSpacing >> 16);
+    // 0, or less than an icon and its text take, is what they take.
+    shown_->setGridSize({std::max(across == 0 ? kDefaultWidth : across, kIconSide + 2 * kMargin),
+                         std::max(down, IconDelegate::CellHeight(shown_->fontMetrics()))});
+  }
+};
+
+using PlainListView = EntryListView<ListBox, 0>;
+
+}  // namespace
+
+std::unique_ptr<ControlView> MakeListView(FormWindow& window, ListView& list) {
+  return std::make_unique<IconListView>(window, list);
+}
+
+std::unique_ptr<ControlView> MakeListBoxView(FormWindow& window, ListBox& list) {
+  return std::make_unique<PlainListView>(window, list, list.listIndex);
+}
+
+}  // namespace corvex

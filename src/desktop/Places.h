@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+// What of the system's ways the program is told at its start.
+
+namespace corvex {
+
+/// The folder of the settings file and of all that the program writes: the program's own, as long as it may
+/// write there or has its settings file there; otherwise the user's folder for settings, which is made if
+/// need be.
+std::string FindAppFolder();
+
+/// A date in the system's long form; empty if there is no such date.
+std::string LongDate(int year, int month, int day);
+
+}  // namespace corvex

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/EventLoop.h"
+#include "platform/Services.h"
+
+class QDialog;
+
+namespace corvex {
+
+class QtWindowSystem;
+
+/// Questions in windows of their own that do not block: the call pumps the program's events until the answer
+/// is there, so that the end of the program gets through to it. Prompts that begin "Enter password" hide what
+/// is typed.
+class QtDialogs : public Dialogs {
+ public:
+  QtDialogs(EventLoop& loop, const QtWindowSystem& windows) : loop_(loop), windows_(windows) {}
+
+  void MessageBox(std::string_view text) override;
+  bool AskYesNo(std::string_view text) override;
+  std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) override;
+
+ private:
+  int Run(QDialog& dialog);
+
+  EventLoop& loop_;
+  const QtWindowSystem& windows_;
+};
+
+}  // namespace corvex

@@ -1,0 +1,66 @@
+#include "desktop/QtWindowSystem.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScreen>
+
+#include "desktop/FormWindow.h"
+
+namespace corvex {
+
+QtWindowSystem::QtWindowSystem(EventLoop& loop) : loop_(loop) {
+  qApp->installEventFilter(this);
+}
+
+QtWindowSystem::~QtWindowSystem() {
+  // Also those that wait for a loop, which will not come any more, to delete themselves.
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (auto* window = dynamic_cast<FormWindow*>(widget)) delete window;
+  }
+}
+
+void QtWindowSystem::Attach(Form& form) {
+  windows_.emplace(&form, new FormWindow(form, loop_));
+}
+
+void QtWindowSystem::Detach(Form& form) {
+  const auto found = windows_.find(&form);
+  if (found == windows_.end()) return;
+  found->second->Detach();
+  windows_.erase(found);
+}
+
+std::int32_t QtWindowSystem::ScreenWidth() const {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  return screen == nullptr ? 0 : screen->virtualGeometry().width() * kTwipsPerPixel;
+}
+
+QWidget* QtWindowSystem::FrontWindow() const {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  for (const auto& [form, window] : windows_) {
+    if (window->isVisible()) return window;
+  }
+  return nullptr;
+}
+
+FormWindow* QtWindowSystem::WindowOf(const Form& form) const {
+  const auto found = windows_.find(&form);
+  return found == windows_.end() ? nullptr : found->second;
+}
+
+bool QtWindowSystem::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress) return false;
+  if (!object->isWidgetType() || QApplication::activePopupWidget() != nullptr) return false;
+  auto* widget = static_cast<QWidget*>(object);
+  auto* window = dynamic_cast<FormWindow*>(widget->window());
+  if (window == nullptr) return false;
+  // An event that no widget wants climbs up to the window; it counts where it begins.
+  const QWidget* focused = window->focusWidget();
+  if (widget != (focused == nullptr ? window : focused)) return false;
+  auto* key = static_cast<QKeyEvent*>(event);
+  if (!window->TakeKey(*key)) return false;
+  key->accept();
+  return true;
+}
+
+}  // namespace corvex

@@ -1,0 +1,164 @@
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTextCursor>
+#include <algorithm>
+
+#include "desktop/WidgetView.h"
+
+namespace corvex {
+
+namespace {
+
+std::size_t CountReturns(std::string_view text) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
+}
+
+constexpr char16_t kControlPictures = 0x2400;
+
+/// As shown on pages: without CR, and control characters as their pictures, so that none is lost when the
+/// user edits the text around them.
+QString ToPage(std::string_view bytes) {
+  QString page = ToQt(bytes);
+  page.remove(u'\r');
+  for (QChar& c : page) {
+    if (c.unicode() < 0x20 && c != u'\n' && c != u'\t') c = QChar(kControlPictures + c.unicode());
+  }
+  return page;
+}
+
+std::string FromPage(const QString& page) {
+  std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(page.size()));
+  for (const QChar c : page) {
+    if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator || c == u'\n') {
+      bytes += "\r\n";
+    } else if (c.unicode() >= kControlPictures && c.unicode() < kControlPictures + 0x20) {
+      bytes += static_cast<char>(c.unicode() - kControlPictures);
+    } else {
+      bytes += c.unicode() <= 0xFF ? c.toLatin1() : '?';
+    }
+  }
+  return bytes;
+}
+
+/// One line, set as a whole.
+class LineView : public WidgetView<TextBox, QLineEdit> {
+ public:
+  LineView(FormWindow& window, TextBox& box) : WidgetView(window, box, new QLineEdit(window.ParentFor(box))) {
+    shown_->setReadOnly(box.locked);
+    connect(shown_, &QLineEdit::textEdited, this, [this](const QString& text) {
+      if (pending.Has(Change::Caption)) return;  // what the logic has set since counts for more
+      window_.Enter([&] { control_.AdoptText(FromQt(text)); });
+    });
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (!changes.Has(Change::Caption)) return;
+    QString text = ToShown(control_.Text());
+    text.replace(u'\n', u' ');
+    if (text != shown_->text()) shown_->setText(text);
+  }
+};
+
+/// A long text, changed by editing. It is shown without the CR of its line ends, so a place in it is the
+/// place in the bytes less the CRs before it: a rule that holds for each byte alone, even where an edit parts
+/// CR from LF.
+class PagesView : public WidgetView<TextBox, QPlainTextEdit> {
+ public:
+  PagesView(FormWindow& window, TextBox& box)
+      : WidgetView(window, box, new QPlainTextEdit(window.ParentFor(box))) {
+    shown_->setReadOnly(box.locked);
+    shown_->setUndoRedoEnabled(!box.locked);
+    shown_->setTabChangesFocus(box.locked);
+    connect(shown_, &QPlainTextEdit::textChanged, this, &PagesView::Typed);
+  }
+
+  void TextEdited(std::size_t position, std::size_t removed, std::string_view inserted) override {
+    if (whole_) return;
+    const std::string& text = control_.Text();  // as it was before this edit
+    const bool appends = position == text.size();
+    if (appends && !edits_.empty() && edits_.back().atEnd) {
+      edits_.back().inserted += inserted;
+      return;
+    }
+    const std::string_view gone = std::string_view(text).substr(position, removed);
+    Edit edit;
+    edit.atEnd = position + removed == text.size();
+    edit.position = position - (appends ? 0 : CountReturns(std::string_view(text).substr(0, position)));
+    edit.removed = removed - CountReturns(gone);
+    edit.inserted = inserted;
+    edit.appends = appends;
+    edits_.push_back(std::move(edit));
+    if (edits_.size() > kMostEdits) {
+      edits_.clear();
+      whole_ = true;
+    }
+  }
+
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (!changes.Has(Change::Caption)) return;
+    applying_ = true;
+    QScrollBar& bar = *shown_->verticalScrollBar();
+    const bool follow = control_.locked && bar.value() == bar.maximum();
+    if (whole_) {
+      shown_->setPlainText(ToPage(control_.Text()));
+    } else {
+      QTextCursor cursor(shown_->document());
+      cursor.beginEditBlock();
+      for (const Edit& edit : edits_) ApplyEdit(cursor, edit);
+      cursor.endEditBlock();
+    }
+    whole_ = false;
+    edits_.clear();
+    if (follow) bar.setValue(bar.maximum());
+    applying_ = false;
+  }
+
+ private:
+  struct Edit {
+    std::size_t position = 0;  ///< As shown; of no meaning if `appends`.
+    std::size_t removed = 0;   ///< As shown.
+    std::string inserted;
+    bool appends = false;
+    bool atEnd = false;  ///< What is inserted is the end of the text: more may be added to it.
+  };
+  static constexpr std::size_t kMostEdits =
+      1000;  // with more than this in one turn the whole text is as cheap
+
+  /// The user has changed what is shown. Edits of the logic that are not shown yet must not be lost by that.
+  void Typed() {
+    if (applying_) return;
+    whole_ =
+        whole_ || std::any_of(edits_.begin(), edits_.end(), [](const Edit& edit) { return !edit.appends; });
+    if (whole_) return;  // the logic's text counts for more than one key
+    std::string bytes = FromPage(shown_->document()->toRawText());
+    for (const Edit& edit : edits_) bytes += edit.inserted;
+    window_.Enter([&] { control_.AdoptText(std::move(bytes)); });
+  }
+
+  static void ApplyEdit(QTextCursor& cursor, const Edit& edit) {
+    cursor.movePosition(QTextCursor::End);
+    if (!edit.appends) {
+      const int end = cursor.position();
+      cursor.setPosition(std::min(static_cast<int>(edit.position), end));
+      cursor.setPosition(std::min(static_cast<int>(edit.position + edit.removed), end),
+                         QTextCursor::KeepAnchor);
+    }
+    cursor.insertText(ToPage(edit.inserted));
+  }
+
+  std::vector<Edit> edits_;
+  bool whole_ = true;  ///< The text is to be shown anew as a whole.
+  bool applying_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<ControlView> MakeTextBoxView(FormWindow& window, TextBox& box) {
+  if (box.multiLine) return std::make_unique<PagesView>(window, box);
+  return std::make_unique<LineView>(window, box);
+}
+
+}  // namespace corvex

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QFont>
+#include <QPalette>
+
+#include "forms/Control.h"
+
+class QApplication;
+
+// The one visual language of the program: the Fusion style with palettes of our own, light or dark as the
+// system is, and the modem's screen like a well-lit instrument. Palettes and fonts only: a style sheet over
+// the whole program would cost at every window.
+
+namespace corvex {
+
+/// Light or dark, style and palette for the program. Called once, before the first window.
+void ApplyTheme(QApplication& application);
+
+bool IsDark(const QPalette& palette);
+QPalette MakePalette(bool dark);
+
+/// The palette of a frame of that look and of all within it, on top of the program's.
+QPalette PaletteFor(Look look, const QPalette& application);
+
+/// Line around a panel, quiet against its background.
+QColor BorderColor(const QPalette& palette);
+
+/// A form's font. Sizes are in points at 96 DPI whatever the screen's density, as the rectangles are; names
+/// of typewriter fonts and `fixedPitch` give the system's fixed-pitch font.
+QFont MakeFont(const Font& font, bool fixedPitch = false);
+
+}  // namespace corvex

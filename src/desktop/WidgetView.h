@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+
+#include "desktop/ControlView.h"
+#include "desktop/FormWindow.h"
+#include "desktop/QtText.h"
+#include "desktop/Theme.h"
+
+namespace corvex {
+
+/// What the views of all controls that are widgets have in common.
+template <typename Kind, typename Widget>
+class WidgetView : public ControlView {
+ public:
+  WidgetView(FormWindow& window, Kind& control, Widget* widget)
+      : window_(window), control_(control), shown_(widget) {
+    widget_ = widget;
+    widget->setObjectName(ToQt(control.name()));
+    widget->hide();
+  }
+
+  Kind& control() const override { return control_; }
+
+  void Apply(const Changes& changes) override {
+    if (changes.Has(Change::Rect)) shown_->setGeometry(ToPixels(control_.rect));
+    if (changes.Has(Change::Font)) shown_->setFont(MakeFont(control_.font, control_.look == Look::Screen));
+    if (changes.Has(Change::Enabled)) shown_->setEnabled(control_.enabled);
+    if (changes.Has(Change::ToolTip)) {
+      shown_->setToolTip(ToToolTip(control_.toolTip.Get()));
+      shown_->setAccessibleDescription(ToShown(control_.toolTip.Get()));
+    }
+  }
+
+  void ApplyVisible() override { shown_->setVisible(control_.visible); }
+
+ protected:
+  FormWindow& window_;
+  Kind& control_;
+  Widget* const shown_;
+};
+
+}  // namespace corvex
