@@ -29,11 +29,16 @@ done
 where=$(head -n 1 "$demo/unit.log")
 echo "== The simulated unit: $where"
 
-if [ "$route" = lan ]; then
-  printf '[config]\r\nlan=yes\r\nlanaddress=127.0.0.1\r\nlanport=%s\r\n' "${where##*:}" >"$demo/corvex.ini"
-else
-  printf '[config]\r\nlan=no\r\n[devices]\r\ncom1=%s\r\n' "${where##* }" >"$demo/corvex.ini"
-fi
+# The session is recorded, so that what has come from the unit can be seen here too.
+rm -f "$demo"/wire-*.log
+{
+  printf '[logging]\r\nwirelog=yes\r\n'
+  if [ "$route" = lan ]; then
+    printf '[config]\r\nlan=yes\r\nlanaddress=127.0.0.1\r\nlanport=%s\r\n' "${where##*:}"
+  else
+    printf '[config]\r\nlan=no\r\n[devices]\r\ncom1=%s\r\n' "${where##* }"
+  fi
+} >"$demo/corvex.ini"
 
 echo "== The program"
 "$demo/corvex" &
@@ -44,15 +49,16 @@ if [ -z "$pictures" ]; then
   exit
 fi
 
+# Takes a picture of the window once the unit has sent a text, and the window has had its time to show it.
 picture() {
-  # The tour says on its output which screen it shows; the window gets half a second to paint it.
-  local name=$1 seen=$2
+  local name=$1 sent=$2 delay=$3
   for _ in $(seq 300); do
-    grep -q "^tour: $seen" "$demo/unit.log" && break
+    grep -qF "$sent" "$demo"/wire-*.log 2>/dev/null && break
     kill -0 "$program" 2>/dev/null || { echo "The program has ended" >&2; exit 1; }
     sleep 0.1
   done
-  sleep "${3:-0.7}"
+  grep -qF "$sent" "$demo"/wire-*.log || { echo "The unit has not sent $sent" >&2; exit 1; }
+  sleep "$delay"
   import -window root -crop "$area" +repage "build/demo-$name.png"
 }
 
@@ -60,11 +66,11 @@ window=$(timeout 20 xdotool search --sync --onlyvisible --pid "$program" | tail 
 xdotool windowmove --sync "$window" 40 60
 eval "$(xdotool getwindowgeometry --shell "$window")"
 area="$((WIDTH + 20))x$((HEIGHT + 50))+$((X - 10))+$((Y - 40))"
-picture 1-text "text screen"
-picture 2-menu "main menu"
-picture 3-choice "choice list"
-picture 4-message "message"
-picture 5-message-gone "message" 2.5
+picture 1-text "<TextScreen>" 1.5
+picture 2-menu "<MenuScreen><Title>Main menu" 0.7
+picture 3-choice "<ChoiceScreen>" 0.7
+picture 4-message "<MsgScreen>" 0.5
+picture 5-message-gone "<MsgScreen>" 2.2
 echo "== Title of the window: $(xdotool getwindowname "$window")"
 montage build/demo-[1-4]-*.png -tile 2x2 -geometry +8+8 -background '#808080' build/demo.png
 echo "== The pictures: build/demo.png and build/demo-*.png"

@@ -3,9 +3,10 @@
 #include <QCoreApplication>
 #include <QDate>
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
 #include <QLocale>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 
 #include "desktop/QtText.h"
 
@@ -13,9 +14,8 @@ namespace corvex {
 
 std::string FindAppFolder() {
   const QString own = QCoreApplication::applicationDirPath();
-  if (QFileInfo::exists(own + QStringLiteral("/corvex.ini")) || QFileInfo(own).isWritable()) {
-    return QFile::encodeName(own).toStdString();
-  }
+  // Tried, and not asked for: rights alone do not tell on every system.
+  if (QTemporaryFile(own + QStringLiteral("/corvex-XXXXXX")).open()) return QFile::encodeName(own).toStdString();
   const QString users =
       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/corvex");
   QDir().mkpath(users);
