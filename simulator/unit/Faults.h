@@ -15,12 +15,12 @@ namespace corvex::simulation {
 /// How a line misbehaves. The same seed and the same bytes give the same faults.
 struct Faults {
   std::uint32_t seed = 1;
-  double garble = 0;                         ///< the share of bytes in which one bit is turned, 0 to 1
-  double drop = 0;                           ///< the share of bytes that get lost, 0 to 1
-  EventLoop::Time late{0};                   ///< how much later all bytes come
-  bool cut = false;                          ///< bytes come in pieces of 1 to 7, a little apart
-  bool silent = false;                       ///< nothing comes at all
-  std::optional<std::uint64_t> hangUpAfter;  ///< the line goes down after this many bytes
+  double garble = 0;        ///< the share of bytes in which one bit is turned, 0 to 1
+  double drop = 0;          ///< the share of bytes that get lost, 0 to 1
+  EventLoop::Time late{0};  ///< how much later all bytes come
+  bool cut = false;         ///< bytes come in pieces of 1 to 7, a little apart
+  bool silent = false;      ///< nothing comes at all
+  std::optional<std::uint64_t> hangUpAfter = std::nullopt;  ///< the line goes down after this many bytes
 };
 
 /// A line from a unit to its PC that does to the bytes what Faults says.

@@ -9,8 +9,6 @@ namespace corvex::simulation {
 namespace {
 
 constexpr char kCancel = 24;
-constexpr char kRepaint = 18;
-constexpr char kEscape = 27;
 
 std::string Upper(std::string_view text) {
   std::string upper(text);
@@ -45,9 +43,10 @@ Unit::Unit(EventLoop& loop, UnitOptions options, Send send)
       status_(loop, options_.startTime, options_.modelReply, options_.seed),
       mmi_(loop, status_, send_, [this] { EndTagMode(); }),
       keys_(loop, [this](Key key) { Press(key); }),
+      tourKeys_(loop, [this](Key key) { mmi_.Press(key); }),
       tour_(loop,
             [this](std::string_view bytes) {
-              for (const char c : bytes) keys_.Take(c);
+              for (const char c : bytes) tourKeys_.Take(c);
             }),
       ticker_(loop),
       trace_(options_.trace) {}
@@ -61,10 +60,6 @@ void Unit::Receive(std::string_view bytes) {
     if (c == kCancel) {
       Cancel();
     } else if (tagMode_) {
-      // Opening its session, the PC sends ESC and asks for the screen: these are nobody's keys, and the tour
-      // goes on.
-      const bool opening = c == kRepaint || (c == kEscape && mmi_.AtIdle());
-      if (!opening) tour_.Stop();
       keys_.Take(c);
     } else if (const auto line = commandLine_.Take(c, echo)) {
       flush();
@@ -123,6 +118,7 @@ void Unit::EndTagMode() {
   ticker_.Stop();
   tour_.Stop();
   keys_.Clear();
+  tourKeys_.Clear();
   mmi_.Stop();
 }
 
@@ -136,11 +132,20 @@ void Unit::Press(Key key) {
     case KeyKind::ChannelTraceOff:
       channelTrace_ = key.kind == KeyKind::ChannelTraceOn;
       return;
-    default:
+    case KeyKind::Repaint:
       mmi_.Press(key);
+      // A PC that asks for the screen has none, and so it has no readings either.
+      return send_(status_.Report());
+    case KeyKind::Escape:
+      // The PC sends it to open a session too, and on the idle screen it does nothing: it is nobody's key
+      // there.
+      if (mmi_.AtIdle()) return;
+      break;
+    default:
+      break;
   }
-  // A PC that asks for the screen has none, and so it has no readings either.
-  if (key.kind == KeyKind::Repaint) send_(status_.Report());
+  tour_.Stop();
+  mmi_.Press(key);
 }
 
 void Unit::Tick() {

@@ -22,7 +22,7 @@ struct UnitOptions {
   std::string modelReply = "204417";  ///< the part number in the reply to "at+gmm"
   UpgradeAnswer upgrade = UpgradeAnswer::Protocol;
   /// The unit's clock at the start, in seconds since 1970; by default the PC's local time.
-  std::optional<std::int64_t> startTime;
+  std::optional<std::int64_t> startTime = std::nullopt;
   EventLoop::Time tick = std::chrono::seconds(1);
   bool tour = false;  ///< Plays through some screens by itself while nobody touches a key.
   bool trace = true;  ///< Trace records come from the start, not only once they are asked for.
@@ -40,6 +40,7 @@ class Unit {
   Unit(EventLoop& loop, UnitOptions options, Send send);
 
   void Receive(std::string_view bytes);
+  /// The line comes or goes; not from within Send.
   void LineUp();
   void LineDown();
   bool InTagMode() const { return tagMode_; }
@@ -60,6 +61,7 @@ class Unit {
   Status status_;
   Mmi mmi_;
   KeyReader keys_;
+  KeyReader tourKeys_;
   Tour tour_;
   Timer ticker_;
   bool tagMode_ = false;

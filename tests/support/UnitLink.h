@@ -19,11 +19,14 @@ class UnitLink {
  public:
   UnitLink(EventLoop& loop, Port& port, simulation::UnitOptions options = {}, simulation::Faults faults = {})
       : port_(port),
+        hangUp_(loop),
         line_(
-            loop, faults, [&port](std::string_view bytes) { port.Arrive(bytes); }, [&port] { HangUp(port); }),
+            loop, faults, [&port](std::string_view bytes) { port.Arrive(bytes); },
+            [this] { hangUp_.Start(EventLoop::Time::zero(), [this] { HangUp(port_); }); }),
         unit(loop, std::move(options), [this](std::string_view bytes) { line_.Send(bytes); }) {
     port.onSent = [this](std::string_view bytes) { unit.Receive(bytes); };
     port.onOpened = [this] {
+      hangUp_.Stop();
       line_.Reset();
       unit.LineUp();
     };
@@ -38,10 +41,14 @@ class UnitLink {
   }
 
  private:
-  static void HangUp(FakeSerial& port) { port.Vanish(); }
-  static void HangUp(FakeSocket& port) { port.PeerCloses(); }
+  void HangUp(FakeSerial& port) { port.Vanish(); }
+  void HangUp(FakeSocket& port) {
+    unit.LineDown();
+    port.PeerCloses();
+  }
 
   Port& port_;
+  simulation::Timer hangUp_;
   simulation::FaultyLine line_;
 
  public:
