@@ -36,13 +36,13 @@ class TermControls : public Form {
         .index = 0,
         .rect = {60, 30, 480, 480},
         .toolTip = "Show the modem user interface",
-        .picture = "terminal"}},
+        .picture = "icon 19"}},
       {frmTop,
        {.name = "cmdTop",
         .index = 1,
         .rect = {600, 30, 480, 480},
         .toolTip = "Device manager",
-        .picture = "devices"}},
+        .picture = "icon 11"}},
   }};
   Image Picture1{frmTop, {.name = "Picture1", .rect = {60, 630, 1020, 900}, .picture = "logo"}};
   Image imgLogo{frmTop, {.name = "imgLogo", .rect = {60, 630, 1020, 900}, .visible = false}};
@@ -52,7 +52,7 @@ class TermControls : public Form {
   }};
 
   // The terminal area, with the indicators above the rows.
-  Frame frmScreen{*this, {.name = "frmScreen", .rect = {1260, 60, 7530, 2720}}};
+  Frame frmScreen{*this, {.name = "frmScreen", .rect = {1260, 60, 7530, 2720}, .look = Look::Screen}};
   std::array<Label, 8> corvexLbl{{
       {frmScreen, RowDesign(0)},
       {frmScreen, RowDesign(1)},
@@ -130,10 +130,11 @@ class TermControls : public Form {
                  .font = {.name = "Courier", .size = 10}}};
 
   // The popup, in front of all that.
-  Frame frmMsg{*this, {.name = "frmMsg", .rect = {2400, 900, 5250, 960}, .visible = false}};
+  Frame frmMsg{*this,
+               {.name = "frmMsg", .rect = {2400, 900, 5250, 960}, .visible = false, .look = Look::PopUp}};
   std::array<Label, 2> LblMsg{{
-      {frmMsg, {.name = "LblMsg", .index = 0, .rect = {150, 150, 4950, 330}}},
-      {frmMsg, {.name = "LblMsg", .index = 1, .rect = {150, 480, 4950, 330}}},
+      {frmMsg, {.name = "LblMsg", .index = 0, .rect = {150, 150, 4950, 330}, .align = Align::Centre}},
+      {frmMsg, {.name = "LblMsg", .index = 1, .rect = {150, 480, 4950, 330}, .align = Align::Centre}},
   }};
 
   // The service panels; fmOnTab(0) port settings, (1) test interface, (4) free commands.
@@ -196,7 +197,7 @@ class TermControls : public Form {
 
  private:
   static Design RowDesign(int row) {
-    return {.name = "corvexLbl", .index = row, .rect = {0, 330 + row * 335, 7450, 335}};
+    return {.name = "corvexLbl", .index = row, .rect = {0, 330 + row * 335, 7450, 335}, .look = Look::Screen};
   }
   static Design KeyDesign(int key) {
     return {.name = "cmdSK",

@@ -139,6 +139,7 @@ void frmTerm::Load() {
   frmAux.visible = false;
   modes_.ShowCompactWindow();
   ShowLogo();
+  SetRowFont();
   modes_.RefreshMenuMarks();
   // From here on the window is seen; what follows waits for the first time.
   visible = true;
@@ -190,6 +191,16 @@ void frmTerm::ShowLogo() {
   Picture1.visible = false;
   imgLogo.picture = "file:" + settings_.InAppFolder(settings_.config.logo.Get());
   imgLogo.visible = true;
+}
+
+void frmTerm::SetRowFont() {
+  const auto& screen = settings_.screen;
+  const Font rowFont{.name = screen.font.Get(),
+                     .size = static_cast<double>(screen.fontsize.Get()),
+                     .bold = screen.bold.Get(),
+                     .italic = screen.italic.Get(),
+                     .underline = screen.underline.Get()};
+  for (std::size_t row = 0; row < TermControls::kSignal; ++row) corvexLbl[row].font = rowFont;
 }
 
 void frmTerm::OnActivate() {

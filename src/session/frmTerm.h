@@ -44,6 +44,7 @@ class frmTerm : public TermControls {
   void RestorePosition();
   void SavePosition();
   void ShowLogo();
+  void SetRowFont();
   void OnActivate();
   void ToggleGps();
   void Close();
