@@ -9,10 +9,6 @@ namespace corvex {
 
 namespace {
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 /// Length of the number that a text begins with: sign, digits with a decimal point, exponent. 0 if there is
 /// none.
 std::size_t NumberLength(std::string_view text) {
@@ -56,6 +52,7 @@ bool IsTooLarge(std::string_view number) {
 /// The value of a number of the shape that NumberLength accepts. One too large for a double becomes the
 /// largest.
 double ParseNumber(std::string_view number) {
+  if (const auto few = FewDigits(number)) return *few;
   const bool negative = number.starts_with('-');
   if (negative || number.starts_with('+')) number.remove_prefix(1);
   double value = 0;
@@ -65,17 +62,23 @@ double ParseNumber(std::string_view number) {
   return negative ? -value : value;
 }
 
-template <typename Int>
-std::optional<Int> RoundTo(double number) {
-  const double value = RoundHalfEven(number);
+template <typename Int, typename Value>
+std::optional<Int> Limited(Value value) {
   if (value < std::numeric_limits<Int>::min() || value > std::numeric_limits<Int>::max()) return std::nullopt;
   return static_cast<Int>(value);
 }
 
 template <typename Int>
 std::optional<Int> ToInt(std::string_view text) {
+  if (const auto few = FewDigits(text)) return Limited<Int>(*few);
   if (!IsNumeric(text)) return std::nullopt;
-  return RoundTo<Int>(ParseNumber(TrimBlanks(text)));
+  return Limited<Int>(RoundHalfEven(ParseNumber(TrimBlanks(text))));
+}
+
+template <typename Int>
+std::optional<Int> PrefixInt(std::string_view text) {
+  if (const auto few = FewDigits(text)) return Limited<Int>(*few);
+  return Limited<Int>(RoundHalfEven(NumericPrefix(text)));
 }
 
 }  // namespace
@@ -97,11 +100,11 @@ std::int32_t WholePrefix(std::string_view text) {
 }
 
 std::optional<std::int16_t> PrefixInt16(std::string_view text) {
-  return RoundTo<std::int16_t>(NumericPrefix(text));
+  return PrefixInt<std::int16_t>(text);
 }
 
 std::optional<std::int32_t> PrefixInt32(std::string_view text) {
-  return RoundTo<std::int32_t>(NumericPrefix(text));
+  return PrefixInt<std::int32_t>(text);
 }
 
 bool IsNumeric(std::string_view text) {
@@ -121,13 +124,6 @@ double RoundHalfEven(double value) {
   return std::nearbyint(value);  // the rounding mode of a C++ program is to nearest, halves to even
 }
 
-char UpperCase(char c) {
-  const auto u = static_cast<unsigned char>(c);
-  const bool ascii = u >= 'a' && u <= 'z';
-  const bool latin = u >= 0xE0 && u <= 0xFE && u != 0xF7;  // 0xF7 is the division sign
-  return ascii || latin ? static_cast<char>(u - 0x20) : c;
-}
-
 std::string UpperCase(std::string_view text) {
   std::string upper(text);
   std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return UpperCase(c); });
@@ -136,14 +132,15 @@ std::string UpperCase(std::string_view text) {
 
 bool EqualNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return UpperCase(x) == UpperCase(y); });
+                    [](char x, char y) { return x == y || UpperCase(x) == UpperCase(y); });
 }
 
 std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from) {
-  if (from > text.size()) return std::string_view::npos;
-  const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), what.begin(),
-                                 what.end(), [](char x, char y) { return UpperCase(x) == UpperCase(y); });
-  return found == text.end() ? std::string_view::npos : static_cast<std::size_t>(found - text.begin());
+  const char first = UpperCase(what.front());
+  for (std::size_t at = from; at + what.size() <= text.size(); ++at) {
+    if (UpperCase(text[at]) == first && EqualNoCase(text.substr(at, what.size()), what)) return at;
+  }
+  return std::string_view::npos;
 }
 
 bool Contains(std::string_view text, std::string_view what) {
@@ -182,15 +179,6 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
     if (end == std::string_view::npos) return fields;
     text.remove_prefix(end + 1);
   }
-}
-
-std::optional<std::string_view> Field(std::string_view text, char separator, std::size_t index) {
-  for (; index > 0; --index) {
-    const std::size_t end = text.find(separator);
-    if (end == std::string_view::npos) return std::nullopt;
-    text.remove_prefix(end + 1);
-  }
-  return text.substr(0, text.find(separator));
 }
 
 std::string_view TrimBlanks(std::string_view text) {

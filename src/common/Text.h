@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,6 +14,23 @@ namespace corvex {
 
 inline constexpr std::string_view kCrLf = "\r\n";
 inline constexpr char kEsc = '\x1B';
+
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+/// The value of a text of one to nine digits and nothing else, as nearly all numbers of the modem are; none
+/// for any other. It is the fast way that the functions below try first.
+inline std::optional<std::int32_t> FewDigits(std::string_view text) {
+  constexpr std::size_t kFew = 9;
+  if (text.empty() || text.size() > kFew) return std::nullopt;
+  std::int32_t value = 0;
+  for (const char c : text) {
+    if (!IsDigit(c)) return std::nullopt;
+    value = value * 10 + (c - '0');
+  }
+  return value;
+}
 
 /// A number in decimal, with a blank in the place of its sign if it is not negative.
 std::string NumberText(std::int64_t number);
@@ -40,7 +58,12 @@ std::optional<std::int32_t> ToInt32(std::string_view text);
 double RoundHalfEven(double value);
 
 /// Latin-1 letters to upper case.
-char UpperCase(char c);
+constexpr char UpperCase(char c) {
+  const auto u = static_cast<unsigned char>(c);
+  const bool ascii = u >= 'a' && u <= 'z';
+  const bool latin = u >= 0xE0 && u <= 0xFE && u != 0xF7;  // 0xF7 is the division sign
+  return ascii || latin ? static_cast<char>(u - 0x20) : c;
+}
 std::string UpperCase(std::string_view text);
 
 /// Whether two texts are the same but for the case of letters.
@@ -60,8 +83,28 @@ bool Matches(std::string_view text, std::string_view pattern);
 /// The fields of a text between separators; an empty text has one empty field.
 std::vector<std::string_view> Split(std::string_view text, char separator);
 
-/// One field, counted from 0, of a text between separators. None if it has fewer.
-std::optional<std::string_view> Field(std::string_view text, char separator, std::size_t index);
+/// The same fields one after the other, for those who keep no list of them.
+class Fields {
+ public:
+  Fields(std::string_view text, char separator) : rest_(text), separator_(separator) {}
+
+  bool More() const { return more_; }
+
+  /// Takes the next field; an empty text when there are no more.
+  std::string_view Next() {
+    const auto end =
+        static_cast<std::size_t>(std::find(rest_.begin(), rest_.end(), separator_) - rest_.begin());
+    const std::string_view field = rest_.substr(0, end);
+    more_ = end < rest_.size();
+    rest_.remove_prefix(more_ ? end + 1 : end);
+    return field;
+  }
+
+ private:
+  std::string_view rest_;
+  char separator_;
+  bool more_ = true;
+};
 
 /// Without the blanks at both ends.
 std::string_view TrimBlanks(std::string_view text);
