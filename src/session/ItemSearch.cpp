@@ -1,6 +1,8 @@
 #include "session/ItemSearch.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 
 #include "common/Text.h"
@@ -23,25 +25,44 @@ std::int16_t TraceLength(std::string_view record) {
 
 }  // namespace
 
-std::size_t WordSearch::Find(std::string_view text, std::size_t from, std::size_t end) {
-  if (reached_ < from) {
-    reached_ = from;
-    found_ = false;
+WordSearch::WordSearch(std::string_view word, std::size_t rare)
+    : length_(word.size()), rare_(rare), rareCharacter_(word[rare]) {
+  std::array<char, sizeof(Eight)> lower{};
+  std::array<char, sizeof(Eight)> fold{};
+  std::array<char, sizeof(Eight)> width{};
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    const bool letter = (word[i] >= 'a' && word[i] <= 'z') || (word[i] >= 'A' && word[i] <= 'Z');
+    fold[i] = letter ? '\x20' : '\0';
+    lower[i] = static_cast<char>(word[i] | fold[i]);
+    width[i] = '\xFF';
   }
-  // Every word begins with a character that has no case.
-  const std::size_t room = text.size() < word_.size() ? 0 : text.size() - word_.size() + 1;
-  const std::size_t last = std::min(room, end);
-  while (!found_ && reached_ < last) {
-    const void* candidate = std::memchr(text.data() + reached_, word_.front(), last - reached_);
-    if (candidate == nullptr) {
-      reached_ = last;
-      break;
+  word_ = std::bit_cast<Eight>(lower);
+  fold_ = std::bit_cast<Eight>(fold);
+  width_ = std::bit_cast<Eight>(width);
+}
+
+bool WordSearch::StandsAt(std::string_view text, std::size_t place) const {
+  Eight here = 0;
+  if (text.size() - place >= sizeof here) {
+    std::memcpy(&here, text.data() + place, sizeof here);
+  } else {
+    std::memcpy(&here, text.data() + place, length_);
+  }
+  return ((here & width_) | fold_) == word_;
+}
+
+void WordSearch::GoOn(std::string_view text, std::size_t end) {
+  const std::size_t last = std::min(text.size() - length_ + 1, end);
+  const char* const rare = text.data() + rare_;
+  for (; reached_ < last; ++reached_) {
+    if (rare[reached_] != rareCharacter_) {
+      const void* next = std::memchr(rare + reached_, rareCharacter_, last - reached_);
+      reached_ = next == nullptr ? last : static_cast<std::size_t>(static_cast<const char*>(next) - rare);
+      if (next == nullptr) return;
     }
-    reached_ = static_cast<std::size_t>(static_cast<const char*>(candidate) - text.data());
-    found_ = EqualNoCase(text.substr(reached_ + 1, word_.size() - 1), word_.substr(1));
-    if (!found_) ++reached_;
+    found_ = StandsAt(text, reached_);
+    if (found_) return;
   }
-  return found_ && reached_ < end ? reached_ : npos;
 }
 
 void WordSearch::Shift(std::size_t count) {
@@ -56,28 +77,31 @@ ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
   // A tag at the very start wins at once; then each later kind must stand strictly before what has been
   // found.
   ScanItem item;
-  const auto take = [&](ScanKind kind, std::size_t offset, std::int32_t introducer) {
-    item.kind = kind;
-    item.pos = static_cast<std::int16_t>(offset - from + 1);
-    item.after = item.pos + introducer;
-  };
-  const auto foundBefore = [&](WordSearch& search) {
-    return search.Find(text, from, from + static_cast<std::size_t>(item.pos) - 1);
-  };
+  std::size_t place = from + static_cast<std::size_t>(item.pos) - 1;
+  std::int32_t introducer = 0;
 
   const std::size_t tag = tag_.Find(text, from, from + kLastPosition);
-  if (tag != WordSearch::npos) take(ScanKind::TagItem, tag, 5);
-  if (item.pos == 1) return item;
-
-  const std::size_t escape = foundBefore(escape_);
-  if (escape != WordSearch::npos) take(ScanKind::EscapeItem, escape, 1);
-  if (item.pos == 1) return item;
-
-  const std::size_t trace = foundBefore(trace_);
+  if (tag != WordSearch::npos) {
+    item.kind = ScanKind::TagItem;
+    place = tag;
+    introducer = 5;
+  }
+  const std::size_t escape = place > from ? escape_.Find(text, from, place) : WordSearch::npos;
+  if (escape != WordSearch::npos) {
+    item.kind = ScanKind::EscapeItem;
+    place = escape;
+    introducer = 1;
+  }
+  const std::size_t trace = place > from ? trace_.Find(text, from, place) : WordSearch::npos;
   if (trace != WordSearch::npos && text.size() - trace >= kTraceSeen) {
-    take(ScanKind::TraceItem, trace, kTraceIntroducer);
+    item.kind = ScanKind::TraceItem;
+    place = trace;
+    introducer = kTraceIntroducer;
     item.traceLength = TraceLength(text.substr(trace));
   }
+
+  item.pos = static_cast<std::int16_t>(place - from + 1);
+  if (item.kind != ScanKind::None) item.after = item.pos + introducer;
   return item;
 }
 

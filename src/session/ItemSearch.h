@@ -39,17 +39,39 @@ class WordSearch {
  public:
   static constexpr std::size_t npos = std::string_view::npos;
 
-  explicit WordSearch(std::string_view word) : word_(word) {}
+  /// A word of at most eight characters. `rare` is the place of one that has no case and is seldom met: what
+  /// is looked for.
+  explicit WordSearch(std::string_view word, std::size_t rare = 0);
 
   /// Offset of the first occurrence that begins at or behind `from` and before `end`; npos if there is none.
   /// `from` must not fall from call to call.
-  std::size_t Find(std::string_view text, std::size_t from, std::size_t end);
+  std::size_t Find(std::string_view text, std::size_t from, std::size_t end) {
+    if (reached_ < from) {
+      reached_ = from;
+      found_ = false;
+    }
+    if (!found_ && reached_ < end && reached_ + length_ <= text.size()) GoOn(text, end);
+    return found_ && reached_ < end ? reached_ : npos;
+  }
 
   /// The first `count` characters of the text have been taken off.
   void Shift(std::size_t count);
 
  private:
-  std::string_view word_;
+  /// Eight characters as one number, so that a word is compared in one go.
+  using Eight = std::uint64_t;
+
+  /// There is room for the word in what has not been searched.
+  void GoOn(std::string_view text, std::size_t end);
+  bool StandsAt(std::string_view text, std::size_t place) const;
+
+  std::size_t length_;
+  std::size_t rare_;
+  char rareCharacter_;
+  Eight word_;   ///< In lower case, zero behind its end.
+  Eight fold_;   ///< What makes its letters lower case.
+  Eight width_;  ///< The characters that it has.
+
   std::size_t reached_ = 0;  ///< The word begins nowhere between the last `from` and here.
   bool found_ = false;       ///< It begins here.
 };

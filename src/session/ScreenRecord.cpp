@@ -6,10 +6,6 @@ namespace corvex {
 
 namespace {
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 /// Takes `text` up to the next `mark`, which goes with it; false if there is none.
 bool TakeUpTo(std::string_view& rest, char mark, std::string_view& text) {
   const std::size_t end = rest.find(mark);

@@ -24,13 +24,12 @@ std::string FromWire(std::string_view field) {
 /// Stores the eight fields in their order; false where they end early or a code is no 16-bit number. An empty
 /// code is 0, as keys without a text have it.
 bool StoreFields(std::string_view line, SessionState& state) {
+  Fields fields(line, '|');
   for (std::size_t k = 0; k < state.softKeyText.size(); ++k) {
-    const auto text = Field(line, '|', 2 * k);
-    if (!text) return false;
-    state.softKeyText[k] = FromWire(*text);
-    const auto codeText = Field(line, '|', 2 * k + 1);
-    if (!codeText) return false;
-    const auto code = PrefixInt16(FromWire(*codeText));
+    if (!fields.More()) return false;
+    state.softKeyText[k] = FromWire(fields.Next());
+    if (!fields.More()) return false;
+    const auto code = PrefixInt16(FromWire(fields.Next()));
     if (!code) return false;
     state.softKeyCode[k] = *code;
   }

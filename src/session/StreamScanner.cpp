@@ -110,6 +110,9 @@ bool StreamScanner::TakeTrace() {
 }
 
 void StreamScanner::DropTaken() {
+  // What waits has to be moved to the front then, which is put off until it is worth while.
+  constexpr std::size_t kWorthWhile = 4096;
+  if (cursor_ < kWorthWhile && cursor_ < pending_.size()) return;
   pending_.erase(0, cursor_);
   items_.Shift(cursor_);
   packetEnd_.Shift(cursor_);

@@ -65,7 +65,7 @@ class StreamScanner {
   std::string pending_;     ///< What is being taken apart, and
   std::size_t cursor_ = 0;  ///< how much of it has been.
   ItemSearch items_;
-  WordSearch packetEnd_{kPacketEnd};
+  WordSearch packetEnd_{kPacketEnd, 1};
 };
 
 }  // namespace corvex

@@ -17,9 +17,16 @@ constexpr std::uint8_t kLastShownRow = SessionState::kFirstShownRow + SessionSta
 constexpr std::size_t kCursorLimit = 60;
 
 std::optional<std::uint8_t> ToByte(std::string_view text) {
-  const auto number = ToInt16(text);
+  auto number = FewDigits(text);
+  if (!number) number = ToInt32(text);
   if (!number || *number < 0 || *number > std::numeric_limits<std::uint8_t>::max()) return std::nullopt;
   return static_cast<std::uint8_t>(*number);
+}
+
+/// What every known sequence ends in. The others need not be tried: they are half of a painted screen's
+/// bytes.
+bool IsFinal(char c) {
+  return c >= 'A' && c != '[';
 }
 
 }  // namespace
@@ -32,7 +39,7 @@ std::int16_t TextGrid::MatchEscape(std::string_view text) {
   // The shortest prefix that is accepted wins.
   const std::size_t limit = std::min<std::size_t>(text.size(), kMaxSequence);
   for (std::size_t n = 2; n <= limit; ++n) {
-    if (DecodeEscape(text.substr(0, n))) return static_cast<std::int16_t>(n);
+    if (IsFinal(text[n - 1]) && DecodeEscape(text.substr(0, n))) return static_cast<std::int16_t>(n);
   }
   return limit == kMaxSequence ? kMaxSequence : 0;
 }
@@ -74,8 +81,9 @@ bool TextGrid::DecodeEscape(std::string_view text) {
 }
 
 void TextGrid::MoveCursorTo(std::string_view position) {
-  const auto row = ToByte(Field(position, ';', 0).value_or(""));
-  const auto column = ToByte(Field(position, ';', 1).value_or(""));
+  Fields fields(position, ';');
+  const auto row = ToByte(fields.Next());
+  const auto column = ToByte(fields.Next());
   if (!row || !column) return;
   state_.cursorRow = *row;
   state_.cursorCol = *column;

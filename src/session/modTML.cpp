@@ -78,29 +78,36 @@ constexpr auto kTagOfSlot = [] {
   return places;
 }();
 
-constexpr std::size_t kTagStart = kPacketStart.size();  ///< The tag's "<".
+constexpr std::size_t kTagStart = kPacketStart.size();  // the tag's "<"
 constexpr std::size_t kPrintDiscarded = 3;
 
 /// A print job longer than this keeps its first part only; its lines are handed over all the same.
 constexpr std::size_t kMaxPrintText = 16u << 20;
 
-}  // namespace
-
-TagToken TagTokenOf(std::string_view packet) {
-  if (packet.size() <= kTagStart || packet[kTagStart] != '<') return TagToken::None;
-  const std::size_t end = packet.find('>', kTagStart);
-  if (end == std::string_view::npos) return TagToken::None;
+/// The tag whose ">" stands at `end`.
+TagToken TokenOf(std::string_view packet, std::size_t end) {
+  if (end == std::string_view::npos || packet[kTagStart] != '<') return TagToken::None;
   const std::string_view word = packet.substr(kTagStart + 1, end - kTagStart - 1);
   if (word.size() < 2) return TagToken::None;
   const std::size_t place = kTagOfSlot[Slot(word)];
   return place < kTags.size() && kTags[place].word == word ? kTags[place].token : TagToken::None;
 }
 
-std::string_view TagPayload(std::string_view packet) {
-  const std::size_t tagEnd = packet.find('>', kTagStart + 1);
-  if (tagEnd == std::string_view::npos || tagEnd + 1 + kPacketEnd.size() > packet.size()) return {};
+/// What stands between the ">" at `end` and the end of the packet.
+std::string_view PayloadBehind(std::string_view packet, std::size_t end) {
+  if (end == std::string_view::npos || end + 1 + kPacketEnd.size() > packet.size()) return {};
   packet.remove_suffix(kPacketEnd.size());
-  return packet.substr(tagEnd + 1);
+  return packet.substr(end + 1);
+}
+
+}  // namespace
+
+TagToken TagTokenOf(std::string_view packet) {
+  return TokenOf(packet, packet.find('>', kTagStart));
+}
+
+std::string_view TagPayload(std::string_view packet) {
+  return PayloadBehind(packet, packet.find('>', kTagStart + 1));
 }
 
 std::string_view PrintPayload(std::string_view packet) {
@@ -112,8 +119,9 @@ TagStream::TagStream(SessionState& state, TextGrid& grid, LongDate longDate)
     : state_(state), grid_(grid), longDate_(std::move(longDate)) {}
 
 void TagStream::HandleTagPacket(std::string_view packet) {
-  const std::string_view payload = TagPayload(packet);
-  const TagToken token = TagTokenOf(packet);
+  const std::size_t tagEnd = packet.find('>', kTagStart);
+  const TagToken token = TokenOf(packet, tagEnd);
+  const std::string_view payload = PayloadBehind(packet, tagEnd);
   switch (token) {
     case TagToken::None:
       break;
@@ -286,28 +294,31 @@ void TagStream::AddPrintLine(std::string_view line) {
 }
 
 void TagStream::ParseDate(std::string_view payload) {
-  state_.timeText = Field(payload, '|', 0).value_or("");
-  state_.dateLongText = LongDateOf(Field(payload, '|', 1).value_or(""));
-  state_.zoneText = Field(payload, '|', 2).value_or("");
+  Fields fields(payload, '|');
+  state_.timeText = fields.Next();
+  state_.dateLongText = LongDateOf(fields.Next());
+  state_.zoneText = fields.Next();
   state_.timeChanged = true;
 }
 
 std::string TagStream::LongDateOf(std::string_view date) const {
-  const auto part = [date](std::size_t index) { return ToInt16(Field(date, '.', index).value_or("")); };
-  const auto year = part(0);
-  const auto month = part(1);
-  const auto day = part(2);
+  Fields parts(date, '.');
+  const auto year = ToInt16(parts.Next());
+  const auto month = ToInt16(parts.Next());
+  const auto day = ToInt16(parts.Next());
   return year && month && day ? longDate_(*year, *month, *day) : std::string();
 }
 
 void TagStream::ParseBatt(std::string_view packet) {
   state_.battChanged = true;
-  state_.battLevelText = Field(TagPayload(packet), '|', 0).value_or("");
+  state_.battLevelText = Fields(TagPayload(packet), '|').Next();
   // The others are fields of the whole packet. Its last field runs into the packet's end, so that the flags
   // are a number only if a "|" follows them; that is meant.
   static constexpr std::int16_t kNoFlags = 32;
-  if (const auto status = Field(packet, '|', 1)) state_.battStatusText = *status;
-  state_.battFlags = ToInt16(Field(packet, '|', 2).value_or("")).value_or(kNoFlags);
+  Fields fields(packet, '|');
+  fields.Next();
+  if (fields.More()) state_.battStatusText = fields.Next();
+  state_.battFlags = ToInt16(fields.Next()).value_or(kNoFlags);
 }
 
 void TagStream::ParseChannel(std::string_view payload) {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -39,8 +39,9 @@ struct Recorder : Decoder {
   std::vector<SessionState> states;
 };
 
-/// Items of every kind in a random order, with marks among them at which the session is recorded.
-std::string WellFormedStream(unsigned seed, int items) {
+/// So many times items of every kind in a random order, with marks among them at which the session is
+/// recorded.
+std::string WellFormedStream(unsigned seed, int rounds) {
   static const std::vector<std::string> kItems{
       "\x1B[2;5H",
       "\x1B[8;39H",
@@ -79,20 +80,23 @@ std::string WellFormedStream(unsigned seed, int items) {
       "<tml><Channel>1,mark</tml>",
   };
   std::mt19937 random(seed);
-  std::uniform_int_distribution<std::size_t> pick(0, kItems.size() - 1);
   std::string stream;
-  for (int i = 0; i < items; ++i) {
-    stream += kItems[pick(random)];
-    if (i % 3 == 0) stream += "<tml><Channel>2,mark</tml>";
+  for (int round = 0; round < rounds; ++round) {
+    std::vector<std::string> items = kItems;
+    std::shuffle(items.begin(), items.end(), random);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      stream += items[i];
+      if (i % 3 == 0) stream += "<tml><Channel>2,mark</tml>";
+    }
   }
   return stream;
 }
 
 TEST(StreamCuts, EverySingleCutGivesTheSameInTheSameOrder) {
-  const std::string stream = WellFormedStream(1, 120);
+  const std::string stream = WellFormedStream(1, 1);
   Recorder whole;
   whole.Feed(stream);
-  ASSERT_GT(whole.calls.size(), 40u);
+  ASSERT_GE(whole.calls.size(), 15u);
   for (std::size_t cut = 1; cut < stream.size(); ++cut) {
     Recorder cutOnce;
     cutOnce.Feed(std::string_view(stream).substr(0, cut));
@@ -103,7 +107,7 @@ TEST(StreamCuts, EverySingleCutGivesTheSameInTheSameOrder) {
 
 TEST(StreamCuts, RandomPiecesGiveTheSameInTheSameOrder) {
   for (unsigned seed = 1; seed <= 60; ++seed) {
-    const std::string stream = WellFormedStream(seed, 150);
+    const std::string stream = WellFormedStream(seed, 3);
     Recorder whole;
     whole.Feed(stream);
     Recorder pieces;

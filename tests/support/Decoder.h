@@ -13,7 +13,7 @@
 namespace corvex::test {
 
 /// The decoders of the modem's stream wired up as in the program, with a calendar in which each month has 31
-/// days and a long date reads "day 31 of month 3 in 2006".
+/// days and a long date reads "31/3/2006".
 struct Decoder {
   VirtualLoop loop;
   ReceiveBuffer received{loop};
@@ -30,8 +30,7 @@ struct Decoder {
 
   static std::string LongDate(int year, int month, int day) {
     if (month < 1 || month > 12 || day < 1 || day > 31) return {};
-    return "day " + std::to_string(day) + " of month " + std::to_string(month) + " in " +
-           std::to_string(year);
+    return std::to_string(day) + '/' + std::to_string(month) + '/' + std::to_string(year);
   }
 };
 
