@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "support/Program.h"
+#include "support/UnitLink.h"
+
+// Whole sessions with the simulated terminal unit, in virtual time.
+
+namespace corvex {
+namespace {
+
+using simulation::Faults;
+using simulation::UnitOptions;
+using test::Program;
+using test::UnitLink;
+
+std::string Row(const frmTerm& term, std::size_t row) {
+  const std::string& text = term.corvexLbl[row].caption;
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+/// What is to be seen of the idle screen once a session stands.
+void ExpectIdleScreen(const frmTerm& term) {
+  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+  EXPECT_NE(Row(term, 0).find("CORVEX MARINE"), std::string::npos) << Row(term, 0);
+  EXPECT_TRUE(Row(term, 2).starts_with("Network")) << Row(term, 2);
+  EXPECT_TRUE(term.cmdSK[0].enabled);
+  EXPECT_TRUE(term.lblsim.visible);
+  EXPECT_TRUE(term.corvexLbl[7].visible);
+  EXPECT_FALSE(term.frmMenu.visible);
+  EXPECT_TRUE(term.caption.Get().starts_with("Quil Heron "));
+}
+
+template <typename Port>
+void WalkThroughTheScreens(Program& p, Port& port) {
+  frmTerm& term = p.term;
+  ExpectIdleScreen(term);
+  const auto press = [&](std::string_view key) {
+    p.Do([&] { term.link().WriteText(key); });
+    p.loop.Run(1.2);  // over the next tick, whose event brings what waited in the port
+  };
+  press("\r");
+  EXPECT_TRUE(term.frmMenu.visible);
+  EXPECT_EQ(term.frmMenu.caption, "Main menu");
+  EXPECT_EQ(term.ListMenu.Items().front().text, "Exit Menu");
+  EXPECT_EQ(term.ListMenu.Items().back().key, "MAIL");
+  EXPECT_TRUE(term.ListMenu.HasFocus());
+  press(" 4");  // by the item's id, as a click will send it
+  EXPECT_TRUE(term.frmMenu.caption.Get().starts_with("4 ")) << term.frmMenu.caption;
+  EXPECT_NE(term.ListMenu.Items().back().key, "MAIL");
+  press(" 1");
+  EXPECT_FALSE(term.frmMenu.visible);
+  EXPECT_TRUE(term.frmChoice.visible);
+  const int before = term.ListChoice.listIndex;
+  press("\x1B[B");
+  EXPECT_EQ(term.ListChoice.listIndex, before + 1);
+  press("\r");
+  EXPECT_FALSE(term.frmChoice.visible);
+  EXPECT_TRUE(term.frmMsg.visible);
+  p.loop.Run(2.5);
+  EXPECT_FALSE(term.frmMsg.visible);
+  for (int i = 0; i < 4; ++i) press("\x1B");
+  ExpectIdleScreen(term);
+  EXPECT_FALSE(port.sent.empty());
+}
+
+TEST(SessionWithUnit, OverTheSerialPort) {
+  Program p;
+  UnitLink unit(p.loop, p.comPort);
+  p.Start(4);
+  WalkThroughTheScreens(p, p.comPort);
+  EXPECT_TRUE(p.comPort.sent.starts_with(test::kConnect));
+}
+
+TEST(SessionWithUnit, OverTheLan) {
+  Program p;
+  p.settings.config.lan.Set(true);
+  UnitLink unit(p.loop, p.sock);
+  p.Start(4);
+  WalkThroughTheScreens(p, p.sock);
+  EXPECT_TRUE(p.sock.sent.starts_with("AT+ERB_TRANSPARENT_MODE\r\n" + test::kConnect));
+}
+
+TEST(SessionWithUnit, ATickingUnitKeepsTheSessionForAnHour) {
+  for (const bool lan : {false, true}) {
+    Program p;
+    p.settings.config.lan.Set(lan);
+    UnitLink serial(p.loop, p.comPort);
+    UnitLink tcp(p.loop, p.sock);
+    p.Start(3600);
+    ExpectIdleScreen(p.term);
+    const std::string& sent = lan ? p.sock.sent : p.comPort.sent;
+    EXPECT_EQ(std::count(sent.begin(), sent.end(), 'g'), 1) << "one probe: " << sent;
+  }
+}
+
+TEST(SessionWithUnit, APulledAdapterIsReconnectedWhenItIsBack) {
+  Program p;
+  UnitLink unit(p.loop, p.comPort);
+  p.Start(4);
+  p.comPort.Vanish();
+  p.loop.Run(60);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Failed);
+  EXPECT_FALSE(p.comPort.PortOpen());
+  p.comPort.available = true;
+  p.loop.Run(20);
+  ExpectIdleScreen(p.term);
+}
+
+TEST(SessionWithUnit, APeerThatClosesIsReconnected) {
+  Program p;
+  p.settings.config.lan.Set(true);
+  UnitLink unit(p.loop, p.sock);
+  p.Start(4);
+  p.sock.reachable = false;
+  unit.unit.LineDown();
+  p.sock.PeerCloses();
+  p.loop.Run(60);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Failed);
+  p.sock.reachable = true;
+  p.loop.Run(20);
+  ExpectIdleScreen(p.term);
+}
+
+TEST(SessionWithUnit, EndsInItsScreenHoweverTheLineCutsOrDelays) {
+  for (std::uint32_t seed = 1; seed <= 20; ++seed) {
+    Program p;
+    Faults faults{.seed = seed, .cut = true};
+    if (seed % 2 == 0) faults.late = std::chrono::milliseconds(10 * seed);
+    UnitLink unit(p.loop, p.comPort, {.seed = seed}, faults);
+    p.Start(6);
+    ExpectIdleScreen(p.term);
+  }
+}
+
+TEST(SessionWithUnit, SurvivesAGarblingLineAndIsWholeOnceItIsGoodAgain) {
+  for (std::uint32_t seed = 1; seed <= 20; ++seed) {
+    Program p;
+    {
+      UnitLink bad(p.loop, p.comPort, {.tour = true, .seed = seed},
+                   {.seed = seed, .garble = 0.02, .drop = 0.02, .cut = true});
+      p.Start(60);
+    }
+    p.comPort.Vanish();
+    p.comPort.available = true;
+    UnitLink good(p.loop, p.comPort);
+    p.loop.Run(40);
+    // What the bad line left in the scanner may cost the screen; the next painting mends it.
+    p.Do([&] { p.term.mnuTerminal.click(); });
+    p.loop.Run(3);
+    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal) << seed;
+    EXPECT_TRUE(Row(p.term, 2).starts_with("Network")) << seed << ' ' << Row(p.term, 2);
+  }
+}
+
+}  // namespace
+}  // namespace corvex
