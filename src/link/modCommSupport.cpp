@@ -77,6 +77,7 @@ ProbeWord ModemProbe::AskModel() {
       state_.terminalModel = TerminalModelFromText(upper);
       main_.applicationTitle = TerminalModelTitle(state_.terminalModel, settings_.config.brand.Get());
       window_.windows().SetApplicationTitle(main_.applicationTitle);
+      window_.caption = WindowCaption(main_, state_.mubInfoText);
       return ProbeWord::Ok;
     }
     word = answer.empty() ? ProbeWord::None : ProbeWord::CheckSpeed;

@@ -16,4 +16,9 @@ struct MainState {
   std::string applicationTitle;  ///< Names the terminal once it has been detected.
 };
 
+/// The main window's caption: the program's title and, if `mubInfo` is not empty, that text behind a blank.
+inline std::string WindowCaption(const MainState& main, const std::string& mubInfo) {
+  return mubInfo.empty() ? main.applicationTitle : main.applicationTitle + ' ' + mubInfo;
+}
+
 }  // namespace corvex

@@ -8,7 +8,6 @@
 #include "session/PopUp.h"
 #include "session/RowPainter.h"
 #include "session/SoftKeyPanel.h"
-#include "session/StatusPanel.h"
 
 namespace corvex {
 

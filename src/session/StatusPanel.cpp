@@ -120,9 +120,4 @@ void StatusPanel::ShowCompression(TagToken kind, std::string_view toolTip) {
   window_.lblComp.toolTip = toolTip;
 }
 
-std::string WindowCaption(const MainState& main, std::string_view mubInfo) {
-  if (mubInfo.empty()) return main.applicationTitle;
-  return main.applicationTitle + ' ' + std::string(mubInfo);
-}
-
 }  // namespace corvex

@@ -42,7 +42,4 @@ class StatusPanel {
   EventLoop::Time toneEnds_{0};
 };
 
-/// The main window's caption: the program's title and, if `mubInfo` is not empty, that text behind a blank.
-std::string WindowCaption(const MainState& main, std::string_view mubInfo);
-
 }  // namespace corvex

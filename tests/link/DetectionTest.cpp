@@ -55,6 +55,7 @@ TEST(Detection, AGoodModemIsNamedAndEnteredWithTheseBytes) {
   EXPECT_EQ(p.comPort.sent, test::kConnect);
   EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
   EXPECT_EQ(p.windows.applicationTitle, "Quil Heron ");
+  EXPECT_EQ(p.term.caption, "Quil Heron ");
   EXPECT_TRUE(p.term.mnuTerminal.checked);
   EXPECT_TRUE(p.term.mnuUpgrade.enabled);
   EXPECT_EQ(p.term.lblPort.caption, "COM1");
