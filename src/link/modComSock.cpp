@@ -312,7 +312,8 @@ bool TerminalLink::EnterTagMode() {
   if (SendAndAwaitOk(kCommand)) return true;
   // The second try is the same command; only the phase that is stored tells that it was needed.
   if (!SendAndAwaitOk(kCommand)) return false;
-  settings_.config.mmiphase.Set(3 - phase);
+  // Unsigned, as what stands in the settings file may be any number.
+  settings_.config.mmiphase.Set(static_cast<std::int32_t>(3u - static_cast<std::uint32_t>(phase)));
   return true;
 }
 

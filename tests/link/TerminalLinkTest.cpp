@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "support/Program.h"
 
 namespace corvex {
@@ -260,6 +262,9 @@ TEST_F(LinkTest, ThePhaseIsToggledOnlyWhenTheSecondTryWorks) {
   sends = 2;
   EXPECT_TRUE(link.EnterTagMode());
   EXPECT_EQ(settings.config.mmiphase.Get(), 1);
+  settings.config.mmiphase.Set(std::numeric_limits<std::int32_t>::min());
+  sends = 0;
+  EXPECT_TRUE(link.EnterTagMode());
 }
 
 TEST_F(LinkTest, DrainWaitsUntilThePortHasSentAll) {
