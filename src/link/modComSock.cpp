@@ -138,7 +138,8 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
   main_.rxSeen = true;
   // While the dispatcher is at work, which may wait, the bytes stay in the port until the next event. That is
   // meant.
-  if (commBusy_ || main_.mode == ModemMode::Closing || !received_.HasRoom()) return;
+  if (commBusy_ || main_.mode == ModemMode::Closing) return;
+  if (!received_.HasRoom() && !Dispatches()) return;  // the dispatcher empties the buffer
   const Guard guard(commBusy_);
   const std::string text = comPort_.Input();
   log_.Received(text);
@@ -148,7 +149,7 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
 
 void TerminalLink::OnDataArrival() {
   // The socket has no guard: events nest, and append in the order of their arrival.
-  if (!received_.HasRoom()) return;
+  if (!received_.HasRoom() && !(LoginComplete() && Dispatches())) return;
   const std::string text = sock_.GetData();
   log_.Received(text);
   if (LoginComplete() && main_.mode == ModemMode::Upgrade) {

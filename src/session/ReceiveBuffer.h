@@ -12,9 +12,9 @@ namespace corvex {
 /// Where the link and those who wait for the modem meet: received bytes, one character each, appended by the
 /// receive events and taken from the front.
 ///
-/// It is bounded: a receive event leaves its bytes in the transport while HasRoom is false, and `onRoom` is
-/// called when they can be fetched. So no byte is lost, and it holds kCapacity and one event's bytes at the
-/// most.
+/// It is bounded: a receive event that dispatches nothing leaves its bytes in the transport while HasRoom is
+/// false, and `onRoom` is called when they can be fetched. So no byte is lost, and it holds kCapacity and two
+/// events' bytes at the most.
 class ReceiveBuffer {
  public:
   static constexpr std::size_t kCapacity = 16u << 20;

@@ -210,6 +210,23 @@ TEST_F(LinkTest, AFullReceiveBufferLeavesBytesInTheTransportAndLosesNone) {
   EXPECT_EQ(first.size() + received.TakeRx().size(), 20u << 20);
 }
 
+TEST_F(LinkTest, ABufferThatFilledUpUnreadDoesNotSilenceAModeThatDispatches) {
+  for (const bool lan : {false, true}) {
+    settings.config.lan.Set(lan);
+    ASSERT_TRUE(link.EnsureLinkOpen());
+    const auto arrive = [&](std::string_view bytes) { lan ? sock.Arrive(bytes) : comPort.Arrive(bytes); };
+    std::size_t taken = 0;
+    link.processReceived = [&] { taken += received.TakeRx().size(); };
+    main.mode = ModemMode::Offline;  // nobody takes
+    arrive(std::string(ReceiveBuffer::kCapacity, 'x'));
+    loop.Run(0.01);
+    main.mode = ModemMode::AtMode;
+    arrive("OK");
+    loop.Run(0.01);
+    EXPECT_EQ(taken, ReceiveBuffer::kCapacity + 2);
+  }
+}
+
 TEST_F(LinkTest, AVanishedPortLeavesTheProgramAlive) {
   ASSERT_TRUE(link.EnsureLinkOpen());
   main.rxSeen = false;
