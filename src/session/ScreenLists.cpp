@@ -56,22 +56,28 @@ void FillChoiceList(ListBox& list, const ScreenRecord& record) {
 }
 
 void ScreenLists::ShowMenu() {
-  EventLoop& loop = window_.loop();
+  const unsigned turn = ++menuTurn_;
+  // What runs in the pauses may show another menu, hide this one, or leave the modem's menus altogether.
+  const auto overtaken = [&] {
+    Pause(window_.loop(), kRepaintTime);
+    return turn != menuTurn_ || main_.mode != ModemMode::Terminal;
+  };
   window_.frmMenu.visible = false;
   window_.ListMenu.visible = false;
-  Pause(loop, kRepaintTime);
+  if (overtaken()) return;
   window_.frmMenu.BringToFront();
   window_.frmMenu.caption = state_.menuScreen.title;
   FillMenuList(window_.ListMenu, state_.menuScreen, state_.mailText);
-  Pause(loop, kRepaintTime);
+  if (overtaken()) return;
   window_.frmMenu.visible = true;
   window_.ListMenu.visible = true;
-  Pause(loop, kRepaintTime);
+  if (overtaken()) return;
   if (window_.Active()) window_.ListMenu.SetFocus();
   state_.softKeyText.fill({});
 }
 
 void ScreenLists::HideMenu() {
+  ++menuTurn_;
   if (window_.Active()) window_.frmKeys.BringToFront();
   window_.frmMenu.visible = false;
   window_.ListMenu.visible = false;

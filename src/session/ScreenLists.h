@@ -22,7 +22,8 @@ class ScreenLists {
       : window_(window), main_(main), state_(state) {}
 
   /// Shows the menu of the session, in steps with short pauses so that the list is rebuilt unseen, and takes
-  /// the soft keys' texts away: a menu has none. The caller shows the soft keys.
+  /// the soft keys' texts away: a menu has none. Gives up when it is overtaken in a pause. The caller shows
+  /// the soft keys.
   void ShowMenu();
   void HideMenu();
 
@@ -34,6 +35,7 @@ class ScreenLists {
   TermControls& window_;
   const MainState& main_;
   SessionState& state_;
+  unsigned menuTurn_ = 0;  // counts what has been done with the menu
 };
 
 }  // namespace corvex
