@@ -85,6 +85,7 @@ void ModeMachine::state_await_tml_intro() {
   switch (p_.probe.DetectModem()) {
     case ProbeWord::Ok:
       window.pointer = Pointer::Normal;
+      if (p_.main.mode == ModemMode::Offline) break;  // the user left during the probe
       p_.main.rxSeen = false;
       if (p_.link.EnterTagMode()) {
         EnterTerminalMode();

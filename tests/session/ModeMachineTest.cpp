@@ -161,6 +161,15 @@ TEST_F(Session, APanelEnteredWithoutASessionEndsOffline) {
   EXPECT_EQ(Sent(), "");
 }
 
+TEST_F(Session, GoingOfflineDuringAProbeIsNotUndoneByIt) {
+  p.loop.After(std::chrono::milliseconds(300), [&] { p.loop.Enter([&] { term.mnuOffline.click(); }); });
+  Click(term.mnuTerminal);
+  EXPECT_EQ(term.main().mode, ModemMode::Offline);
+  EXPECT_EQ(Sent().find("AT+WQUILSTARTTMLB"), std::string::npos);
+  EXPECT_FALSE(term.tmrWatchdog.enabled);
+  EXPECT_EQ(term.pointer, Pointer::Normal);
+}
+
 TEST_F(Session, APanelThatNeedsTheLinkIsNotEnteredWithoutOne) {
   p.settings.config.lan.Set(true);
   p.sock.reachable = false;
