@@ -417,7 +417,8 @@ void ModeMachine::HideTextView() {
 
 void ModeMachine::ShowPanel(std::size_t panel) {
   p_.window.frmAux.visible = true;
-  p_.window.fmOnTab[panel].visible = true;
+  // Going offline leaves the panel where it is, and all stand in the same place.
+  for (Frame& other : p_.window.fmOnTab) other.visible = other.index() == static_cast<int>(panel);
   ShowFullWindow();
 }
 

@@ -170,6 +170,14 @@ TEST_F(Session, GoingOfflineDuringAProbeIsNotUndoneByIt) {
   EXPECT_EQ(term.pointer, Pointer::Normal);
 }
 
+TEST_F(Session, APanelEnteredFromOfflineStandsAlone) {
+  Click(term.mnuAT);
+  Click(term.mnuOffline);
+  Click(term.mnuPort);
+  EXPECT_TRUE(term.fmOnTab[0].visible);
+  EXPECT_FALSE(term.fmOnTab[4].visible);
+}
+
 TEST_F(Session, APanelThatNeedsTheLinkIsNotEnteredWithoutOne) {
   p.settings.config.lan.Set(true);
   p.sock.reachable = false;
