@@ -99,7 +99,7 @@ TEST(Detection, TheUpgradeEntryFollowsTheAnswer) {
         Case{"ERROR", true, false}, Case{"?", true, false}}) {
     Program p;
     Responder modem(p.comPort, {{"at+gmm\r\n", "OK"}, {"at+wquilcswvload\r\n", c.answer}});
-    p.term.mnuUpgrade.enabled = false;
+    p.term.mnuUpgrade.enabled = !c.enabled;
     p.Start(3);
     EXPECT_EQ(p.term.mnuUpgrade.visible, c.visible) << c.answer;
     EXPECT_EQ(p.term.mnuUpgrade.enabled, c.enabled) << c.answer;
