@@ -175,7 +175,7 @@ class TermControls : public Form {
   MenuItem mnuSound{mnuConfigure, {.name = "mnuSound", .caption = "Sou&nd"}};
   MenuItem mnuSndBeep{mnuSound, {.name = "mnuSndBeep", .caption = "PC Beeper"}};
   MenuItem mnuSndOff{mnuSound, {.name = "mnuSndOff", .caption = "Off"}};
-  MenuItem mnuTelnet{mnuConfigure, {.name = "mnuTelnet", .caption = "Telnet", .visible = false}};
+  MenuItem mnuTelnet{mnuConfigure, {.name = "mnuTelnet", .caption = "Telnet"}};
   MenuItem mnuMasterONMaster{mnuTelnet, {.name = "mnuMasterONMaster", .caption = "Master MUB on Master SDU"}};
   MenuItem mnuSlaveONMaster{mnuTelnet, {.name = "mnuSlaveONMaster", .caption = "Slave Mub on Master SDU"}};
   MenuItem mnuMasterONSlave{mnuTelnet, {.name = "mnuMasterONSlave", .caption = "Master MUB on slave SDU"}};

@@ -52,6 +52,18 @@ TEST(Start, TheMenusAndThePositionFollowTheSettings) {
   EXPECT_TRUE(p.term.imgLogo.picture.Get().ends_with("logo.gif"));
 }
 
+TEST(Start, TheMubsAreOfferedOnTheRoutesThatHaveThem) {
+  for (const bool lan : {false, true}) {
+    for (const bool erb : {false, true}) {
+      Program p;
+      p.settings.config.lan.Set(lan);
+      p.settings.config.erbaccess.Set(erb);
+      p.Start(0);
+      EXPECT_EQ(p.term.mnuTelnet.visible, lan || erb);
+    }
+  }
+}
+
 TEST(Start, AnUnknownPhoneFamilyChangesNoMenu) {
   Program p;
   p.settings.config.phone.Set(std::string("R3"));
