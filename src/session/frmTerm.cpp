@@ -58,20 +58,26 @@ void frmTerm::ConnectEvents() {
     link_.CloseLink();
   };
 
-  cmdTop[0].click = [this] { modes_.state_await_tml_intro(); };
-  cmdTop[1].click = [this] {
-    if (main_.mode != ModemMode::DeviceManager) modes_.OpenDeviceManager();
+  // A click while the program is closing must not start anything that talks to the modem.
+  const auto unlessClosing = [this](auto action) {
+    return [this, action] {
+      if (main_.mode != ModemMode::Closing) action();
+    };
   };
-  mnuTerminal.click = [this] { modes_.state_await_tml_intro(); };
-  mnuTest.click = [this] { modes_.EnterTestInterface(); };
-  mnuAT.click = [this] { modes_.EnterAtMode(); };
-  mnuPort.click = [this] { modes_.EnterPortSetup(); };
-  mnuMapping.click = [this] { modes_.OpenDeviceManager(); };
-  mnuUpgrade.click = [this] { modes_.GoUpgrade(); };
-  mnuOffline.click = [this] {
+  cmdTop[0].click = unlessClosing([this] { modes_.state_await_tml_intro(); });
+  cmdTop[1].click = unlessClosing([this] {
+    if (main_.mode != ModemMode::DeviceManager) modes_.OpenDeviceManager();
+  });
+  mnuTerminal.click = unlessClosing([this] { modes_.state_await_tml_intro(); });
+  mnuTest.click = unlessClosing([this] { modes_.EnterTestInterface(); });
+  mnuAT.click = unlessClosing([this] { modes_.EnterAtMode(); });
+  mnuPort.click = unlessClosing([this] { modes_.EnterPortSetup(); });
+  mnuMapping.click = unlessClosing([this] { modes_.OpenDeviceManager(); });
+  mnuUpgrade.click = unlessClosing([this] { modes_.GoUpgrade(); });
+  mnuOffline.click = unlessClosing([this] {
     link_.CloseLink();
     modes_.GoOffline();
-  };
+  });
   mnuExit.click = [this] {
     main_.mode = ModemMode::Closing;
     Close();
@@ -85,10 +91,10 @@ void frmTerm::ConnectEvents() {
     settings_.config.sound.SetOff();
     SetSoundMenu();
   };
-  mnuMasterONMaster.click = [this] { modes_.SelectMub(0); };
-  mnuSlaveONMaster.click = [this] { modes_.SelectMub(1); };
-  mnuMasterONSlave.click = [this] { modes_.SelectMub(2); };
-  mnuSlaveONSlave.click = [this] { modes_.SelectMub(3); };
+  mnuMasterONMaster.click = unlessClosing([this] { modes_.SelectMub(0); });
+  mnuSlaveONMaster.click = unlessClosing([this] { modes_.SelectMub(1); });
+  mnuMasterONSlave.click = unlessClosing([this] { modes_.SelectMub(2); });
+  mnuSlaveONSlave.click = unlessClosing([this] { modes_.SelectMub(3); });
   mnuManual.click = [this] { platform_.dialogs.MessageBox("Insert the user CD for your terminal"); };
   tabConnect.click = [this] {
     frmSerial.visible = tabConnect.selected == 1;
@@ -99,17 +105,13 @@ void frmTerm::ConnectEvents() {
     tmrStart.enabled = false;
     if (main_.mode != ModemMode::Closing && Active()) modes_.ConnectProbe();
   };
-  tmrWatchdog.tick = [this] {
-    if (main_.mode != ModemMode::Closing) modes_.Watchdog();
-  };
+  tmrWatchdog.tick = unlessClosing([this] { modes_.Watchdog(); });
   tmrMsg.tick = [this] {
     tmrMsg.enabled = false;
     if (main_.mode != ModemMode::Closing) ClearPopUp(*this);
   };
   tmrResize.tick = [this] { tmrResize.enabled = false; };
-  tmrSpawnBook.tick = [this] {
-    if (main_.mode != ModemMode::Closing) modes_.OpenPhoneBook();
-  };
+  tmrSpawnBook.tick = unlessClosing([this] { modes_.OpenPhoneBook(); });
 
   activate = [this] { OnActivate(); };
   deactivate = [this] { SavePosition(); };

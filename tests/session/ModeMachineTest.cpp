@@ -302,6 +302,17 @@ TEST_F(Session, ClosingSendsCancelTwiceAndSavesThePosition) {
   EXPECT_LT(p.loop.Now() - began, std::chrono::seconds(1));
 }
 
+TEST_F(Session, AClickWhileClosingStartsNothing) {
+  for (MenuItem* entry : {&term.mnuTerminal, &term.mnuPort, &term.mnuTest, &term.mnuSlaveONMaster}) {
+    p.loop.After(std::chrono::milliseconds(100), [this, entry] { p.loop.Enter([&] { entry->click(); }); });
+  }
+  p.Do([&] { term.queryUnload(); });
+  EXPECT_TRUE(p.loop.Ended());
+  EXPECT_EQ(Sent(), "\x18\x18");
+  EXPECT_EQ(term.main().mode, ModemMode::Closing);
+  EXPECT_FALSE(p.comPort.PortOpen());
+}
+
 TEST_F(Session, APositionOffTheScreenIsNotSaved) {
   p.Do([&] { term.rect = Rect{1920 * 15, 2000, 8950, 4095}; });
   p.Do([&] { term.mnuExit.click(); });
