@@ -136,15 +136,17 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
     return;
   }
   main_.rxSeen = true;
+  if (main_.mode == ModemMode::Closing) return;
+  const bool dispatches = Dispatches();
   // While the dispatcher is at work, which may wait, the bytes stay in the port until the next event. That is
-  // meant.
-  if (commBusy_ || main_.mode == ModemMode::Closing) return;
-  if (!received_.HasRoom() && !Dispatches()) return;  // the dispatcher empties the buffer
-  const Guard guard(commBusy_);
+  // meant. A dialogue that was started from such a wait reads the buffer itself, and does get its bytes.
+  if (dispatches ? commBusy_ : !received_.HasRoom()) return;
   const std::string text = comPort_.Input();
   log_.Received(text);
   received_.AppendRx(text);
-  if (Dispatches() && processReceived) processReceived();
+  if (!dispatches || !processReceived) return;
+  const Guard guard(commBusy_);
+  processReceived();
 }
 
 void TerminalLink::OnDataArrival() {

@@ -159,6 +159,29 @@ TEST_F(LinkTest, BytesThatComeWhileTheDispatcherWaitsStayForTheNextEvent) {
   EXPECT_EQ(dispatched, (std::vector<std::string>{"first", "second third"}));
 }
 
+TEST_F(LinkTest, ADialogueStartedFromAWaitOfTheDispatcherGetsItsAnswers) {
+  main.mode = ModemMode::Terminal;
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  int calls = 0;
+  link.processReceived = [&] {
+    received.DiscardRx();
+    if (++calls > 1) return;
+    main.mode = ModemMode::DeviceManager;
+    for (const char* reply : {"one", "two"}) {
+      comPort.Arrive(reply);
+      Pause(loop, 0.1);
+      EXPECT_EQ(received.TakeRx(), reply);
+    }
+    main.mode = ModemMode::Terminal;
+    comPort.Arrive("three");
+    Pause(loop, 0.1);
+    EXPECT_FALSE(received.RxAvailable());
+  };
+  comPort.Arrive("first");
+  loop.Run(1);
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_F(LinkTest, SocketEventsNestInTheOrderOfArrival) {
   settings.config.lan.Set(true);
   main.mode = ModemMode::Terminal;
