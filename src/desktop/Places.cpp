@@ -15,7 +15,8 @@ namespace corvex {
 std::string FindAppFolder() {
   const QString own = QCoreApplication::applicationDirPath();
   // Tried, and not asked for: rights alone do not tell on every system.
-  if (QTemporaryFile(own + QStringLiteral("/corvex-XXXXXX")).open()) return QFile::encodeName(own).toStdString();
+  if (QTemporaryFile(own + QStringLiteral("/corvex-XXXXXX")).open())
+    return QFile::encodeName(own).toStdString();
   const QString users =
       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/corvex");
   QDir().mkpath(users);

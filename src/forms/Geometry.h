@@ -22,7 +22,7 @@ struct Rect {
 
 struct Font {
   std::string name = {};  ///< Empty: the font of the system.
-  double size = 8;   ///< In points.
+  double size = 8;        ///< In points.
   bool bold = false;
   bool italic = false;
   bool underline = false;

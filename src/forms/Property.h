@@ -63,11 +63,11 @@ class Property {
   friend bool operator==(const Property& property, const U& value) {
     return property.value_ == value;
   }
-  friend std::ostream& operator<<(std::ostream& out, const Property& property)
-    requires requires(const T& value) { out << value; }
-  {
-    return out << property.value_;
+  friend std::ostream& operator<<(std::ostream& out, const Property& property) requires
+      requires(const T& value) {
+    out << value;
   }
+  { return out << property.value_; }
 
  private:
   Observable& owner_;

@@ -166,9 +166,10 @@ bool TerminalLink::EnsureLinkOpen() {
   openRefused_ = false;
   if (LinkIsLan()) {
     if (SocketReady() && LoginComplete()) return true;
+    const Overtaken overtaken(main_);
     CloseLink();
     Pause(loop_, 0.05);
-    if (!OpenSocket()) return false;
+    if (overtaken() || !OpenSocket()) return false;
     return LanLogin();
   }
   OpenSerial();
@@ -186,6 +187,7 @@ void TerminalLink::OpenSerial() {
 }
 
 bool TerminalLink::OpenSocket() {
+  const Overtaken overtaken(main_);
   constexpr int kRounds = 9;
   received_.ClearRx();
   for (int round = 0; round < kRounds;) {
@@ -205,17 +207,20 @@ bool TerminalLink::OpenSocket() {
       ++round;
     }
     Pause(loop_, 0.1);
+    if (overtaken()) return false;
   }
   sock_.Close();
   return false;
 }
 
 bool TerminalLink::LanLogin() {
+  const Overtaken overtaken(main_);
   login_.ResetLogin();
   const auto began = loop_.Now();
   while (sock_.GetState() != SocketControl::kConnected) {
     if (loop_.Now() - began > std::chrono::seconds(20)) return false;
     loop_.Pump(began + std::chrono::milliseconds(20001));
+    if (overtaken()) return false;
   }
   login_.ResetLogin();
   if (!settings_.config.erbaccess.Get()) {
@@ -228,18 +233,23 @@ bool TerminalLink::LanLogin() {
 }
 
 bool TerminalLink::ErbRelogin() {
+  const Overtaken overtaken(main_);
   const auto began = loop_.Now();
   login_.ResetLogin();
   WriteText(std::string(kTransparentMode) + std::string(kCrLf));
   Pause(loop_, 0.1);
+  if (overtaken()) return false;
   LoginStep();
   return AwaitLogin(began, 8);
 }
 
 bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
+  const Overtaken overtaken(main_);
   while (!login_.LoginFailed() && !login_.LoginComplete()) {
     Pause(loop_, 0.1);
+    if (overtaken()) return false;
     LoginStep();
+    if (overtaken()) return false;
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - began).count();
     // Exactly this second: a login that was held up past it has until the second limit.
     if (elapsed == giveUpAt) {
@@ -259,12 +269,14 @@ void TerminalLink::LoginStep() {
 }
 
 void TerminalLink::CloseLink() {
+  const Overtaken overtaken(main_);
   if (LinkIsLan() && sock_.GetState() > SocketControl::kClosed) {
     if (SocketReady() && LoginComplete()) {
       SendCancel();
       Pause(loop_, 0.1);
       received_.DiscardRx();
       Pause(loop_, 0.1);
+      if (overtaken()) return;
       WriteText(kTransparentMode);  // without a line end at the end of a session; that is meant
     } else if (settings_.config.erbaccess.Get()) {
       WriteText(kTransparentMode);
@@ -278,6 +290,7 @@ void TerminalLink::CloseLink() {
   comPort_.DiscardInput();
   comPort_.DiscardOutput();
   Pause(loop_, 0.05);
+  if (overtaken()) return;
   if (comPort_.PortOpen()) {
     log_.Closed();
     comPort_.Close();
@@ -292,13 +305,16 @@ void TerminalLink::LeaveMub() {
 }
 
 bool TerminalLink::SendAndAwaitOk(std::string_view command) {
+  const Overtaken overtaken(main_);
   const std::string line = std::string(command) + std::string(kCrLf);
   SendCancel();
+  if (overtaken()) return false;
   received_.DiscardRx();
   WriteText(line);
   std::string answer;
   for (int round = 1; round <= 8; ++round) {
     Pause(loop_, 0.05);
+    if (overtaken()) return false;
     received_.TakeRxInto(answer);
     if (Contains(UpperCase(answer), "OK") || Contains(answer, "<tml>")) {
       SendTagModeRequest();
@@ -312,7 +328,9 @@ bool TerminalLink::SendAndAwaitOk(std::string_view command) {
 bool TerminalLink::EnterTagMode() {
   constexpr std::string_view kCommand = "AT+WQUILSTARTTMLB";
   const std::int32_t phase = settings_.config.mmiphase.Get();
+  const Overtaken overtaken(main_);
   if (SendAndAwaitOk(kCommand)) return true;
+  if (overtaken()) return false;
   // The second try is the same command; only the phase that is stored tells that it was needed.
   if (!SendAndAwaitOk(kCommand)) return false;
   // Unsigned, as what stands in the settings file may be any number.

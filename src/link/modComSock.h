@@ -18,7 +18,8 @@ namespace corvex {
 /// What is received collects in the receive buffer, and in the modes that show it the dispatcher is called.
 /// What cannot be sent is dropped in silence, and the missing answer is what tells: the links of these
 /// terminals come and go, and every dialogue above has its own rounds. All waits pump events, so that timers,
-/// menu commands and received bytes run inside them.
+/// menu commands and received bytes run inside them; what they have overtaken gives up, as if the link had
+/// failed.
 class TerminalLink {
  public:
   TerminalLink(const Platform& platform, SettingsStore& settings, ReceiveBuffer& received, MainState& main);

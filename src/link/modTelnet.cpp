@@ -58,7 +58,8 @@ void TelnetLogin::AskForPassword() {
   auto& config = settings_.config;
   const auto typed = actions_.ask("Enter password for " + config.username.Get(),
                                   "Telnet login Mub " + config.mubselect.Get());
-  config.password.Set(typed.value_or(""));  // an empty one is stored too
+  // An empty text is stored too; a user who typed nothing at all keeps what he has.
+  if (typed) config.password.Set(*typed);
   actions_.writeText(kCrLf);
   state_ = LoginState::Idle;
 }

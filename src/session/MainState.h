@@ -14,6 +14,20 @@ struct MainState {
   bool rowsFrozen = false;  ///< Rows are not repainted: a click walks the modem's cursor.
   bool screenHold = false;  ///< Neither rows nor choice lists are shown: the tool walks the modem's cursor.
   std::string applicationTitle;  ///< Names the terminal once it has been detected.
+  unsigned passage = 0;          ///< Counts the passages between modes that have begun; see Overtaken.
+};
+
+/// Tells whether another passage between modes has begun since this was made: by a click, a tick or a packet
+/// that came in one of its waits. What has been overtaken stops where it is, without a further byte to the
+/// modem: the other has run to its end already, and the link and the window are its affair.
+class Overtaken {
+ public:
+  explicit Overtaken(const MainState& main) : main_(main), passage_(main.passage) {}
+  bool operator()() const { return main_.passage != passage_; }
+
+ private:
+  const MainState& main_;
+  unsigned passage_;
 };
 
 /// The main window's caption: the program's title and, if `mubInfo` is not empty, that text behind a blank.

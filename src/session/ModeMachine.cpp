@@ -21,7 +21,13 @@ constexpr std::size_t kUnplacedPanel = 2;  // keeps its place; that is meant
 
 }  // namespace
 
+Overtaken ModeMachine::BeginPassage() {
+  ++p_.main.passage;
+  return Overtaken(p_.main);
+}
+
 void ModeMachine::ConnectProbe() {
+  const Overtaken overtaken = BeginPassage();
   TermControls& window = p_.window;
   MainState& main = p_.main;
   HideTextView();
@@ -29,40 +35,30 @@ void ModeMachine::ConnectProbe() {
   ClearScreen();
   window.frmKeys.visible = true;
   p_.link.CloseLink();
+  if (overtaken()) return;
   window.pointer = Pointer::Hourglass;
   const ProbeWord word = p_.probe.DetectModem();
-  const bool wanted = window.visible && main.mode != ModemMode::Offline;
+  if (overtaken() || main.mode == ModemMode::Closing) return;
+  window.pointer = Pointer::Normal;
   switch (word) {
     case ProbeWord::Ok:
-      if (main.mode == ModemMode::Offline) break;
-      window.pointer = Pointer::Normal;
-      main.rxSeen = false;
-      if (p_.link.EnterTagMode()) {
-        EnterTerminalMode();
-      } else if (p_.platform.comPort.PortOpen()) {
-        // Over the LAN nothing is shown and nothing changes.
-        ShowPopUp(window, "No Valid Response");
-        GoOffline();
-        p_.link.CloseLink();
-      }
+      // Over the LAN, where the port is closed, a failure shows nothing and changes nothing.
+      EnterByTagMode(overtaken, p_.platform.comPort.PortOpen());
       break;
     case ProbeWord::Busy:
-      if (!wanted || main.mode == ModemMode::Closing) break;
-      window.pointer = Pointer::Normal;
-      ShowPopUp(window, "Port is busy - check running applications");
+      if (window.visible) ShowPopUp(window, "Port is busy - check running applications");
       break;
     case ProbeWord::None:
-      if (!wanted || main.mode == ModemMode::Closing) break;
-      window.pointer = Pointer::Normal;
+      if (!window.visible) break;
       p_.platform.dialogs.MessageBox("No contact - please check connections");
+      if (overtaken()) break;
       window.tmrWatchdog.enabled = true;
       main.mode = ModemMode::Failed;
       break;
     case ProbeWord::CheckSpeed:
-      if (!wanted) break;
-      window.pointer = Pointer::Normal;
+      if (!window.visible) break;
       // Nothing is detected in spite of the wording: the user is led to the port settings.
-      if (p_.platform.dialogs.AskYesNo("Bad response - try and autodetect modem?")) {
+      if (p_.platform.dialogs.AskYesNo("Bad response - try and autodetect modem?") && !overtaken()) {
         EnterPortSetup();
         main.mode = ModemMode::Failed;
       }
@@ -71,46 +67,56 @@ void ModeMachine::ConnectProbe() {
 }
 
 void ModeMachine::state_await_tml_intro() {
+  const Overtaken overtaken = BeginPassage();
   TermControls& window = p_.window;
   LeavePanel();
+  if (overtaken()) return;
   p_.link.CloseLink();
+  if (overtaken()) return;
   HideTextView();
   p_.main.mode = ModemMode::AwaitIntro;
+  UpdateModeMenu();
   p_.received.ClearRx();
   ShowCompactWindow();
   FocusScreen();
   window.frmNav.BringToFront();
   window.frmKeys.visible = true;
   window.pointer = Pointer::Hourglass;
-  switch (p_.probe.DetectModem()) {
+  const ProbeWord word = p_.probe.DetectModem();
+  if (overtaken()) return;
+  if (word != ProbeWord::Busy)
+    window.pointer = Pointer::Normal;  // it stays busy with the port; that is meant
+  switch (word) {
     case ProbeWord::Ok:
-      window.pointer = Pointer::Normal;
-      if (p_.main.mode == ModemMode::Offline) break;  // the user left during the probe
-      p_.main.rxSeen = false;
-      if (p_.link.EnterTagMode()) {
-        EnterTerminalMode();
-      } else {
-        ShowPopUp(window, "No Valid Response");
-        GoOffline();
-        p_.link.CloseLink();
-      }
+      EnterByTagMode(overtaken, true);
       break;
     case ProbeWord::None:
-      window.pointer = Pointer::Normal;
       ShowPopUp(window, "No response.|Check connection to modem");
       p_.main.mode = ModemMode::Failed;
       break;
     case ProbeWord::CheckSpeed:
-      window.pointer = Pointer::Normal;
       ShowPopUp(window,
                 "Invalid response at " + p_.platform.comPort.Settings() + "|Check parameters and try again");
       break;
     case ProbeWord::Busy:
-      break;  // the pointer stays busy; that is meant
+      break;
   }
 }
 
+void ModeMachine::EnterByTagMode(const Overtaken& overtaken, bool tellsFailure) {
+  p_.main.rxSeen = false;
+  if (p_.link.EnterTagMode()) {
+    EnterTerminalMode();
+    return;
+  }
+  if (!tellsFailure || overtaken()) return;
+  if (!TakeOffline(overtaken)) return;
+  p_.link.CloseLink();
+  ShowPopUp(p_.window, "No Valid Response");  // last, as going offline clears what stands there
+}
+
 void ModeMachine::EnterTerminalMode() {
+  const Overtaken overtaken(p_.main);
   p_.window.tmrWatchdog.enabled = true;
   p_.grid.ResetScreenModel();
   p_.link.WriteText(kRepaint);
@@ -119,6 +125,7 @@ void ModeMachine::EnterTerminalMode() {
   p_.main.tagSession = true;
   UpdateModeMenu();
   Pause(p_.window.loop(), 0.2);
+  if (overtaken()) return;
   p_.link.WriteText(kRepaint);  // twice; that is meant
   ShowPortLabel();
 }
@@ -137,6 +144,21 @@ void ModeMachine::ShowPortLabel() {
 }
 
 void ModeMachine::GoOffline() {
+  TakeOffline(BeginPassage());
+}
+
+void ModeMachine::Disconnect() {
+  const Overtaken overtaken = BeginPassage();
+  p_.link.CloseLink();
+  if (!overtaken()) TakeOffline(overtaken);
+}
+
+void ModeMachine::ShutDown() {
+  if (TakeOffline(BeginPassage())) p_.link.CloseLink();
+}
+
+/// False if it was overtaken on the way.
+bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   TermControls& window = p_.window;
   HideConnectPanels();
   CloseTrace();
@@ -148,7 +170,10 @@ void ModeMachine::GoOffline() {
   window.lblTempPsu.visible = false;
   p_.main.tagSession = false;
   if (p_.main.mode == ModemMode::Terminal) p_.link.SendCancel();
+  if (overtaken()) return false;
+  window.pointer = Pointer::Normal;  // of a probe that was left
   window.frmMenu.visible = false;
+  window.frmChoice.visible = false;
   PaintRows(window, p_.main, p_.state, p_.grid);
   ShowSoftKeys(window, p_.main, p_.state, p_.settings);
   window.frmAux.visible = false;
@@ -159,9 +184,11 @@ void ModeMachine::GoOffline() {
   p_.main.rxSeen = false;
   p_.main.mode = ModemMode::Offline;
   UpdateModeMenu();
+  return true;
 }
 
 void ModeMachine::EnterPortSetup() {
+  const Overtaken overtaken = BeginPassage();
   TermControls& window = p_.window;
   HideConnectPanels();
   CloseTrace();
@@ -172,7 +199,7 @@ void ModeMachine::EnterPortSetup() {
   switch (p_.main.mode) {
     case ModemMode::PortSetup:
       window.fmOnTab[kPortPanel].visible = false;
-      ReturnFromPanel();
+      ReturnFromPanel(overtaken);
       return;
     case ModemMode::TestInterface:
       window.fmOnTab[kTestPanel].visible = false;
@@ -188,8 +215,11 @@ void ModeMachine::EnterPortSetup() {
     default:
       break;
   }
+  if (overtaken()) return;
   p_.main.rxSeen = false;
   p_.link.CloseLink();
+  if (overtaken()) return;
+  window.pointer = Pointer::Normal;
   HideTextView();
   ShowPanel(kPortPanel);
   (lan ? window.frmLan : window.frmSerial).visible = true;
@@ -199,6 +229,7 @@ void ModeMachine::EnterPortSetup() {
 
 void ModeMachine::EnterTestInterface() {
   if (!p_.link.EnsureLinkOpen()) return;
+  const Overtaken overtaken = BeginPassage();
   TermControls& window = p_.window;
   StopTimers();
   HideConnectPanels();
@@ -216,15 +247,13 @@ void ModeMachine::EnterTestInterface() {
     case ModemMode::TestInterface:
       window.fmOnTab[kTestPanel].visible = false;
       if (p_.link.EnsureLinkOpen()) p_.link.WriteText("quit\r\nat\r\n");
-      ReturnFromPanel();
+      ReturnFromPanel(overtaken);
       return;
     default:
       break;
   }
-  window.txtRx.SetText({});
-  window.txtRx.visible = true;
-  ShowPanel(kTestPanel);
-  window.frmMenu.visible = false;
+  if (overtaken()) return;
+  ShowTextPanel(kTestPanel);
   p_.link.WriteText("\x18");
   p_.link.WriteText("at+wquiltest\r\n");
   p_.main.mode = ModemMode::TestInterface;
@@ -233,6 +262,7 @@ void ModeMachine::EnterTestInterface() {
 
 void ModeMachine::EnterAtMode() {
   if (!p_.link.EnsureLinkOpen()) return;
+  const Overtaken overtaken = BeginPassage();
   TermControls& window = p_.window;
   HideConnectPanels();
   CloseTrace();
@@ -251,16 +281,14 @@ void ModeMachine::EnterAtMode() {
     case ModemMode::AtMode:
       window.fmOnTab[kAtPanel].visible = false;
       window.frmKeys.visible = true;
-      ReturnFromPanel();
+      ReturnFromPanel(overtaken);
       return;
     default:
       break;
   }
+  if (overtaken()) return;
   p_.main.rxSeen = false;
-  window.txtRx.SetText({});
-  window.txtRx.visible = true;
-  ShowPanel(kAtPanel);
-  window.frmMenu.visible = false;
+  ShowTextPanel(kAtPanel);
   p_.main.mode = ModemMode::AtMode;
   UpdateModeMenu();
   PauseShort(window.loop());
@@ -278,10 +306,12 @@ void ModeMachine::OpenDeviceManager() {
     const Busy busy(deviceManagerBusy_);
     CloseTrace();
     StopTimers();
-    GoOffline();
+    const Overtaken overtaken = BeginPassage();
+    if (!TakeOffline(overtaken)) return;
     p_.link.SendCancel();
+    if (overtaken()) return;
     UpdateModeMenu();
-    GoOffline();  // once more; it does no harm and is meant
+    TakeOffline(overtaken);  // once more; it does no harm and is meant
     p_.main.mode = ModemMode::DeviceManager;
     frmDev(p_.window).ShowModal();
   }
@@ -292,11 +322,13 @@ void ModeMachine::OpenPhoneBook() {
   CloseTrace();
   StopTimers();
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  GoOffline();
+  const Overtaken overtaken = BeginPassage();
+  if (!TakeOffline(overtaken)) return;
   p_.link.SendCancel();
+  if (overtaken()) return;
   p_.main.mode = ModemMode::DeviceManager;
   UpdateModeMenu();
-  GoOffline();  // the mode during the book is Offline; that is meant
+  TakeOffline(overtaken);  // the mode during the book is Offline; that is meant
   frmBook(p_.window).ShowModal();
   ReturnToTerminal(wasTerminal);
 }
@@ -306,7 +338,7 @@ void ModeMachine::ReturnToTerminal(bool wasTerminal) {
 }
 
 void ModeMachine::GoUpgrade() {
-  GoOffline();
+  if (!TakeOffline(BeginPassage())) return;
   p_.main.mode = ModemMode::Upgrade;
   if (!upgrade_) upgrade_.emplace(p_.window);
   upgrade_->visible = true;
@@ -316,9 +348,11 @@ void ModeMachine::SelectMub(int mub) {
   p_.settings.config.mubselect.Set(std::to_string(mub));
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
   p_.state.mubInfoText.clear();
+  const Overtaken overtaken = BeginPassage();
   p_.link.LeaveMub();
-  GoOffline();
+  if (overtaken() || !TakeOffline(overtaken)) return;
   p_.link.CloseLink();
+  if (overtaken()) return;
   RefreshMenuMarks();
   p_.window.caption = p_.main.applicationTitle + ' ';
   p_.state.mubChanged = true;
@@ -342,7 +376,9 @@ void ModeMachine::RefreshMenuMarks() {
 
 void ModeMachine::Watchdog() {
   if (!p_.main.rxSeen) {
+    const Overtaken overtaken = BeginPassage();
     p_.link.CloseLink();
+    if (overtaken()) return;
     p_.platform.comPort.Open();  // over the LAN too, where it is of no use and does no harm
     p_.platform.comPort.DiscardInput();
     ShowPopUp(p_.window, "Trying to connect");
@@ -378,11 +414,11 @@ void ModeMachine::LeaveTerminal() {
   p_.link.SendCancel();
 }
 
-void ModeMachine::ReturnFromPanel() {
+void ModeMachine::ReturnFromPanel(const Overtaken& overtaken) {
+  if (overtaken()) return;
   if (p_.main.tagSession) {
     state_await_tml_intro();
-  } else {
-    GoOffline();
+  } else if (TakeOffline(overtaken)) {
     p_.link.CloseLink();
   }
 }
@@ -420,6 +456,17 @@ void ModeMachine::ShowPanel(std::size_t panel) {
   // Going offline leaves the panel where it is, and all stand in the same place.
   for (Frame& other : p_.window.fmOnTab) other.visible = other.index() == static_cast<int>(panel);
   ShowFullWindow();
+}
+
+void ModeMachine::ShowTextPanel(std::size_t panel) {
+  TermControls& window = p_.window;
+  p_.received.DiscardRx();  // what came while nobody looked
+  window.pointer = Pointer::Normal;
+  window.txtRx.SetText({});
+  window.txtRx.visible = true;
+  ShowPanel(panel);
+  window.frmMenu.visible = false;
+  window.frmChoice.visible = false;
 }
 
 void ModeMachine::ShowCompactWindow() {

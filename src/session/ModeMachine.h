@@ -19,7 +19,8 @@ namespace corvex {
 /// passage.
 ///
 /// All procedures wait by pumping events, so that clicks, ticks and received bytes can run inside any of
-/// them. The mode tells those what they may do.
+/// them, the same procedures included. The mode tells those what they may do, and a procedure that finds
+/// itself overtaken by another after a wait stops.
 class ModeMachine {
  public:
   struct Parts {
@@ -47,6 +48,10 @@ class ModeMachine {
 
   /// Ends the session. Closing the link is the caller's affair.
   void GoOffline();
+  /// Closes the link, then goes offline.
+  void Disconnect();
+  /// The terminal is switching off: goes offline, then closes the link.
+  void ShutDown();
 
   // The service panels. Each is a toggle: started while its own mode is on, it leaves it.
   void EnterPortSetup();
@@ -78,10 +83,14 @@ class ModeMachine {
   void UpdateModeMenu();
 
  private:
+  Overtaken BeginPassage();
+  bool TakeOffline(const Overtaken& overtaken);
+  void EnterByTagMode(const Overtaken& overtaken, bool tellsFailure);
   void LeavePanel();
   void LeaveTerminal();
-  void ReturnFromPanel();
+  void ReturnFromPanel(const Overtaken& overtaken);
   void ShowPanel(std::size_t panel);
+  void ShowTextPanel(std::size_t panel);
   void CloseTrace();
   void FocusScreen();
   void ClearScreen();

@@ -53,10 +53,7 @@ void frmTerm::ConnectEvents() {
   tags_.onCompression = [this](TagToken kind, std::string_view toolTip) {
     status_.ShowCompression(kind, toolTip);
   };
-  dispatcher_.shutdown = [this] {
-    modes_.GoOffline();
-    link_.CloseLink();
-  };
+  dispatcher_.shutdown = [this] { modes_.ShutDown(); };
 
   // A click while the program is closing must not start anything that talks to the modem.
   const auto unlessClosing = [this](auto action) {
@@ -74,10 +71,7 @@ void frmTerm::ConnectEvents() {
   mnuPort.click = unlessClosing([this] { modes_.EnterPortSetup(); });
   mnuMapping.click = unlessClosing([this] { modes_.OpenDeviceManager(); });
   mnuUpgrade.click = unlessClosing([this] { modes_.GoUpgrade(); });
-  mnuOffline.click = unlessClosing([this] {
-    link_.CloseLink();
-    modes_.GoOffline();
-  });
+  mnuOffline.click = unlessClosing([this] { modes_.Disconnect(); });
   mnuExit.click = [this] {
     main_.mode = ModemMode::Closing;
     Close();

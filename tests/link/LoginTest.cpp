@@ -52,9 +52,13 @@ TEST_F(LoginTest, ARefusedPasswordIsAskedForAndStored) {
   EXPECT_EQ(asked, std::vector<std::string>{"Enter password for root|Telnet login Mub 0"});
   EXPECT_EQ(settings.config.password.Get(), "new");
   EXPECT_EQ(sent, "\r\n\r\n");  // twice; that is meant
-  typed.reset();
+  typed = "";
   login.LoginStep("Login incorrect");
   EXPECT_EQ(settings.ReadSetting("config", "password", "?"), "");
+  settings.config.password.Set("kept");
+  typed.reset();
+  login.LoginStep("Login incorrect");
+  EXPECT_EQ(settings.config.password.Get(), "kept");
 }
 
 TEST_F(LoginTest, AModemThatTalksAlreadyNeedsNoLogin) {

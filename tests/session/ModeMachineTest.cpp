@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <optional>
 
 #include "support/Program.h"
 
@@ -368,6 +369,85 @@ TEST(Closing, AMessageBoxInTheWayEndsToo) {
   };
   p.Start(10);
   EXPECT_TRUE(p.loop.Ended());
+}
+
+/// Runs a program with a modem, or a silent line, and clicks `after` seconds from the start.
+struct Clicked {
+  Clicked(double after, bool answers, const std::function<void(Program&)>& click) {
+    if (answers) modem.emplace(p.comPort, HeronModem());
+    p.loop.After(std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(after)), [&] {
+      p.loop.Enter([&] { click(p); });
+      sentThen = p.comPort.sent.size();
+    });
+    p.Start(6);
+  }
+  Program p;
+  std::optional<Responder> modem;
+  std::size_t sentThen = 0;  // when what was clicked had run to its end
+};
+
+TEST(Overtaken, AProbeEndsWithoutAFurtherByteWhenTheUserGoesElsewhere) {
+  for (double after = 0.12; after < 2.4; after += 0.07) {
+    for (const bool answers : {true, false}) {
+      const Clicked again(after, answers, [](Program& p) { p.term.mnuTerminal.click(); });
+      EXPECT_EQ(again.p.term.main().mode, answers ? ModemMode::Terminal : ModemMode::Failed) << after;
+      EXPECT_EQ(again.p.comPort.sent.size(), again.sentThen) << after;
+      const Clicked offline(after, answers, [](Program& p) { p.term.mnuOffline.click(); });
+      EXPECT_EQ(offline.p.term.main().mode, ModemMode::Offline) << after;
+      EXPECT_EQ(offline.p.comPort.sent.size(), offline.sentThen) << after;
+      EXPECT_EQ(offline.p.term.pointer, Pointer::Normal) << after;
+      const Clicked port(after, answers, [](Program& p) { p.term.mnuPort.click(); });
+      EXPECT_EQ(port.p.term.main().mode, ModemMode::PortSetup) << after;
+      EXPECT_TRUE(port.p.term.fmOnTab[0].visible) << after;
+      EXPECT_EQ(port.p.comPort.sent.size(), port.sentThen) << after;
+    }
+  }
+}
+
+TEST(Overtaken, ALanConnectThatIsLeftStaysClosed) {
+  for (const bool fallsBack : {true, false}) {
+    Program p;
+    p.settings.config.lan.Set(true);
+    p.sock.fallsBack = fallsBack;
+    p.sock.answers = false;
+    p.loop.After(std::chrono::milliseconds(500), [&] { p.loop.Enter([&] { p.term.mnuOffline.click(); }); });
+    p.Start(0.4);
+    p.loop.Run(20);
+    EXPECT_EQ(p.term.main().mode, ModemMode::Offline);
+    EXPECT_EQ(p.sock.GetState(), SocketControl::kClosed);
+    EXPECT_TRUE(p.dialogs.shown.empty());
+  }
+}
+
+TEST(Connect, AModemThatRefusesTheTagStreamIsToldAndLeft) {
+  for (const bool byMenu : {true, false}) {
+    Program p;
+    Responder modem(p.comPort, {{"at+gmm\r\n", "OK"}});
+    p.windows.activates = !byMenu;
+    p.Start(byMenu ? 0.2 : 3);
+    if (byMenu) p.Do([&] { p.term.mnuTerminal.click(); });
+    EXPECT_EQ(p.term.main().mode, ModemMode::Offline);
+    EXPECT_FALSE(p.comPort.PortOpen());
+    EXPECT_EQ(p.term.LblMsg[0].caption, "No Valid Response");
+    EXPECT_TRUE(p.term.frmMsg.visible);
+  }
+  Program lan;
+  lan.settings.config.lan.Set(true);
+  Responder modem(lan.sock, {{"at+gmm\r\n", "OK"}});
+  lan.Start(4);
+  EXPECT_EQ(lan.term.main().mode, ModemMode::AwaitIntro);  // stays where it is
+  EXPECT_FALSE(lan.term.frmMsg.visible);
+}
+
+TEST(Connect, ARepeatedConnectAtAWrongSpeedNamesTheParameters) {
+  Program p;
+  p.windows.activates = false;
+  p.comPort.onSent = [&](std::string_view) { p.comPort.Arrive("\xF0\x0F"); };
+  p.Start(0.2);
+  p.Do([&] { p.term.mnuTerminal.click(); });
+  EXPECT_EQ(p.term.LblMsg[0].caption, "Invalid response at 115200,n,8,1");
+  EXPECT_EQ(p.term.LblMsg[1].caption, "Check parameters and try again");
+  EXPECT_EQ(p.term.main().mode, ModemMode::AwaitIntro);
 }
 
 TEST(Gps, TheEntryAndThePanelFollowTheSetting) {
