@@ -25,10 +25,8 @@ BENCHMARK(MixedInPieces)->Arg(1)->Arg(64)->Arg(512)->Arg(4096)->Arg(65536)->Unit
 void OneEvent(benchmark::State& run, const std::string& pattern) {
   const auto bytes = static_cast<std::size_t>(run.range(0));
   const std::string traffic = pattern.empty() ? MixedTraffic(bytes) : Repeated(pattern, bytes);
-  for (auto _ : run) {
-    test::Decoder decoder;
-    FeedInPieces(decoder, traffic, bytes);
-  }
+  test::Decoder decoder;
+  for (auto _ : run) FeedInPieces(decoder, traffic, bytes);
   run.SetBytesProcessed(run.iterations() * run.range(0));
 }
 
@@ -36,10 +34,8 @@ void OneEvent(benchmark::State& run, const std::string& pattern) {
 void OneByteEvents(benchmark::State& run, const std::string& pattern) {
   const auto bytes = static_cast<std::size_t>(run.range(0));
   const std::string traffic = pattern.empty() ? MixedTraffic(bytes) : Repeated(pattern, bytes);
-  for (auto _ : run) {
-    test::Decoder decoder;
-    FeedInPieces(decoder, traffic, 1);
-  }
+  test::Decoder decoder;
+  for (auto _ : run) FeedInPieces(decoder, traffic, 1);
   run.SetBytesProcessed(run.iterations() * run.range(0));
 }
 

@@ -11,15 +11,17 @@ namespace corvex {
 
 namespace {
 
-constexpr std::int32_t kTraceIntroducer = 11;  ///< "<Trace>" and the four digits of the record's length.
-/// A trace record is passed over as if absent until this much of it stands in the text.
+/// A trace record's introducer has its length in it, in four digits.
+constexpr std::size_t kLengthDigits = 4;
+constexpr std::size_t kTraceIntroducer = kTraceStart.size() + kLengthDigits;
+/// The record is passed over as if absent until this much of it stands in the text.
 constexpr std::size_t kTraceSeen = kTraceIntroducer + 3;
 constexpr std::int16_t kMinTraceLength = 3;
 constexpr std::int16_t kMaxTraceLength = 200;
 
 /// The length field of the trace record that a text begins with; one out of bounds stands for the least.
 std::int16_t TraceLength(std::string_view record) {
-  const auto length = PrefixInt16(record.substr(7, 4));
+  const auto length = PrefixInt16(record.substr(kTraceStart.size(), kLengthDigits));
   return length && *length >= kMinTraceLength && *length <= kMaxTraceLength ? *length : kMinTraceLength;
 }
 
@@ -78,13 +80,13 @@ ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
   // found.
   ScanItem item;
   std::size_t place = from + static_cast<std::size_t>(item.pos) - 1;
-  std::int32_t introducer = 0;
+  std::size_t introducer = 0;
 
   const std::size_t tag = tag_.Find(text, from, from + kLastPosition);
   if (tag != WordSearch::npos) {
     item.kind = ScanKind::TagItem;
     place = tag;
-    introducer = 5;
+    introducer = kPacketStart.size();
   }
   const std::size_t escape = place > from ? escape_.Find(text, from, place) : WordSearch::npos;
   if (escape != WordSearch::npos) {
@@ -101,7 +103,7 @@ ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
   }
 
   item.pos = static_cast<std::int16_t>(place - from + 1);
-  if (item.kind != ScanKind::None) item.after = item.pos + introducer;
+  if (item.kind != ScanKind::None) item.after = item.pos + static_cast<std::int32_t>(introducer);
   return item;
 }
 

@@ -18,6 +18,7 @@ inline constexpr std::size_t kLastPosition = 32767;
 
 inline constexpr std::string_view kPacketStart = "<tml>";
 inline constexpr std::string_view kPacketEnd = "</tml>";
+inline constexpr std::string_view kTraceStart = "<Trace>";
 
 enum class ScanKind : std::int32_t { None = 0, TraceItem = 1, TagItem = 2, EscapeItem = 3 };
 
@@ -88,7 +89,7 @@ class ItemSearch {
  private:
   WordSearch tag_{kPacketStart};
   WordSearch escape_{"\x1B"};
-  WordSearch trace_{"<Trace>"};
+  WordSearch trace_{kTraceStart};
 };
 
 }  // namespace corvex

@@ -23,8 +23,7 @@ std::optional<std::uint8_t> ToByte(std::string_view text) {
   return static_cast<std::uint8_t>(*number);
 }
 
-/// What every known sequence ends in. The others need not be tried: they are half of a painted screen's
-/// bytes.
+/// What every known sequence ends in; the digits before it, which are most of a sequence, need not be tried.
 bool IsFinal(char c) {
   return c >= 'A' && c != '[';
 }

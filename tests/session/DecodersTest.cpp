@@ -69,6 +69,19 @@ TEST(Tag, TokenAndPayloadOfAPacket) {
   EXPECT_EQ(PrintPayload("<tml><Print>00</tml>"), "");
 }
 
+TEST(TagStream, PrintJobWithoutEndIsKeptUpToABoundAndHandedOverWhole) {
+  SessionState state;
+  TextGrid grid(state);
+  TagStream tags(state, grid, [](int, int, int) { return std::string(); });
+  const std::string packet = "<tml><Print>001" + std::string(30000, 'x') + "</tml>";
+  for (int i = 0; i < 600; ++i) {
+    state.printData = false;
+    tags.HandleTagPacket(packet);
+    ASSERT_EQ(state.printLine.size(), 30000u);
+  }
+  EXPECT_EQ(state.printText.size(), 16u << 20);
+}
+
 TEST(ScreenRecord, KeepsFortyItems) {
   std::string packet = "<tml><MenuScreen><Title>Long";
   for (int i = 1; i <= 41; ++i) packet += '<' + std::to_string(i) + ">item";

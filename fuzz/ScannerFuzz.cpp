@@ -1,0 +1,39 @@
+// Arbitrary bytes from the modem, in pieces whose lengths the first byte chooses: what is held stays bounded,
+// and the pieces make no difference.
+
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "common/Text.h"
+#include "support/Decoder.h"
+
+using namespace corvex;
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size < 1) return 0;
+  std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::size_t piece = 1u + data[0];
+  bytes.remove_prefix(1);
+
+  test::Decoder whole;
+  whole.Feed(bytes);
+  test::Decoder pieces;
+  for (std::size_t at = 0; at < bytes.size(); at += piece) {
+    pieces.Feed(bytes.substr(at, piece));
+    Require(pieces.scanner.held() < kLastPosition + kPacketStart.size() - 1);
+  }
+  for (const std::string& row : pieces.state.screenRows)
+    Require(row.size() >= 40 && row.size() <= kLastPosition);
+  // A trace record too near its follower is seen or not by what has arrived.
+  if (FindNoCase(bytes, "<Trace>") == std::string_view::npos) Require(pieces.state == whole.state);
+  return 0;
+}
