@@ -136,9 +136,12 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
 }
 
 std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from) {
-  const char first = UpperCase(what.front());
+  // The first letter in both of its cases, so that nearly all places take two comparisons.
+  const char upper = UpperCase(what.front());
+  const char lower = LowerCase(what.front());
   for (std::size_t at = from; at + what.size() <= text.size(); ++at) {
-    if (UpperCase(text[at]) == first && EqualNoCase(text.substr(at, what.size()), what)) return at;
+    if (text[at] != lower && text[at] != upper) continue;
+    if (EqualNoCase(text.substr(at, what.size()), what)) return at;
   }
   return std::string_view::npos;
 }

@@ -65,6 +65,12 @@ constexpr char UpperCase(char c) {
   return ascii || latin ? static_cast<char>(u - 0x20) : c;
 }
 std::string UpperCase(std::string_view text);
+constexpr char LowerCase(char c) {
+  const auto u = static_cast<unsigned char>(c);
+  const bool ascii = u >= 'A' && u <= 'Z';
+  const bool latin = u >= 0xC0 && u <= 0xDE && u != 0xD7;  // 0xD7 is the multiplication sign
+  return ascii || latin ? static_cast<char>(u + 0x20) : c;
+}
 
 /// Whether two texts are the same but for the case of letters.
 bool EqualNoCase(std::string_view a, std::string_view b);

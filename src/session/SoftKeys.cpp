@@ -1,6 +1,7 @@
 #include "session/SoftKeys.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "common/Text.h"
@@ -15,10 +16,15 @@ constexpr char kBlankOnWire = '\x7F';
 constexpr std::int16_t kMailKey = 1;
 constexpr std::int16_t kNotShown = 11;
 
-std::string FromWire(std::string_view field) {
-  std::string text(field);
+void StoreText(std::string_view field, std::string& text) {
+  text = field;
   std::replace(text.begin(), text.end(), kBlankOnWire, ' ');
-  return text;
+}
+
+/// A number ends at a blank, so that only the blanks before it matter.
+std::optional<std::int16_t> Code(std::string_view field) {
+  while (!field.empty() && field.front() == kBlankOnWire) field.remove_prefix(1);
+  return PrefixInt16(field);
 }
 
 /// Stores the eight fields in their order; false where they end early or a code is no 16-bit number. An empty
@@ -27,9 +33,9 @@ bool StoreFields(std::string_view line, SessionState& state) {
   Fields fields(line, '|');
   for (std::size_t k = 0; k < state.softKeyText.size(); ++k) {
     if (!fields.More()) return false;
-    state.softKeyText[k] = FromWire(fields.Next());
+    StoreText(fields.Next(), state.softKeyText[k]);
     if (!fields.More()) return false;
-    const auto code = PrefixInt16(FromWire(fields.Next()));
+    const auto code = Code(fields.Next());
     if (!code) return false;
     state.softKeyCode[k] = *code;
   }
