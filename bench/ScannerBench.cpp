@@ -21,11 +21,13 @@ void MixedInPieces(benchmark::State& run) {
 }
 BENCHMARK(MixedInPieces)->Arg(1)->Arg(64)->Arg(512)->Arg(4096)->Arg(65536)->Unit(benchmark::kMillisecond);
 
-/// All of the traffic in one event: the rate must be the same for each size.
+/// All of the traffic in one event: the rate must be the same for each size. Two events that are not
+/// measured make the buffers as large as they get: what is measured is not the system's giving of memory.
 void OneEvent(benchmark::State& run, const std::string& pattern) {
   const auto bytes = static_cast<std::size_t>(run.range(0));
   const std::string traffic = pattern.empty() ? MixedTraffic(bytes) : Repeated(pattern, bytes);
   test::Decoder decoder;
+  for (int i = 0; i < 2; ++i) FeedInPieces(decoder, traffic, bytes);
   for (auto _ : run) FeedInPieces(decoder, traffic, bytes);
   run.SetBytesProcessed(run.iterations() * run.range(0));
 }
