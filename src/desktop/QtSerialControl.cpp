@@ -79,7 +79,7 @@ std::string DefaultDeviceName([[maybe_unused]] int number) {
 }
 
 QtSerialControl::QtSerialControl(EventLoop& loop, std::function<std::string(int)> deviceName)
-    : deviceName_(std::move(deviceName)), events_(loop) {
+    : deviceName_(std::move(deviceName)), events_(loop), port_(this) {
   port_.setReadBufferSize(kReadBuffer);
   connect(&port_, &QSerialPort::readyRead, this, &QtSerialControl::Announce);
   connect(&port_, &QSerialPort::errorOccurred, this, &QtSerialControl::Failed);

@@ -14,13 +14,14 @@ QtWindowSystem::QtWindowSystem(EventLoop& loop) : loop_(loop) {
 
 QtWindowSystem::~QtWindowSystem() {
   // Also those that wait for a loop, which will not come any more, to delete themselves.
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    if (auto* window = dynamic_cast<FormWindow*>(widget)) delete window;
-  }
+  for (const QPointer<QWidget>& window : made_) delete window.data();
 }
 
 void QtWindowSystem::Attach(Form& form) {
-  windows_.emplace(&form, new FormWindow(form, loop_));
+  auto* window = new FormWindow(form, loop_);
+  windows_.emplace(&form, window);
+  std::erase_if(made_, [](const QPointer<QWidget>& old) { return old.isNull(); });
+  made_.emplace_back(window);
 }
 
 void QtWindowSystem::Detach(Form& form) {

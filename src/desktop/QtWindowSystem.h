@@ -1,14 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+#include <QWidget>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "platform/EventLoop.h"
 #include "platform/Services.h"
-
-class QWidget;
 
 namespace corvex {
 
@@ -38,6 +38,7 @@ class QtWindowSystem : public QObject, public WindowSystem {
   EventLoop& loop_;
   std::string title_;
   std::unordered_map<const Form*, FormWindow*> windows_;
+  std::vector<QPointer<QWidget>> made_;  ///< Those of forms that have gone included, until they are deleted.
 };
 
 }  // namespace corvex

@@ -1,0 +1,398 @@
+#include "desktop/FormWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include "Wait.h"
+#include "desktop/QtText.h"
+#include "desktop/QtWindowSystem.h"
+#include "forms/Controls.h"
+
+namespace corvex {
+namespace {
+
+using test::Becomes;
+
+/// One control of each kind, each within a frame where that makes a difference.
+struct Sample : Form {
+  Sample(EventLoop& l, WindowSystem& w) : Form(l, w, "sample") {
+    rect = Rect{1500, 1500, 9000, 6000};
+    pages.multiLine = true;
+  }
+  ~Sample() override { Withdraw(); }
+  MenuItem mnuMode{*this, {.name = "mnuMode", .caption = "&Mode"}};
+  MenuItem mnuTerminal{mnuMode, {.name = "mnuTerminal", .caption = "Terminal &MMI"}};
+  MenuItem mnuSound{mnuMode, {.name = "mnuSound", .caption = "Sou&nd"}};
+  MenuItem mnuOff{mnuSound, {.name = "mnuOff", .caption = "Off"}};
+  Frame frame{*this, {.name = "frame", .rect = {150, 150, 4500, 3000}, .caption = "Title"}};
+  Label label{frame, {.name = "label", .rect = {150, 300, 1500, 300}, .caption = "<b>1</b>"}};
+  Button button{frame, {.name = "button", .rect = {150, 750, 1500, 450}, .caption = "&Menu"}};
+  OptionButton up{frame, {.name = "up", .rect = {150, 1350, 1500, 300}, .caption = "Up"}};
+  OptionButton down{frame, {.name = "down", .rect = {150, 1650, 1500, 300}, .caption = "Down"}};
+  Image image{frame, {.name = "image", .rect = {1800, 300, 480, 480}, .picture = "mail"}};
+  TextBox line{*this, {.name = "line", .rect = {4800, 150, 1500, 330}, .caption = "115200"}};
+  TextBox pages{*this, {.name = "pages", .rect = {4800, 600, 3000, 900}}};
+  ListView list{*this, {.name = "list", .rect = {150, 3300, 4500, 1500}}};
+  ListBox box{*this, {.name = "box", .rect = {4800, 1650, 1500, 1200}}};
+  TabStrip tabs{*this, {.name = "tabs", .rect = {4800, 3300, 3000, 375}}, {"Serial", "LAN"}};
+  KeySource keys{*this, {.name = "keys"}};
+  Timer timer{*this, {.name = "timer", .interval = 1000}};
+};
+
+class FormWindowTest : public ::testing::Test {
+ protected:
+  FormWindowTest() {
+    form->list.Add({"ESC", "Exit Menu", 53});
+    form->list.Add({" 1Men", " 1. Call", 5});
+    form->list.Add({" 2Men", " 2. Setup", 7});
+    form->list.selected = 2;
+    form->box.AddItem("one");
+    form->box.AddItem("two");
+    form->visible = true;
+    EXPECT_TRUE(Becomes(loop, [this] { return window().isVisible(); }));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
+    activates = QTest::qWaitForWindowActive(&window(), 2000);
+  }
+  FormWindow& window() { return *windows.WindowOf(*form); }
+  template <typename Widget>
+  Widget* Find(const char* name) {
+    return window().findChild<Widget*>(QString::fromLatin1(name));
+  }
+  void Turn() { test::Elapse(loop, std::chrono::milliseconds(20)); }
+
+  QtEventLoop loop;
+  QtWindowSystem windows{loop};
+  std::unique_ptr<Sample> form = std::make_unique<Sample>(loop, windows);
+  bool activates =
+      false;  ///< Never true on a bare X display: without a window manager no window becomes active.
+};
+
+#define NEEDS_ACTIVE_WINDOW() \
+  if (!activates) GTEST_SKIP() << "the window did not become active: there is no window manager here"
+
+TEST_F(FormWindowTest, ShowsWhatTheFormSaysAtItsPlace) {
+  EXPECT_EQ(Find<QLabel>("label")->text(), QStringLiteral("<b>1</b>"));
+  EXPECT_EQ(Find<QLabel>("label")->textFormat(), Qt::PlainText);
+  EXPECT_EQ(Find<QWidget>("label")->parentWidget(), Find<QWidget>("frame"));
+  EXPECT_EQ(Find<QWidget>("frame")->geometry(), QRect(10, 10, 300, 200));
+  EXPECT_EQ(Find<QLineEdit>("line")->text(), QStringLiteral("115200"));
+  EXPECT_EQ(Find<QListView>("list")->currentIndex().row(), 1);
+  EXPECT_FALSE(Find<QListView>("box")->currentIndex().isValid());
+  // The controls have exactly the form's inner size, whatever the frame of the system.
+  EXPECT_EQ(Find<QWidget>("frame")->parentWidget()->size(),
+            QSize(form->InnerWidth() / 15, form->InnerHeight() / 15));
+
+  form->label.caption = "\xE6 & \x01";
+  form->label.toolTip = "<i>tip</i>";
+  form->button.enabled = false;
+  form->button.caption = "&Exit";
+  form->down.value = true;
+  form->list.Clear();
+  form->list.Add({"ESC", "Exit Menu", 53});
+  form->list.selected = 1;
+  form->box.listIndex = 1;
+  form->tabs.selected = 2;
+  form->line.SetText("9600");
+  form->image.visible = false;
+  form->caption = "title";
+  form->pointer = Pointer::Hourglass;
+  Turn();
+  EXPECT_EQ(Find<QLabel>("label")->text(), QStringLiteral(u"\u00E6 &  "));
+  EXPECT_EQ(Find<QLabel>("label")->toolTip(), QStringLiteral("<qt>&lt;i&gt;tip&lt;/i&gt;</qt>"));
+  EXPECT_FALSE(Find<QPushButton>("button")->isEnabled());
+  EXPECT_EQ(Find<QPushButton>("button")->text(), QStringLiteral("&Exit"));
+  EXPECT_TRUE(Find<QAbstractButton>("down")->isChecked());
+  EXPECT_EQ(Find<QListView>("list")->model()->rowCount(), 1);
+  EXPECT_EQ(Find<QListView>("list")->currentIndex().row(), 0);
+  EXPECT_EQ(Find<QListView>("box")->currentIndex().row(), 1);
+  EXPECT_EQ(Find<QTabBar>("tabs")->currentIndex(), 1);
+  EXPECT_EQ(Find<QLineEdit>("line")->text(), QStringLiteral("9600"));
+  EXPECT_FALSE(Find<QWidget>("image")->isVisible());
+  EXPECT_EQ(window().windowTitle(), QStringLiteral("title"));
+  EXPECT_EQ(window().cursor().shape(), Qt::WaitCursor);
+}
+
+TEST_F(FormWindowTest, ReportsWhatTheUserClicks) {
+  std::string log;
+  form->label.click = [&] { log += "label "; };
+  form->button.click = [&] { log += "button "; };
+  form->image.click = [&] { log += "image "; };
+  form->down.click = [&] { log += "down "; };
+  form->tabs.click = [&] { log += "tab "; };
+  form->box.doubleClick = [&] { log += "box "; };
+  form->up.value = true;
+  Turn();
+  for (const char* name : {"label", "button", "image", "down"}) {
+    QTest::mouseClick(Find<QWidget>(name), Qt::LeftButton, {}, QPoint(8, 8));
+  }
+  EXPECT_EQ(log, "");  // no handler runs within a widget's code
+  auto* tabs = Find<QTabBar>("tabs");
+  QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(1).center());
+  auto* box = Find<QListView>("box");
+  const QPoint second = box->visualRect(box->model()->index(1, 0)).center();
+  QTest::mouseClick(box->viewport(), Qt::LeftButton, {}, second);
+  QTest::mouseDClick(box->viewport(), Qt::LeftButton, {}, second);
+  Turn();
+  EXPECT_EQ(log, "label button image down tab box ");
+  EXPECT_TRUE(form->down.value);
+  EXPECT_FALSE(form->up.value);
+  EXPECT_EQ(form->tabs.selected, 2);
+  EXPECT_EQ(form->box.listIndex, 1);
+}
+
+TEST_F(FormWindowTest, MenusFollowTheFormAndKeepTheMarkToTheLogic) {
+  auto* bar = Find<QMenuBar>("");
+  ASSERT_EQ(bar->actions().size(), 1);
+  const QList<QAction*> entries = bar->actions().front()->menu()->actions();
+  ASSERT_EQ(entries.size(), 2);
+  ASSERT_NE(entries[1]->menu(), nullptr);
+  int clicks = 0;
+  form->mnuTerminal.click = [&] { ++clicks; };
+  form->mnuTerminal.checked = true;
+  form->mnuOff.enabled = false;
+  form->mnuSound.visible = false;
+  Turn();
+  EXPECT_TRUE(entries[0]->isChecked());
+  entries[0]->trigger();
+  Turn();
+  EXPECT_EQ(clicks, 1);
+  EXPECT_TRUE(entries[0]->isChecked());
+  EXPECT_FALSE(entries[1]->isVisible());
+  EXPECT_FALSE(entries[1]->menu()->actions().front()->isEnabled());
+}
+
+TEST_F(FormWindowTest, ListsTellKeysAndUseOnlyTheOthers) {
+  std::string typed;
+  form->list.keyPress = [&](char c) { typed += c; };
+  auto* list = Find<QListView>("list");
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_Right);
+  EXPECT_EQ(form->list.selected, 3);
+  for (const int key : {Qt::Key_1, Qt::Key_Return, Qt::Key_Escape}) QTest::keyClick(list, Qt::Key(key));
+  EXPECT_EQ(list->currentIndex().row(), 2) << "a digit searches the list";
+  QTest::keyClick(list, Qt::Key_E);
+  EXPECT_EQ(form->list.selected, 1);
+  Turn();
+  EXPECT_EQ(typed,
+            "1\r\x1B"
+            "e");
+}
+
+TEST_F(FormWindowTest, ASelectionOfTheLogicIsNotUndoneByAnOlderOneOfTheUser) {
+  form->list.Clear();
+  form->list.Add({"ESC", "Exit Menu", 53});
+  form->list.selected = 1;
+  QTest::keyClick(Find<QListView>("list"), Qt::Key_Right);  // still sees the old list
+  EXPECT_EQ(form->list.selected, 1);
+}
+
+TEST_F(FormWindowTest, AShownControlCanHaveTheFocusInTheSameTurn) {
+  NEEDS_ACTIVE_WINDOW();
+  form->frame.visible = false;
+  form->keys.SetFocus();
+  Turn();
+  EXPECT_EQ(QApplication::focusWidget(), Find<QWidget>("keys"));
+  form->button.SetFocus();
+  form->frame.visible = true;
+  Turn();
+  EXPECT_EQ(QApplication::focusWidget(), Find<QWidget>("button"));
+  // The user moves it on, in the order of the controls; hiding moves it away.
+  QTest::keyClick(&window(), Qt::Key_Tab);
+  EXPECT_EQ(form->Focused(), &form->up);
+  form->frame.visible = false;
+  Turn();
+  EXPECT_FALSE(form->up.HasFocus());
+  // A hidden control is not given it.
+  form->keys.SetFocus();
+  form->button.SetFocus();
+  Turn();
+  EXPECT_FALSE(form->button.HasFocus());
+}
+
+TEST_F(FormWindowTest, KeysComeToTheFormFirst) {
+  NEEDS_ACTIVE_WINDOW();
+  std::string log;
+  form->keyDown = [&](KeyEvent& key) {
+    log += std::to_string(key.keyCode) + (key.alt ? "a" : "") + (key.shift ? "s" : "") + ' ';
+    key.handled = key.keyCode == 9 || (key.alt && key.keyCode == 'M');
+  };
+  form->keys.keys = [&](std::string_view text) { log += '<' + std::string(text) + "> "; };
+  form->button.click = [&] { log += "click "; };
+  form->keys.SetFocus();
+  Turn();
+  struct Stroke {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    char text;
+  };
+  for (const Stroke& stroke : {Stroke{Qt::Key_A, {}, 'a'}, Stroke{Qt::Key_A, Qt::ShiftModifier, 'A'},
+                               Stroke{Qt::Key_F4, {}, 0}, Stroke{Qt::Key_Tab, {}, '\t'},
+                               Stroke{Qt::Key_M, Qt::AltModifier, 'm'}, Stroke{Qt::Key_Return, {}, '\r'}}) {
+    QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), stroke.key, stroke.text, stroke.modifiers);
+    Turn();
+  }
+  EXPECT_EQ(log, "65 <a> 16s 65s <A> 115 9 18a 77a 13 <\r> ");
+  EXPECT_TRUE(form->keys.HasFocus());
+}
+
+TEST_F(FormWindowTest, LongTextsFollowEachEdit) {
+  auto* pages = Find<QPlainTextEdit>("pages");
+  const auto shown = [&] { return FromQt(pages->toPlainText()); };
+  const auto expected = [&] {
+    std::string text = form->pages.Text();
+    std::erase(text, '\r');
+    return text;
+  };
+  form->pages.Append("one\r");  // a line end in two pieces, and in two turns
+  Turn();
+  form->pages.Append("\ntwo\r\n");
+  form->pages.Append("three\r\nfour");
+  Turn();
+  EXPECT_EQ(shown(), "one\ntwo\nthree\nfour");
+  form->pages.Edit(0, 5, "");          // the oldest line goes
+  form->pages.Edit(5, 5, "2b\r\n2c");  // and the third gives way to two
+  form->pages.Append("!");
+  form->pages.Edit(4, 1, "");  // parts CR from LF
+  Turn();
+  EXPECT_EQ(shown(), expected());
+  for (int i = 0; i < 5000; ++i) form->pages.Edit(0, 1, i % 3 == 0 ? "\r\nx" : "ab");
+  Turn();
+  EXPECT_EQ(shown(), expected());
+}
+
+TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
+  int changes = 0;
+  form->pages.change = [&] { ++changes; };
+  form->pages.Append("a\x0C\xA0\r\n");
+  Turn();
+  auto* pages = Find<QPlainTextEdit>("pages");
+  pages->setFocus();
+  pages->moveCursor(QTextCursor::Start);
+  form->pages.Append("z");  // not shown yet
+  QTest::keyClick(pages, Qt::Key_Q);
+  EXPECT_EQ(form->pages.Text(), "qa\x0C\xA0\r\nz");
+  Turn();
+  QTest::keyClick(pages, Qt::Key_Return);
+  EXPECT_EQ(form->pages.Text(), "q\r\na\x0C\xA0\r\nz");
+  EXPECT_EQ(changes, 2);
+  auto* line = Find<QLineEdit>("line");
+  line->selectAll();
+  QTest::keyClick(line, Qt::Key_7);
+  EXPECT_EQ(form->line.Text(), "7");
+}
+
+TEST_F(FormWindowTest, ABurstIsPaintedOnce) {
+  struct Painted : QObject {
+    int count = 0;
+    bool eventFilter(QObject*, QEvent* event) override {
+      count += event->type() == QEvent::Paint;
+      return false;
+    }
+  } painted;
+  test::Elapse(loop, std::chrono::milliseconds(50));  // until the first painting is over
+  Find<QWidget>("label")->installEventFilter(&painted);
+  loop.Post([&] {
+    for (int i = 0; i < 100'000; ++i) form->label.caption = std::to_string(i);
+  });
+  ASSERT_TRUE(Becomes(loop, [&] { return painted.count > 0; }));
+  test::Elapse(loop, std::chrono::milliseconds(50));
+  EXPECT_EQ(painted.count, 1);
+  EXPECT_EQ(Find<QLabel>("label")->text(), QStringLiteral("99999"));
+}
+
+TEST_F(FormWindowTest, PlaceAndSizeGoBothWays) {
+  NEEDS_ACTIVE_WINDOW();
+  int resizes = 0;
+  form->resize = [&] { ++resizes; };
+  Turn();
+  resizes = 0;
+  const Rect before = form->rect;
+  EXPECT_EQ(before, (Rect{1500, 1500, 9000, 6000})) << "showing must not move the window";
+  window().resize(window().size() + QSize(20, 10));
+  ASSERT_TRUE(Becomes(loop, [&] { return resizes == 1; }));
+  EXPECT_EQ(form->rect.Get().width, before.width + 300);
+  EXPECT_EQ(form->rect.Get().height, before.height + 150);
+  window().move(window().pos() + QPoint(30, 40));
+  ASSERT_TRUE(Becomes(loop, [&] { return form->rect.Get().left == before.left + 450; }));
+  EXPECT_EQ(form->rect.Get().top, before.top + 600);
+  EXPECT_EQ(resizes, 1);
+
+  form->rect = before;
+  ASSERT_TRUE(Becomes(loop, [&] { return resizes == 2; }));
+  EXPECT_EQ(window().pos(), QPoint(100, 100));
+  EXPECT_EQ(form->rect.Get(), before);
+  // From a screen that is no longer there.
+  form->rect = Rect{900'000, 1500, 9000, 6000};
+  Turn();
+  EXPECT_LT(window().pos().x(), 5000);
+}
+
+TEST_F(FormWindowTest, MinimisingIsTold) {
+  if (QGuiApplication::platformName() != QStringLiteral("offscreen")) NEEDS_ACTIVE_WINDOW();
+  int resizes = 0;
+  form->resize = [&] { ++resizes; };
+  Turn();
+  resizes = 0;
+  window().showMinimized();
+  ASSERT_TRUE(Becomes(loop, [&] { return form->windowState == WindowState::Minimized; }));
+  ASSERT_TRUE(Becomes(loop, [&] { return resizes == 1; }));
+  EXPECT_EQ(form->rect.Get().width, 9000);
+  test::Elapse(loop, std::chrono::milliseconds(200));  // a window manager takes its time
+  form->windowState = WindowState::Normal;
+  ASSERT_TRUE(Becomes(loop, [&] { return !window().isMinimized(); }));
+}
+
+TEST_F(FormWindowTest, ActivationIsTold) {
+  NEEDS_ACTIVE_WINDOW();
+  if (QGuiApplication::platformName() == QStringLiteral("offscreen")) {
+    GTEST_SKIP() << "offscreen no window becomes active again";
+  }
+  EXPECT_TRUE(form->Active());
+  std::string log;
+  form->activate = [&] { log += '+'; };
+  form->deactivate = [&] { log += '-'; };
+  {
+    Sample other(loop, windows);
+    other.visible = true;
+    ASSERT_TRUE(Becomes(loop, [&] { return other.Active(); }));
+    EXPECT_FALSE(form->Active());
+  }
+  ASSERT_TRUE(Becomes(loop, [&] { return form->Active(); }));
+  EXPECT_EQ(log, "-+");
+}
+
+TEST_F(FormWindowTest, TheCloseBoxEndsAProgramThatWaitsForEver) {
+  form->queryUnload = [&] { loop.End(); };
+  bool unwound = false;
+  form->button.click = [&] {
+    struct Guard {
+      bool& flag;
+      ~Guard() { flag = true; }
+    } const guard{unwound};
+    for (;;) loop.Pump();
+  };
+  QTimer::singleShot(20, &window(), [this] { QTest::mouseClick(Find<QWidget>("button"), Qt::LeftButton); });
+  QTimer::singleShot(60, &window(), [this] { EXPECT_FALSE(window().close()); });
+  const auto start = loop.Now();
+  EXPECT_EQ(loop.Exec(), 0);
+  EXPECT_TRUE(unwound);
+  EXPECT_LT(loop.Now() - start, std::chrono::seconds(1));
+}
+
+TEST_F(FormWindowTest, AFormMayGoInItsOwnHandler) {
+  form->button.click = [&] { form.reset(); };
+  QTest::mouseClick(Find<QWidget>("button"), Qt::LeftButton);
+  QTest::mouseClick(Find<QWidget>("button"), Qt::LeftButton);  // comes too late
+  ASSERT_TRUE(Becomes(loop, [&] { return form == nullptr; }));
+  Turn();
+}
+
+}  // namespace
+}  // namespace corvex

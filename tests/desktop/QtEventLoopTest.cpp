@@ -1,0 +1,111 @@
+#include <QDialog>
+#include <QMenu>
+#include <QTimer>
+
+#include "Wait.h"
+
+namespace corvex {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(QtEventLoopTest, PauseSleepsAndEndsOnTime) {
+  QtEventLoop loop;
+  const double cpu = test::CpuMilliseconds();
+  const auto start = loop.Now();
+  Pause(loop, 0.2);
+  const auto took = loop.Now() - start;
+  // The clock of the day is read in single precision, 8 ms apart late in the day.
+  EXPECT_GE(took, 191ms);
+  EXPECT_LE(took, 215ms);
+  EXPECT_LT(test::CpuMilliseconds() - cpu, 20);
+}
+
+TEST(QtEventLoopTest, RunsTimersInOrderDuringAWaitThatATimerBegan) {
+  QtEventLoop loop;
+  std::string order;
+  loop.After(10ms, [&] {
+    order += 'a';
+    // The timers started before must fall due within this wait as well as the posted task.
+    test::Elapse(loop, 60ms);
+    order += 'd';
+  });
+  loop.After(40ms, [&] { order += 'c'; });
+  loop.After(20ms, [&] { order += 'b'; });
+  ASSERT_TRUE(test::Becomes(loop, [&] { return order.size() == 4; }));
+  EXPECT_EQ(order, "abcd");
+}
+
+TEST(QtEventLoopTest, TimersTickWhileQtRunsALoopOfItsOwn) {
+  QtEventLoop loop;
+  for (const bool fromTask : {false, true}) {
+    for (const bool menu : {false, true}) {
+      SCOPED_TRACE(std::string(menu ? "menu" : "dialog") + (fromTask ? " opened by a task" : ""));
+      QDialog dialog;
+      QMenu popup;
+      popup.addAction(QStringLiteral("entry"));
+      int ticks = 0;
+      std::function<void()> tick = [&] {
+        if (++ticks < 5) {
+          loop.After(5ms, tick);
+        } else {
+          dialog.reject();
+          popup.close();
+        }
+      };
+      loop.After(5ms, tick);
+      QTimer::singleShot(3000, &dialog, &QDialog::reject);
+      QTimer::singleShot(3000, &popup, &QMenu::close);
+      const auto open = [&] {
+        menu ? static_cast<void>(popup.exec(QPoint(50, 50))) : static_cast<void>(dialog.exec());
+      };
+      if (fromTask) {
+        bool done = false;
+        loop.Post([&] {
+          open();
+          done = true;
+        });
+        ASSERT_TRUE(test::Becomes(loop, [&] { return done; }));
+      } else {
+        open();
+      }
+      EXPECT_EQ(ticks, 5);
+    }
+  }
+}
+
+TEST(QtEventLoopTest, EndUnwindsWaitsWithinWaits) {
+  QtEventLoop loop;
+  int unwound = 0;
+  struct Guard {
+    int& count;
+    ~Guard() { ++count; }
+  };
+  loop.Post([&] {
+    const Guard outer{unwound};
+    loop.After(5ms, [&] {
+      const Guard inner{unwound};
+      QTimer::singleShot(5, &loop, [&] { loop.Enter([&] { loop.End(); }); });
+      for (;;) loop.Pump();
+    });
+    QDialog dialog;  // a loop of Qt's own between the two waits
+    dialog.exec();
+    for (;;) loop.Pump();
+  });
+  QTimer::singleShot(5000, [] { QCoreApplication::exit(1); });
+  EXPECT_EQ(loop.Exec(), 0);
+  EXPECT_EQ(unwound, 2);
+  EXPECT_FALSE(loop.Enter([] { FAIL() << "the program has ended"; }));
+}
+
+TEST(QtEventLoopTest, CalendarIsLocal) {
+  QtEventLoop loop;
+  const std::time_t now = std::time(nullptr);
+  const std::tm local = *std::localtime(&now);
+  const double seconds = local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+  EXPECT_NEAR(loop.SecondsSinceMidnight(), seconds, 2);
+  EXPECT_NEAR(static_cast<double>(loop.LocalSeconds() % 86400), seconds, 2);
+}
+
+}  // namespace
+}  // namespace corvex
