@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QtGui/qtextdocument.h>
 #include <QString>
+#include <QTextDocument>
 #include <string>
 #include <string_view>
 

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPrinter>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <set>
+
+#include "Wait.h"
+#include "desktop/Icons.h"
+#include "desktop/Places.h"
+#include "desktop/QtDialogs.h"
+#include "desktop/QtPrinters.h"
+#include "desktop/QtWindowSystem.h"
+#include "desktop/Theme.h"
+
+namespace corvex {
+namespace {
+
+using namespace std::chrono_literals;
+
+class QtDialogsTest : public ::testing::Test {
+ protected:
+  /// Does something with the box once it is there.
+  template <typename Box>
+  void WhenShown(std::function<void(Box&)> act) {
+    loop.After(10ms, [this, act = std::move(act)] {
+      auto* box = dynamic_cast<Box*>(QApplication::activeModalWidget());
+      if (box == nullptr) {
+        WhenShown(act);
+      } else {
+        act(*box);
+      }
+    });
+  }
+  QtEventLoop loop;
+  QtWindowSystem windows{loop};
+  QtDialogs dialogs{loop, windows};
+};
+
+TEST_F(QtDialogsTest, AnswersAreReturnedAndTextsShownAsTheyAre) {
+  for (const bool yes : {true, false}) {
+    WhenShown<QMessageBox>([&](QMessageBox& box) {
+      EXPECT_EQ(box.text(), QStringLiteral("<b>sure</b>\n?"));
+      EXPECT_EQ(box.textFormat(), Qt::PlainText);
+      if (yes) {
+        box.button(QMessageBox::Yes)->click();
+      } else {
+        QTest::keyClick(&box, Qt::Key_Escape);
+      }
+    });
+    EXPECT_EQ(dialogs.AskYesNo("<b>sure</b>\r\n?"), yes);
+  }
+  for (const bool secret : {true, false}) {
+    WhenShown<QDialog>([&](QDialog& box) {
+      auto* line = box.findChild<QLineEdit*>();
+      EXPECT_EQ(line->echoMode(), secret ? QLineEdit::Password : QLineEdit::Normal);
+      line->setText(QStringLiteral(u"p\u00E6"));
+      secret ? box.accept() : box.reject();
+    });
+    const auto answer = dialogs.InputBox(secret ? "Enter password for owner" : "Enter a name", "Owner");
+    EXPECT_EQ(answer, secret ? std::optional<std::string>("p\xE6") : std::nullopt);
+  }
+}
+
+TEST_F(QtDialogsTest, TheEndOfTheProgramGetsThroughAnOpenBox) {
+  bool returned = false;
+  loop.Post([&] {
+    dialogs.MessageBox("still open");
+    returned = true;
+  });
+  loop.After(50ms, [&] { loop.End(); });
+  EXPECT_EQ(loop.Exec(), 0);
+  EXPECT_FALSE(returned);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST(QtPrintersTest, TextsGoOnPagesAndAnUnwritableOneIsTold) {
+  const QTemporaryDir folder;
+  const auto print = [](const QString& path, const std::string& text) {
+    QPrinter printer;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(path);
+    return PrintPages(printer, text, {.name = "Courier", .size = 10});
+  };
+  const auto pages = [&](const std::string& text) {
+    const QString path = folder.filePath(QStringLiteral("out.pdf"));
+    EXPECT_TRUE(print(path, text));
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray pdf = file.readAll();
+    return pdf.count("/Type /Page\n");
+  };
+  EXPECT_EQ(pages("one\r\ntwo"), 1);
+  EXPECT_EQ(pages("one\ftwo"), 2);
+  std::string lines;
+  for (int i = 0; i < 100; ++i) lines += "line\r\n";
+  EXPECT_EQ(pages(lines), 2);
+  EXPECT_EQ(pages(std::string(10'000, 'x')), 2);  // wrapped, not cut off
+  EXPECT_FALSE(print(folder.filePath(QStringLiteral("none/out.pdf")), "text"));
+}
+
+TEST(IconsTest, EachNumberHasAFaceThatStandsOutOnLightAndDark) {
+  for (const bool dark : {false, true}) {
+    const QPalette palette = MakePalette(dark);
+    std::set<QByteArray> faces;
+    const auto draw = [&](int number) {
+      QImage image(32, 32, QImage::Format_ARGB32_Premultiplied);
+      image.fill(palette.color(QPalette::Base));
+      const QImage empty = image;
+      QPainter painter(&image);
+      DrawMenuIcon(painter, QRectF(0, 0, 32, 32), number, palette);
+      painter.end();
+      EXPECT_NE(image, empty) << number;
+      return QByteArray(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes());
+    };
+    for (int number = 0; number < kMenuIcons; ++number) faces.insert(draw(number));
+    // 27 is the mail of the key 1 too, and 53 the exit of 4; all others are alone.
+    EXPECT_EQ(faces.size(), 62U);
+    EXPECT_EQ(draw(-1), draw(10));
+    EXPECT_EQ(draw(kMenuIcons), draw(10));
+  }
+  QPixmap pixmap(8, 8);
+  QPainter painter(&pixmap);
+  for (const char* unknown : {"", "key", "key x", "icon ", "mail 1"}) {
+    EXPECT_FALSE(DrawPicture(painter, QRectF(0, 0, 8, 8), unknown, {})) << unknown;
+    EXPECT_TRUE(PictureIcon(unknown).isNull()) << unknown;
+  }
+}
+
+TEST(PlacesTest, LongDatesOfDaysThatDoNotExistAreEmpty) {
+  EXPECT_NE(LongDate(2006, 3, 31).find("2006"), std::string::npos);
+  EXPECT_EQ(LongDate(2006, 2, 30), "");
+  EXPECT_EQ(LongDate(0, 0, 0), "");
+}
+
+}  // namespace
+}  // namespace corvex
