@@ -15,17 +15,22 @@ namespace corvex {
 
 namespace {
 
-/// Draws on a square of 24 by 24 units with a round pen of 1.8 units: a drawing is a few strokes of ink, and
+/// Saves the painter, and lets it draw on a square of 24 by 24 units as large as fits.
+void EnterUnits(QPainter& painter, const QRectF& rect) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  const qreal side = std::min(rect.width(), rect.height());
+  painter.translate(rect.center() - QPointF(side / 2, side / 2));
+  painter.scale(side / 24, side / 24);
+}
+
+/// Draws on that square with a round pen of 1.8 units: a drawing is a few strokes of ink, and
 /// one part of it, the one that tells it apart, in the accent colour.
 class Sketch {
  public:
   Sketch(QPainter& painter, const QRectF& rect, const QPalette& palette)
       : painter_(painter), ink_(palette.color(QPalette::Text)), accent_(palette.color(QPalette::Link)) {
-    painter_.save();
-    painter_.setRenderHint(QPainter::Antialiasing);
-    const qreal side = std::min(rect.width(), rect.height());
-    painter_.translate(rect.center() - QPointF(side / 2, side / 2));
-    painter_.scale(side / 24, side / 24);
+    EnterUnits(painter_, rect);
     painter_.setBrush(Qt::NoBrush);
     Ink();
   }
@@ -238,11 +243,7 @@ constexpr std::array<Drawing, kMenuIcons> kDrawings = MakeTable();
 
 /// A raven's head in profile, for the windows of the program.
 void DrawLogo(QPainter& painter, const QRectF& rect, const QPalette& palette) {
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  const qreal side = std::min(rect.width(), rect.height());
-  painter.translate(rect.center() - QPointF(side / 2, side / 2));
-  painter.scale(side / 24, side / 24);
+  EnterUnits(painter, rect);
   painter.setPen(Qt::NoPen);
   painter.setBrush(palette.color(QPalette::Link));
   painter.drawRoundedRect(QRectF(0.5, 0.5, 23, 23), 5, 5);
