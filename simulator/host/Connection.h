@@ -12,7 +12,7 @@ namespace corvex::simulation::host {
 class Connection {
  public:
   /// What waits for a slow reader at the most. A text that does not fit is lost as a whole.
-  static constexpr std::size_t kLimit = 64 * 1024;
+  static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   Connection(HostLoop& loop, Handle handle, std::function<void(std::string_view)> onBytes,
              std::function<void()> onGone);

@@ -195,7 +195,7 @@ void Wait(std::vector<Watch>& watches, EventLoop::Time time) {
   states.push_back({wakePipe[0], POLLIN, 0});
   // Rounded up: a wait that ends a little early would only be begun again.
   const auto whole = std::chrono::ceil<std::chrono::milliseconds>(time).count();
-  constexpr std::int64_t kLongest = 3600 * 1000;
+  constexpr std::int64_t kLongest = 3'600'000;
   const int milliseconds = time < EventLoop::Time::zero() ? -1 : static_cast<int>(std::min(whole, kLongest));
   const int count = poll(states.data(), states.size(), milliseconds);
   for (std::size_t i = 0; i < watches.size(); ++i) watches[i].ready = count > 0 && states[i].revents != 0;

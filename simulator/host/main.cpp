@@ -14,7 +14,7 @@
 namespace corvex::simulation::host {
 namespace {
 
-constexpr std::uintmax_t kLargestLog = 256 * 1024 * 1024;
+constexpr std::uintmax_t kLargestLog = 256 << 20;
 
 /// The far side of the line, be it a unit or a record of one.
 struct FarSide {

@@ -29,7 +29,7 @@ void FaultyLine::Send(std::string_view bytes) {
     altered += c;
   }
   if (faults_.cut || faults_.late > EventLoop::Time::zero()) {
-    Queue(std::move(altered));
+    Queue(altered);
   } else {
     Deliver(altered);
   }
@@ -48,14 +48,14 @@ bool FaultyLine::Happens(double share) {
   return share > 0 && static_cast<double>(random_()) < share * 4294967296.0;
 }
 
-void FaultyLine::Queue(std::string bytes) {
+void FaultyLine::Queue(std::string_view bytes) {
   if (waiting_ + bytes.size() > kLimit) return;
   waiting_ += bytes.size();
   const EventLoop::Time earliest = loop_.Now() + faults_.late;
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t length = faults_.cut ? 1 + random_() % kLongestPiece : bytes.size();
     lastDue_ = std::max(earliest, faults_.cut ? lastDue_ + kBetweenPieces : lastDue_);
-    pieces_.push_back({lastDue_, bytes.substr(at, length)});
+    pieces_.push_back({lastDue_, std::string(bytes.substr(at, length))});
     at += length;
   }
   if (!timer_.Running()) SendDue();

@@ -27,7 +27,7 @@ struct Faults {
 class FaultyLine {
  public:
   /// What waits on a late line at the most; more is lost, as on a line that nobody reads.
-  static constexpr std::size_t kLimit = 64 * 1024;
+  static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   FaultyLine(EventLoop& loop, Faults faults, std::function<void(std::string_view)> send,
              std::function<void()> hangUp);
@@ -44,7 +44,7 @@ class FaultyLine {
   };
 
   bool Happens(double share);
-  void Queue(std::string bytes);
+  void Queue(std::string_view bytes);
   void SendDue();
   void Deliver(std::string_view bytes);
 

@@ -8,48 +8,15 @@
 namespace corvex::simulation {
 namespace {
 
-constexpr int kCursorRow = 2;  // of the rows shown, from 0: the modem's cursor line in tables
-constexpr int kPageLines = 5;
-constexpr std::string_view kMarker = " > ";
-constexpr std::string_view kNoMarker = "   ";
-
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
-}
-
-bool IsGrid(Kind kind) {
-  return kind == Kind::Text || kind == Kind::Field || kind == Kind::Table || kind == Kind::Pages;
-}
-
-std::string_view GridTag(Kind kind) {
-  if (kind == Kind::Field) return "FieldScreen";
-  return kind == Kind::Text ? "TextScreen" : "TableScreen";
-}
-
-/// How many places the cursor of a screen has.
-int Places(const Screen& screen) {
-  switch (screen.kind) {
-    case Kind::Menu:
-      return static_cast<int>(screen.items.size());
-    case Kind::Choice:
-      return static_cast<int>(screen.options.size());
-    case Kind::Field:
-      return static_cast<int>(screen.fields.size());
-    case Kind::Table:
-      return static_cast<int>(screen.rows.size());
-    case Kind::Pages:
-      return (static_cast<int>(screen.rows.size()) + kPageLines - 1) / kPageLines * 2;
-    default:
-      return 1;
-  }
 }
 
 }  // namespace
 
 Mmi::Mmi(EventLoop& loop, Status& status, std::function<void(std::string_view)> send,
          std::function<void()> onSwitchOff)
-    : loop_(loop),
-      status_(status),
+    : status_(status),
       send_(std::move(send)),
       onSwitchOff_(std::move(onSwitchOff)),
       messageTimer_(loop),
@@ -119,7 +86,7 @@ void Mmi::PressEnter() {
       return Follow(screen.target);
     }
     case Kind::Field:
-      if (here.cursor + 1 < Places(screen)) return Step(1);
+      if (here.cursor + 1 < CursorPlaces(screen)) return Step(1);
       for (std::size_t i = 0; i < screen.fields.size(); ++i) {
         status_.SetValue(screen.fields[i].value, here.entries[i]);
       }
@@ -146,7 +113,7 @@ void Mmi::PressCharacter(char c) {
 
 void Mmi::Step(int direction) {
   Place& here = Here();
-  const int places = Places(*here.screen);
+  const int places = CursorPlaces(*here.screen);
   if (places < 2) return;
   here.cursor = std::clamp(here.cursor + direction, 0, places - 1);
   Draw();
@@ -280,50 +247,15 @@ std::string Mmi::Drawing() {
   const Place& here = Here();
   const Kind kind = here.screen->kind;
   std::string drawing = LeaveList(kind);
-  drawing += IsGrid(kind) ? GridDrawing(here) : ListDrawing(here);
+  if (IsGrid(kind)) {
+    drawn_ = GridRows(here, status_);
+    drawing += GridDrawing(*here.screen, drawn_);
+  } else {
+    drawn_.clear();
+    listShown_ = kind;
+    drawing += ListDrawing(here);
+  }
   return drawing += Packet("Paint");
-}
-
-std::string Mmi::ListDrawing(const Place& place) {
-  const Screen& screen = *place.screen;
-  listShown_ = screen.kind;
-  drawn_.clear();
-  std::array<SoftKeyLabel, 4> labels;
-  bool labelled = false;
-  for (std::size_t i = 0; i < labels.size(); ++i) {
-    labels[i] = {screen.keys[i].text, screen.keys[i].code};
-    labelled = labelled || !screen.keys[i].text.empty();
-  }
-  std::string drawing = labelled ? Packet("Sk", SoftKeyLine(labels)) : std::string();
-  std::vector<ListEntry> entries;
-  for (const Item& item : screen.items) {
-    entries.push_back({item.number, MenuEntryText(item.number, item.label, item.icon)});
-  }
-  for (const Option& option : screen.options) {
-    entries.push_back({static_cast<int>(entries.size()) + 1, std::string(option.text)});
-  }
-  const int current = entries.empty() ? 0 : entries[static_cast<std::size_t>(place.cursor)].id;
-  return drawing += Packet(screen.kind == Kind::Menu ? "MenuScreen" : "ChoiceScreen",
-                           ListRecord(screen.title, entries, current));
-}
-
-std::string Mmi::GridDrawing(const Place& place) {
-  const Screen& screen = *place.screen;
-  drawn_ = GridRows(place);
-  std::string drawing = Packet(GridTag(screen.kind));
-  drawing += kHideCursor;
-  for (std::size_t i = 0; i < drawn_.size(); ++i) {
-    if (drawn_[i].find_first_not_of(' ') == std::string::npos) continue;
-    const bool bold = i == 0 && !screen.title.empty();
-    const bool reverse = drawn_[i].starts_with(kMarker);
-    drawing += MoveTo(kFirstRow + static_cast<int>(i), kFirstColumn);
-    drawing += reverse ? kReverse : bold ? kBold : std::string_view();
-    drawing += drawn_[i];
-    if (reverse || bold) drawing += kPlain;
-  }
-  std::array<SoftKeyLabel, 4> labels;
-  for (std::size_t i = 0; i < labels.size(); ++i) labels[i] = {screen.keys[i].text, screen.keys[i].code};
-  return drawing += Packet("Sk", SoftKeyLine(labels));
 }
 
 std::string Mmi::LeaveList(Kind next) {
@@ -337,7 +269,7 @@ std::string Mmi::LeaveList(Kind next) {
 
 void Mmi::Refresh() {
   if (path_.empty() || message_ != nullptr || !IsGrid(Here().screen->kind)) return;
-  const std::vector<std::string> rows = GridRows(Here());
+  const std::vector<std::string> rows = GridRows(Here(), status_);
   std::string changes;
   for (std::size_t i = 0; i < rows.size() && i < drawn_.size(); ++i) {
     if (rows[i] != drawn_[i]) changes += MoveTo(kFirstRow + static_cast<int>(i), kFirstColumn) + rows[i];
@@ -345,65 +277,6 @@ void Mmi::Refresh() {
   drawn_ = rows;
   // The sequence at the end lets a reader that waits for the end of a text see it.
   if (!changes.empty()) send_(changes.append(kHome));
-}
-
-std::vector<std::string> Mmi::GridRows(const Place& place) const {
-  const Screen& screen = *place.screen;
-  std::vector<std::string> rows(kDisplayRows);
-  const auto line = [&](int index) {
-    const bool exists = index >= 0 && index < static_cast<int>(screen.rows.size());
-    return exists ? status_.Text(screen.rows[static_cast<std::size_t>(index)]) : std::string();
-  };
-  const bool titled = !screen.title.empty();
-  switch (screen.kind) {
-    case Kind::Field:
-      rows[0] = screen.title;
-      for (std::size_t i = 0; i < screen.fields.size(); ++i) rows[i + kCursorRow] = FieldRow(place, i);
-      break;
-    case Kind::Table:
-      // Title and rule stand above the first line and scroll away with it.
-      for (int i = 0; i < kDisplayRows; ++i) {
-        const int index = place.cursor - kCursorRow + i;
-        auto& row = rows[static_cast<std::size_t>(i)];
-        if (index == -kCursorRow) {
-          row = screen.title;
-        } else if (index == -1) {
-          row = std::string(kDisplayColumns, '-');
-        } else {
-          row = std::string(i == kCursorRow ? kMarker : kNoMarker) + line(index);
-        }
-      }
-      break;
-    case Kind::Pages: {
-      const int page = place.cursor / 2;
-      rows[0] = Fit(screen.title, kDisplayColumns - 3) + std::to_string(page + 1) + '/' +
-                std::to_string(Places(screen) / 2);
-      const int marked = place.cursor % 2 == 0 ? 0 : kPageLines - 1;
-      for (int i = 0; i < kPageLines; ++i) {
-        rows[static_cast<std::size_t>(i + kCursorRow)] =
-            std::string(i == marked ? kMarker : kNoMarker) + line(page * kPageLines + i);
-      }
-      break;
-    }
-    default:
-      if (titled) rows[0] = screen.title;
-      for (std::size_t i = titled ? 1 : 0; i < rows.size(); ++i) {
-        rows[i] = line(static_cast<int>(i) - (titled ? 1 : 0));
-      }
-  }
-  for (std::string& row : rows) row = Fit(row, kDisplayColumns);
-  return rows;
-}
-
-std::string Mmi::FieldRow(const Place& place, std::size_t index) const {
-  const Field& field = place.screen->fields[index];
-  const std::string& entry = place.entries[index];
-  const bool active = static_cast<int>(index) == place.cursor;
-  const std::string shown = field.hidden ? std::string(entry.size(), '*') : entry;
-  std::string row(active ? kMarker : kNoMarker);
-  row += Fit(field.label, 8) + '[' + shown;
-  row += std::string(static_cast<std::size_t>(field.width) - entry.size(), '_') + ']';
-  return row;
 }
 
 }  // namespace corvex::simulation

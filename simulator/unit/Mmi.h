@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "unit/Drawing.h"
 #include "unit/KeyReader.h"
 #include "unit/Screens.h"
 #include "unit/Status.h"
@@ -33,12 +34,6 @@ class Mmi {
   bool AtIdle() const { return path_.size() == 1 && message_ == nullptr; }
 
  private:
-  struct Place {
-    const Screen* screen = nullptr;
-    int cursor = 0;                    // index of the item, option, field or row
-    std::vector<std::string> entries;  // of a field screen
-  };
-
   Place& Here() { return path_.back(); }
   const Place& Here() const { return path_.back(); }
 
@@ -59,13 +54,8 @@ class Mmi {
   void PrintRows(const Screen& screen);
   void Draw();
   std::string Drawing();
-  std::string ListDrawing(const Place& place);
-  std::string GridDrawing(const Place& place);
   std::string LeaveList(Kind next);
-  std::vector<std::string> GridRows(const Place& place) const;
-  std::string FieldRow(const Place& place, std::size_t index) const;
 
-  EventLoop& loop_;
   Status& status_;
   std::function<void(std::string_view)> send_;
   std::function<void()> onSwitchOff_;

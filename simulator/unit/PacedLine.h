@@ -12,7 +12,7 @@ namespace corvex::simulation {
 class PacedLine {
  public:
   /// What waits for the line at the most. A text that does not fit is lost as a whole.
-  static constexpr std::size_t kLimit = 64 * 1024;
+  static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   /// `bitsPerSecond` 0: everything goes on at once.
   PacedLine(EventLoop& loop, int bitsPerSecond, std::function<void(std::string_view)> send)

@@ -20,7 +20,7 @@ class Playback {
   /// How much longer than in the record the PC may take.
   static constexpr EventLoop::Time kPatience = std::chrono::seconds(5);
   /// What is kept of bytes that the record does not have.
-  static constexpr std::size_t kLimit = 64 * 1024;
+  static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   Playback(EventLoop& loop, std::vector<WireEvent> events, std::function<void(std::string_view)> send,
            std::function<void()> hangUp);
