@@ -43,30 +43,41 @@ bool Playback::TryStep(const WireEvent& event) {
   const EventLoop::Time due = lastStep_ + Recorded();
   const EventLoop::Time latest = due + kPatience;
   switch (event.kind) {
+    case WireEvent::Kind::Open:  // opened again with no closing in the record
+    case WireEvent::Kind::Note:
+      return true;
     case WireEvent::Kind::FromModem:
       if (loop_.Now() >= due) {
         send_(event.bytes);
         return true;
       }
-      timer_.Start(due - loop_.Now(), [this] { Proceed(); });
-      return false;
+      return WaitUntil(due);
     case WireEvent::Kind::ToModem:
-      if (const std::size_t at = received_.find(event.bytes); at != std::string::npos) {
-        received_.erase(0, at + event.bytes.size());
-        return true;
-      }
-      break;
+      return TakeExpected(event.bytes) || loop_.Now() >= latest || WaitUntil(latest);
+    case WireEvent::Kind::Lost:
     case WireEvent::Kind::Close:
-      if (loop_.Now() < latest) break;
+      if (const auto end = event.kind == WireEvent::Kind::Lost ? due : latest; loop_.Now() < end) {
+        return WaitUntil(end);
+      }
       lineUp_ = false;
       hangUp_();
       return false;
-    case WireEvent::Kind::Open:  // opened again with no closing in the record
-      return true;
   }
-  if (loop_.Now() >= latest) return true;
-  timer_.Start(latest - loop_.Now(), [this] { Proceed(); });
   return false;
+}
+
+bool Playback::WaitUntil(EventLoop::Time time) {
+  timer_.Start(time - loop_.Now(), [this] { Proceed(); });
+  return false;
+}
+
+bool Playback::TakeExpected(std::string_view bytes) {
+  // A password is any line.
+  if (bytes == kPasswordLine) bytes.remove_prefix(bytes.size() - 2);
+  const std::size_t at = received_.find(bytes);
+  if (at == std::string::npos) return false;
+  received_.erase(0, at + bytes.size());
+  return true;
 }
 
 void Playback::StepDone() {

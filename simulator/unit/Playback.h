@@ -33,6 +33,9 @@ class Playback {
   /// Goes as far as it can without waiting.
   void Proceed();
   bool TryStep(const WireEvent& event);
+  /// Comes back to Proceed at that time; always false.
+  bool WaitUntil(EventLoop::Time time);
+  bool TakeExpected(std::string_view bytes);
   void StepDone();
   /// When the next event was recorded, counted from when the one before it has happened.
   EventLoop::Time Recorded() const;

@@ -69,10 +69,13 @@ std::variant<WireEvent, const char*> ParseLine(std::string_view line) {
   if (mark != "=" && mark != ">" && mark != "<") return "a line begins with #, =, > or <";
   if (!at) return "a time in seconds must follow";
   if (mark == "=") {
-    const std::string_view what = TakeWord(line);
-    if (what == "open") return WireEvent{WireEvent::Kind::Open, *at, {}};
-    if (what == "close") return WireEvent{WireEvent::Kind::Close, *at, {}};
-    return "there are = open and = close";
+    const std::string_view what = line.substr(std::min(line.find_first_not_of(' '), line.size()));
+    if (what.empty()) return "it must say what happened, such as open or close";
+    WireEvent::Kind kind = WireEvent::Kind::Note;
+    if (what == "open" || what.starts_with("open ")) kind = WireEvent::Kind::Open;
+    if (what == "close") kind = WireEvent::Kind::Close;
+    if (what == "line lost" || what == "closed by the other side") kind = WireEvent::Kind::Lost;
+    return WireEvent{kind, *at, {}};
   }
   auto bytes = Unquote(line);
   if (const auto* error = std::get_if<const char*>(&bytes)) return *error;

@@ -34,9 +34,23 @@ TEST(WireLog, ReadsEveryEscape) {
 
 TEST(WireLog, NamesTheLineThatIsBad) {
   const std::string_view bad[] = {
-      "? 1 \"x\"",     ">",        "> x \"x\"",    "> -1 \"x\"",  "> nan \"x\"",  "> 1e300 \"x\"",
-      "> 1 x",         "> 1 \"x",  "> 1 \"x\" y",  "> 1 \"\\q\"", "> 1 \"\\x4\"", "> 1 \"\\x",
-      "> 1 \"\\xg0\"", "> 1 \"\\", "> 1 \"\xe6\"", "= 1 opened",  "= 1",          "< 0.1 \"back in time\"",
+      "? 1 \"x\"",
+      ">",
+      "> x \"x\"",
+      "> -1 \"x\"",
+      "> nan \"x\"",
+      "> 1e300 \"x\"",
+      "> 1 x",
+      "> 1 \"x",
+      "> 1 \"x\" y",
+      "> 1 \"\\q\"",
+      "> 1 \"\\x4\"",
+      "> 1 \"\\x",
+      "> 1 \"\\xg0\"",
+      "> 1 \"\\",
+      "> 1 \"\xe6\"",
+      "= 1",
+      "< 0.1 \"back in time\"",
   };
   for (const std::string_view line : bad) {
     const auto parsed =
@@ -92,6 +106,18 @@ TEST(Playback, AnswersAtTheRecordedDistancesHoweverTheBytesAreCut) {
   player.playback.Receive("at\r");
   player.loop.Run(1);
   EXPECT_EQ(player.out, "OK@155 more@157 ") << "from the beginning";
+}
+
+TEST(Playback, LosesTheLineWhereTheRecordDoesAndTakesAnyPassword) {
+  Player player(
+      "= 0 open serial COM1\n> 0.1 \"(password)\\r\\n\"\n= 0.1 a note\n< 0.2 \"in\"\n= 0.5 line lost\n= 8 "
+      "close\n");
+  player.playback.LineUp();
+  player.playback.Receive("se");
+  player.loop.Run(1);
+  player.playback.Receive("same\r\n");
+  player.loop.Run(9);
+  EXPECT_EQ(player.out, "in@11 hang-up@14 ");
 }
 
 TEST(Playback, GoesOnWithoutAPcThatDoesNotPlayItsPart) {
