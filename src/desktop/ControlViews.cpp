@@ -45,7 +45,9 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
  public:
   LabelView(FormWindow& window, Label& label)
       : WidgetView(window, label, new Clickable<QLabel>(window.ParentFor(label))) {
+    constexpr int kScreenIndent = 6;  // keeps the first column off the screen's edge
     shown_->setTextFormat(Qt::PlainText);
+    if (label.look == Look::Screen) shown_->setIndent(kScreenIndent);
     shown_->clicked = [this] { window_.Post([&control = control_] { control.click(); }); };
   }
   void Apply(const Changes& changes) override {

@@ -41,7 +41,8 @@ QRect ToPixels(const Rect& twips) {
   return {from, QSize(to.x() - from.x(), to.y() - from.y())};
 }
 
-FormWindow::FormWindow(Form& form, EventLoop& loop) : loop_(loop), form_(&form), client_(new QWidget(this)) {
+FormWindow::FormWindow(Form& form, EventLoop& loop, QWidget* owner)
+    : QWidget(owner, Qt::Window), loop_(loop), form_(&form), client_(new QWidget(this)) {
   setObjectName(ToQt(form.name()));
   MakeViews();
   connect(qApp, &QApplication::focusChanged, this, &FormWindow::AdoptFocus);
@@ -184,7 +185,10 @@ void FormWindow::ApplyForm(const Changes& changes) {
                    : state == WindowState::Maximized ? others | Qt::WindowMaximized
                                                      : others);
   }
-  if (changes.Has(Change::Visible)) setVisible(form_->visible);
+  if (changes.Has(Change::Visible)) {
+    setWindowModality(form_->Modal() ? Qt::ApplicationModal : Qt::NonModal);  // taken over when it is shown
+    setVisible(form_->visible);
+  }
 }
 
 void FormWindow::ApplyRect() {

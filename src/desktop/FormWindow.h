@@ -31,7 +31,8 @@ QRect ToPixels(const Rect& twips);
 /// answered, and activation.
 class FormWindow : public QWidget, public FormObserver {
  public:
-  FormWindow(Form& form, EventLoop& loop);
+  /// `owner`: the window that this one stays in front of, or none.
+  FormWindow(Form& form, EventLoop& loop, QWidget* owner = nullptr);
 
   /// The form goes; its controls may be gone already. The window deletes itself as soon as nothing of it is
   /// on the stack.

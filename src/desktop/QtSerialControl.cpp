@@ -70,14 +70,6 @@ QString ResolveLinks(const std::string& device) {
 
 }  // namespace
 
-std::string DefaultDeviceName([[maybe_unused]] int number) {
-#ifdef Q_OS_WIN
-  return "COM" + std::to_string(number);
-#else
-  return "/dev/ttyUSB" + std::to_string(std::max(number - 1, 0));
-#endif
-}
-
 QtSerialControl::QtSerialControl(EventLoop& loop, std::function<std::string(int)> deviceName)
     : deviceName_(std::move(deviceName)), events_(loop), port_(this) {
   port_.setReadBufferSize(kReadBuffer);

@@ -10,10 +10,6 @@
 
 namespace corvex {
 
-/// The system's name for a port number where nobody has named one: "COM3" on Windows, "/dev/ttyUSB2"
-/// elsewhere.
-std::string DefaultDeviceName(int number);
-
 /// The serial port on QSerialPort.
 ///
 /// Handshaking 3, both kinds at once, is done as 2, RTS/CTS: Qt has one kind at a time, and of the two that

@@ -1,6 +1,7 @@
 #include <QApplication>
 
 #include "common/INIFuncs.h"
+#include "desktop/Icons.h"
 #include "desktop/Places.h"
 #include "desktop/QtDialogs.h"
 #include "desktop/QtEventLoop.h"
@@ -16,8 +17,9 @@
 int main(int argc, char** argv) {
   using namespace corvex;
   QApplication application(argc, argv);
-  application.setQuitOnLastWindowClosed(false);  // the main window ends the program when it has said goodbye
+  QApplication::setQuitOnLastWindowClosed(false);  // the main window ends the program when it has said goodbye
   ApplyTheme(application);
+  QApplication::setWindowIcon(PictureIcon("logo"));
 
   QtEventLoop loop;
   SettingsStore settings(FindAppFolder());

@@ -146,7 +146,9 @@ void frmTerm::Load() {
   std::filesystem::current_path(settings_.AppFolder(), ignored);
   state_.paintHoldDefault = true;
   state_.terminalModel = TerminalModel::Unknown;
-  // Last of all, so that the window has had its time to become the active one.
+  // The first connect is for the active window only, and the system decides in its own time which that is.
+  const auto limit = loop().Now() + kActivationTime;
+  while (!Active() && loop().Now() < limit) loop().Pump(limit);
   tmrStart.enabled = true;
 }
 

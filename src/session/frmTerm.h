@@ -26,6 +26,9 @@ class frmTerm : public TermControls {
   /// What the end of the program may take in all, whatever it is waiting for.
   static constexpr EventLoop::Time kClosingTime = std::chrono::milliseconds(950);
 
+  /// How long the start waits for the window to become the active one.
+  static constexpr EventLoop::Time kActivationTime = std::chrono::milliseconds(500);
+
   frmTerm(const Platform& platform, SettingsStore& settings);
   ~frmTerm() override;
 
