@@ -45,7 +45,7 @@ bool Playback::TryStep(const WireEvent& event) {
   switch (event.kind) {
     case WireEvent::Kind::Open:  // opened again with no closing in the record
     case WireEvent::Kind::Note:
-      return true;
+      return loop_.Now() >= due || WaitUntil(due);
     case WireEvent::Kind::FromModem:
       if (loop_.Now() >= due) {
         send_(event.bytes);

@@ -110,14 +110,14 @@ TEST(Playback, AnswersAtTheRecordedDistancesHoweverTheBytesAreCut) {
 
 TEST(Playback, LosesTheLineWhereTheRecordDoesAndTakesAnyPassword) {
   Player player(
-      "= 0 open serial COM1\n> 0.1 \"(password)\\r\\n\"\n= 0.1 a note\n< 0.2 \"in\"\n= 0.5 line lost\n= 8 "
+      "= 0 open serial COM1\n> 0.1 \"(password)\\r\\n\"\n= 0.4 a note\n< 0.5 \"in\"\n= 0.8 line lost\n= 8 "
       "close\n");
   player.playback.LineUp();
   player.playback.Receive("se");
   player.loop.Run(1);
   player.playback.Receive("same\r\n");
   player.loop.Run(9);
-  EXPECT_EQ(player.out, "in@11 hang-up@14 ");
+  EXPECT_EQ(player.out, "in@14 hang-up@17 ");
 }
 
 TEST(Playback, GoesOnWithoutAPcThatDoesNotPlayItsPart) {
