@@ -149,6 +149,7 @@ void ModeMachine::GoOffline() {
 
 void ModeMachine::Disconnect() {
   const Overtaken overtaken = BeginPassage();
+  StopTimers();  // before the first wait, in which the watchdog would connect anew
   p_.link.CloseLink();
   if (!overtaken()) TakeOffline(overtaken);
 }
