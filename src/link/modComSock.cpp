@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "common/ScopedFlag.h"
 #include "common/Text.h"
 
 namespace corvex {
@@ -13,18 +14,6 @@ constexpr std::string_view kCancel = "\x18";
 constexpr std::string_view kTagModeRequest = "\x12";
 constexpr std::string_view kTransparentMode = "AT+ERB_TRANSPARENT_MODE";
 constexpr std::int32_t kErbPort = 24;
-
-/// Sets a flag for as long as it lives.
-class Guard {
- public:
-  explicit Guard(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Guard() { flag_ = false; }
-  Guard(const Guard&) = delete;
-  Guard& operator=(const Guard&) = delete;
-
- private:
-  bool& flag_;
-};
 
 }  // namespace
 
@@ -145,7 +134,7 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
   log_.Received(text);
   received_.AppendRx(text);
   if (!dispatches || !processReceived) return;
-  const Guard guard(commBusy_);
+  const ScopedFlag busy(commBusy_);
   processReceived();
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "book/frmBook.h"
+#include "common/ScopedFlag.h"
 #include "common/Text.h"
 #include "devices/frmDev.h"
 #include "session/PopUp.h"
@@ -297,14 +298,9 @@ void ModeMachine::EnterAtMode() {
 
 void ModeMachine::OpenDeviceManager() {
   if (deviceManagerBusy_) return;
-  struct Busy {
-    bool& flag;
-    explicit Busy(bool& f) : flag(f) { flag = true; }
-    ~Busy() { flag = false; }
-  };
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
   {
-    const Busy busy(deviceManagerBusy_);
+    const ScopedFlag busy(deviceManagerBusy_);
     CloseTrace();
     StopTimers();
     const Overtaken overtaken = BeginPassage();

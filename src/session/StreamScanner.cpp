@@ -1,20 +1,18 @@
 #include "session/StreamScanner.h"
 
+#include "common/ScopedFlag.h"
+
 namespace corvex {
 
 /// The time in which the scanner is busy, however it ends.
 class StreamScanner::Turn {
  public:
-  explicit Turn(StreamScanner& scanner) : scanner_(scanner) { scanner_.scanBusy_ = true; }
-  Turn(const Turn&) = delete;
-  Turn& operator=(const Turn&) = delete;
-  ~Turn() {
-    scanner_.DropTaken();
-    scanner_.scanBusy_ = false;
-  }
+  explicit Turn(StreamScanner& scanner) : scanner_(scanner), busy_(scanner.scanBusy_) {}
+  ~Turn() { scanner_.DropTaken(); }
 
  private:
   StreamScanner& scanner_;
+  const ScopedFlag busy_;
 };
 
 StreamScanner::StreamScanner(ReceiveBuffer& received, const SessionState& state, TagStream& tags,
