@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "common/ScopedFlag.h"
+
 namespace corvex {
 
 void TextBox::Edit(std::size_t position, std::size_t removed, std::string_view inserted) {
@@ -42,8 +44,14 @@ void ListBox::AddItem(std::string text) {
   Changed(Change::Items);
 }
 
-Timer::Timer(Form& form, const Design& design) : Control(form, design), interval_(design.interval) {
+Timer::Timer(Form& form, const Design& design)
+    : Control(form, design), tick(run_->tick), interval_(design.interval) {
   if (enabled) Start();
+}
+
+Timer::~Timer() {
+  run_->timerGone = true;
+  Stop();
 }
 
 void Timer::Changed(Change change) {
@@ -54,21 +62,19 @@ void Timer::Changed(Change change) {
 
 void Timer::Start() {
   // A tick that enables its own timer is served by the restart after it.
-  if (ticking_) return;
-  pending_ = form().loop().After(std::chrono::milliseconds(interval_), [this] {
-    pending_ = 0;
-    // Unwinds with the tick if the program ends in the middle of it.
-    struct Ticking {
-      bool& flag;
-      explicit Ticking(bool& f) : flag(f) { flag = true; }
-      ~Ticking() { flag = false; }
-    };
-    {
-      const Ticking ticking(ticking_);
-      tick();
-    }
-    if (enabled && pending_ == 0) Start();
-  });
+  if (run_->ticking) return;
+  pending_ = form().loop().After(std::chrono::milliseconds(interval_), [this] { Tick(); });
+}
+
+void Timer::Tick() {
+  pending_ = 0;
+  const std::shared_ptr<Run> run = run_;
+  {
+    const ScopedFlag ticking(run->ticking);
+    run->tick();
+  }
+  if (run->timerGone) return;
+  if (enabled && pending_ == 0) Start();
 }
 
 void Timer::Stop() {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -179,24 +180,33 @@ class MenuItem : public Control {
 };
 
 /// Ticks every `interval` milliseconds while enabled. The next interval begins when a tick has returned, so
-/// that a tick that waits is never entered again from its own wait.
+/// that a tick that waits is never entered again from its own wait. A tick may destroy its timer, with the
+/// form or alone, and go on.
 class Timer : public Control {
+  /// What a tick needs until it returns, even if the timer is gone by then.
+  struct Run {
+    Event<> tick;
+    bool ticking = false;
+    bool timerGone = false;
+  };
+  const std::shared_ptr<Run> run_ = std::make_shared<Run>();
+
  public:
   Timer(Form& form, const Design& design);
-  ~Timer() { Stop(); }
+  ~Timer();
   std::string_view TypeName() const override { return "Timer"; }
   int interval() const { return interval_; }
-  Event<> tick;
+  Event<>& tick;
 
   void Changed(Change change) override;
 
  private:
   void Start();
   void Stop();
+  void Tick();
 
   int interval_;
   EventLoop::TimerId pending_ = 0;
-  bool ticking_ = false;
 };
 
 }  // namespace corvex

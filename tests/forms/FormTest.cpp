@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 #include "forms/Controls.h"
@@ -101,6 +102,37 @@ TEST_F(FormTest, TimerEnabledAnewBeginsAnew) {
   form.timer.enabled = true;
   loop.Run(0.08);
   EXPECT_EQ(ticks, 0);
+  loop.Run(1);
+  EXPECT_EQ(ticks, 1);
+}
+
+TEST_F(FormTest, AFormMayDestroyItselfInATickOfItsTimer) {
+  auto other = std::make_unique<TwoControls>(loop, windows, "other");
+  bool gone = false;
+  bool endedInOrder = false;
+  other->timer.tick = [&] {
+    other.reset();
+    gone = true;  // what the tick has captured is still there
+    Pause(loop, 0.5);
+    endedInOrder = true;
+  };
+  other->timer.enabled = true;
+  loop.Run(1);
+  EXPECT_TRUE(gone);
+  EXPECT_TRUE(endedInOrder);
+}
+
+TEST_F(FormTest, ATimerWhoseTickIsCutShortByTheEndLeavesNothingBehind) {
+  auto other = std::make_unique<TwoControls>(loop, windows, "other");
+  int ticks = 0;
+  other->timer.tick = [&] {
+    ++ticks;
+    other.reset();
+    loop.End();
+    Pause(loop, 1);
+    ++ticks;
+  };
+  other->timer.enabled = true;
   loop.Run(1);
   EXPECT_EQ(ticks, 1);
 }
