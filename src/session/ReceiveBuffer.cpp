@@ -4,29 +4,36 @@ namespace corvex {
 
 std::string ReceiveBuffer::TakeRx() {
   std::string taken;
-  taken.swap(text_);
-  TellRoom(taken.size());
+  TakeRxInto(taken);
   return taken;
 }
 
 void ReceiveBuffer::TakeRxInto(std::string& text) {
-  const std::size_t before = text_.size();
-  if (text.empty()) {
+  const std::size_t before = Held();
+  if (text.empty() && read_ == 0) {
     text.swap(text_);  // the two keep each other's storage, so that a steady stream allocates nothing
   } else {
-    text.append(text_);
+    text.append(text_, read_);
     text_.clear();
+    read_ = 0;
   }
   TellRoom(before);
 }
 
 std::uint8_t ReceiveBuffer::ReadByte() {
   while (!RxAvailable()) loop_.Pump();
-  const auto byte = static_cast<std::uint8_t>(text_.front());
-  const std::size_t before = text_.size();
-  text_.erase(0, 1);
+  const std::size_t before = Held();
+  const auto byte = static_cast<std::uint8_t>(text_[read_++]);
+  DropRead();
   TellRoom(before);
   return byte;
+}
+
+void ReceiveBuffer::DropRead() {
+  // What waits has to be moved to the front then, which is put off until it is no more than what goes.
+  if (read_ < Held()) return;
+  text_.erase(0, read_);
+  read_ = 0;
 }
 
 void ReceiveBuffer::TellRoom(std::size_t before) {

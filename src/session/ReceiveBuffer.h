@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -29,8 +30,8 @@ class ReceiveBuffer {
   /// Moves the whole buffer to the end of `text`.
   void TakeRxInto(std::string& text);
   void DiscardRx() { TakeRx(); }
-  bool RxAvailable() const { return !text_.empty(); }
-  bool HasRoom() const { return text_.size() < kCapacity; }
+  bool RxAvailable() const { return Held() > 0; }
+  bool HasRoom() const { return Held() < kCapacity; }
 
   /// Takes the first byte, and waits for it without any limit of time; a silent modem leaves it waiting for
   /// ever, so that callers see to their own way out. That is meant.
@@ -39,10 +40,13 @@ class ReceiveBuffer {
   std::function<void()> onRoom;
 
  private:
+  std::size_t Held() const { return text_.size() - read_; }
+  void DropRead();
   void TellRoom(std::size_t before);
 
   EventLoop& loop_;
-  std::string text_;
+  std::string text_;      ///< What has been received, and
+  std::size_t read_ = 0;  ///< how much of its front ReadByte has taken: never more than what is left.
 };
 
 }  // namespace corvex
