@@ -38,8 +38,10 @@ void StatusPanel::SoundTone() {
   if (!settings_.config.sound.IsBeep()) return;
   const auto now = window_.loop().Now();
   if (now < toneEnds_) return;  // one at a time
+  const int hertz = (state_.toneValue + 10) * 3 + 280;
+  if (hertz <= 0) return;  // so low a value is no tone
   toneEnds_ = now + std::chrono::milliseconds(kToneMilliseconds);
-  sound_.Beep((state_.toneValue + 10) * 3 + 280, kToneMilliseconds);
+  sound_.Beep(hertz, kToneMilliseconds);
 }
 
 void StatusPanel::ShowSignal() {

@@ -1,0 +1,216 @@
+#include "session/StatusPanel.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/Program.h"
+
+namespace corvex {
+namespace {
+
+using test::Program;
+using test::Responder;
+
+/// A program in the modem's menus.
+struct StatusPanelTest : ::testing::Test {
+  StatusPanelTest() {
+    p.Start(3);
+    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+  }
+  void Feed(const std::string& bytes) {
+    p.comPort.Arrive(bytes);
+    p.loop.Run(0.01);
+  }
+  void FeedTag(const std::string& tag, const std::string& payload = {}) {
+    Feed("<tml><" + tag + ">" + payload + "</tml>");
+  }
+
+  Program p;
+  Responder modem{p.comPort, test::HeronModem()};
+  frmTerm& term = p.term;
+};
+
+TEST_F(StatusPanelTest, TheTimeMovesOverTheZoneWhenThereIsNone) {
+  struct Case {
+    const char* tag;
+    const char* payload;
+    const char* time;
+    const char* toolTip;
+    const char* zone;
+    Twips left;
+  };
+  // One after the other: what a tag does not tell stays as the one before has left it.
+  for (const auto& [tag, payload, time, toolTip, zone, left] : std::vector<Case>{
+           {"Time", "09:59", "09:59", "", "", 6000},
+           {"Date", "10:00|2006.3.31|UTC", "10:00", "31/3/2006", "UTC", 4905},
+           {"Time", "10:01", "10:01", "31/3/2006", "UTC", 4905},
+           {"Date", "10:02|2006.4.1", "10:02", "1/4/2006", "UTC", 6000},
+           {"Date", "10:03|2006.4|CET", "10:03", "", "CET", 4905},
+           {"Date", "10:04|2006.99999.1|CET", "10:04", "", "CET", 4905},
+           {"Date", "10:05|soon|", "10:05", "", "CET", 6000},
+           {"Date", "", "", "", "CET", 6000},
+       }) {
+    SCOPED_TRACE(payload);
+    FeedTag(tag, payload);
+    EXPECT_EQ(term.lblTime.caption, time);
+    EXPECT_EQ(term.lblTime.toolTip, toolTip);
+    EXPECT_EQ(term.lblTime.rect.Get().left, left);
+    EXPECT_EQ(term.lblZone.caption, zone);
+    EXPECT_GT(term.lblTime.order(), term.lblZone.order());
+  }
+}
+
+TEST_F(StatusPanelTest, ATemperatureIsHiddenWithoutASensorAndWhenItIsTooLarge) {
+  const std::vector<std::pair<const char*, Label*>> sensors{{"Temp", &term.lblTemp},
+                                                            {"PsuTemp", &term.lblTempPsu}};
+  for (const auto& [tag, label] : sensors) {
+    // An empty caption stands for a hidden label.
+    for (const auto& [payload, caption] :
+         std::vector<std::pair<const char*, const char*>>{{"31", "31C"},
+                                                          {" ", ""},
+                                                          {"", "C"},
+                                                          {"40000", ""},
+                                                          {"-5", "-5C"},
+                                                          {"-40000", ""},
+                                                          {"hot", "hotC"},
+                                                          {"32767", "32767C"}}) {
+      FeedTag(tag, payload);
+      EXPECT_EQ(label->visible ? label->caption.Get() : "", caption) << tag << " '" << payload << "'";
+    }
+  }
+}
+
+TEST_F(StatusPanelTest, ABeamIsNamedByTheFirstWordsThatFit) {
+  for (const auto& [payload, caption] :
+       std::vector<std::pair<const char*, const char*>>{{"Spot Beam 4", "SPT"},
+                                                        {"spot beam selection failed", "SBS"},
+                                                        {"Global, no spot beam", "SPT"},
+                                                        {"Global beam", "GLB"},
+                                                        {"Global fail", "SBS"},
+                                                        {"Spot", "SBS"},
+                                                        {"", "SBS"}}) {
+    FeedTag("Spotinfo", payload);
+    EXPECT_EQ(term.lblSpot.caption, caption) << payload;
+    EXPECT_EQ(term.lblSpot.toolTip, payload);
+  }
+}
+
+TEST_F(StatusPanelTest, AUserMayNotUpgrade) {
+  for (const auto& [payload, upgrades] : std::vector<std::pair<const char*, bool>>{
+           {"user", false}, {"service", true}, {"SuperUsers", false}, {"", true}}) {
+    FeedTag("Userinfo", payload);
+    EXPECT_EQ(term.mnuUpgrade.enabled, upgrades) << payload;
+  }
+}
+
+TEST_F(StatusPanelTest, CompressionKeepsItsToolTipWhenItEnds) {
+  FeedTag("V42b", "2048 words");
+  EXPECT_TRUE(term.lblComp.visible);
+  EXPECT_EQ(term.lblComp.caption, "v42bis");
+  EXPECT_EQ(term.lblComp.toolTip, "2048 words");
+  FeedTag("V44", "both ways");
+  EXPECT_EQ(term.lblComp.caption, "v44");
+  EXPECT_EQ(term.lblComp.toolTip, "both ways");
+  FeedTag("none", "over");
+  EXPECT_FALSE(term.lblComp.visible);
+  EXPECT_EQ(term.lblComp.caption, "   ");
+  EXPECT_EQ(term.lblComp.toolTip, "both ways");
+  // No flag gathers them: of several in one burst the last one stands, whatever they are.
+  Feed("<tml><none></tml><tml><V44>4</tml><tml><V42b>42</tml>");
+  EXPECT_EQ(term.lblComp.caption, "v42bis");
+  EXPECT_EQ(term.lblComp.toolTip, "42");
+}
+
+TEST_F(StatusPanelTest, ATonesPitchIsItsValue) {
+  using Beeps = std::vector<std::pair<double, int>>;
+  struct Case {
+    const char* payload;
+    Beeps beeps;
+  };
+  for (const auto& [payload, beeps] : std::vector<Case>{{"0", {{310, 100}}},
+                                                        {"30", {{400, 100}}},
+                                                        {"32767", {{98611, 100}}},
+                                                        {"-103", {{1, 100}}},
+                                                        {"-104", {}},
+                                                        {"-32768", {}},
+                                                        {"40000", {}},
+                                                        {"", {}}}) {
+    p.sound.beeps.clear();
+    FeedTag("STone", payload);
+    EXPECT_EQ(p.sound.beeps, beeps) << payload;
+    p.loop.Run(0.1);  // until it has ended
+  }
+}
+
+TEST_F(StatusPanelTest, OneToneSoundsAtATimeAndNoneWithTheSoundOff) {
+  FeedTag("STone", "-200");  // takes no time, as it is none
+  FeedTag("STone", "0");
+  p.loop.Run(0.08);
+  FeedTag("STone", "10");
+  EXPECT_EQ(p.sound.beeps.size(), 1u);
+  p.loop.Run(0.01);
+  FeedTag("STone", "20");
+  ASSERT_EQ(p.sound.beeps.size(), 2u);
+  EXPECT_EQ(p.sound.beeps.back().first, 370);
+  p.loop.Run(1);
+  p.settings.config.sound.SetOff();
+  FeedTag("STone", "0");
+  p.settings.config.sound.SetCard();
+  FeedTag("STone", "0");
+  EXPECT_EQ(p.sound.beeps.size(), 2u);
+}
+
+TEST_F(StatusPanelTest, InOneBurstMailWinsOverNoMailAndNoSimOverSim) {
+  struct Case {
+    const char* bytes;
+    bool mail;
+    bool sim;
+  };
+  for (const auto& [bytes, mail, sim] : std::vector<Case>{
+           {"<tml><NewMail></tml><tml><Sim></tml>", true, true},
+           {"<tml><NoMail></tml><tml><NoSim></tml>", false, false},
+           {"<tml><Mail></tml><tml><NoMail></tml><tml><NoSim></tml><tml><Sim></tml>", true, false},
+           {"<tml><NoMail></tml><tml><Sim></tml>", false, true},
+           {"<tml><NewMail></tml><tml><NoMail></tml>", true, true}}) {
+    Feed(bytes);
+    EXPECT_EQ(term.imgMail[0].visible, mail) << bytes;
+    EXPECT_EQ(term.lblsim.visible, sim) << bytes;
+  }
+}
+
+TEST_F(StatusPanelTest, TextsAreShownAsTheyCome) {
+  FeedTag("Sig", "42");
+  EXPECT_TRUE(term.corvexLbl[TermControls::kSignal].visible);
+  FeedTag("gpshead", "NE 12 kn");
+  FeedTag("GpsPos", "59 N 10 E");
+  FeedTag("MUBinfo", "MUB 2");
+  EXPECT_EQ(term.corvexLbl[TermControls::kSignal].caption, "42");
+  EXPECT_EQ(term.lblGps[0].caption, "59 N 10 E");
+  EXPECT_EQ(term.lblGps[1].caption, "NE 12 kn");
+  EXPECT_EQ(term.caption, "Quil Heron  MUB 2");
+  FeedTag("Sig");
+  EXPECT_EQ(term.corvexLbl[TermControls::kSignal].caption, "");
+}
+
+// Over the LAN bytes alone are no sign of life.
+TEST(StatusPanelOverTheLan, ATimeTagCountsAsASignOfLife) {
+  Program p;
+  p.settings.config.lan.Set(true);
+  Responder modem(p.sock, test::HeronModem());
+  p.Start(3);
+  ASSERT_EQ(p.term.main().mode, ModemMode::Terminal);
+  for (int i = 0; i < 100 && p.term.main().rxSeen; ++i) p.loop.Run(1);
+  ASSERT_FALSE(p.term.main().rxSeen);
+  p.sock.Arrive("<tml><Sig>31</tml>");
+  p.loop.Run(0.01);
+  EXPECT_FALSE(p.term.main().rxSeen);
+  p.sock.Arrive("<tml><Time>10:00</tml>");
+  p.loop.Run(0.01);
+  EXPECT_TRUE(p.term.main().rxSeen);
+}
+
+}  // namespace
+}  // namespace corvex
