@@ -1,0 +1,191 @@
+#include "session/Dispatcher.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/Decoder.h"
+#include "support/FakePlatform.h"
+#include "support/TempFolder.h"
+
+namespace corvex {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+/// A dispatcher with all that it serves, and no link: bytes are fed to it.
+struct DispatcherTest : ::testing::Test {
+  DispatcherTest() {
+    main.mode = ModemMode::Terminal;
+    dispatcher.newPrintJob = [this] { log.push_back("job"); };
+    dispatcher.printLine = [this](const std::string& lines) { log.push_back("line " + lines); };
+    dispatcher.printJobComplete = [this] { log.push_back("complete"); };
+  }
+  void Feed(std::string_view bytes) {
+    decoder.received.AppendRx(bytes);
+    dispatcher.ProcessReceived();
+  }
+  /// Replaces all settings by a text for the printer's `always`.
+  void SetAlways(const std::string& word) { folder.Write("corvex.ini", "[printer]\nalways=" + word + "\n"); }
+
+  test::TempFolder folder;
+  SettingsStore settings{folder.Name()};
+  test::Decoder decoder;
+  test::FakeWindows windows;
+  test::FakeSerial comPort{decoder.loop};
+  test::FakeSocket sock{decoder.loop};
+  test::FakeDialogs dialogs;
+  test::FakePrinters printers;
+  test::FakeSound sound;
+  const Platform platform{.loop = decoder.loop,
+                          .windows = windows,
+                          .comPort = comPort,
+                          .sock = sock,
+                          .dialogs = dialogs,
+                          .printers = printers,
+                          .sound = sound,
+                          .longDate = test::Decoder::LongDate};
+  TermControls window{decoder.loop, windows};
+  MainState main;
+  SessionState& state = decoder.state;
+  ScreenLists lists{window, main, state};
+  StatusPanel status{window, main, state, settings, sound};
+  Dispatcher dispatcher{{.platform = platform,
+                         .settings = settings,
+                         .window = window,
+                         .main = main,
+                         .state = state,
+                         .received = decoder.received,
+                         .grid = decoder.grid,
+                         .scanner = decoder.scanner,
+                         .lists = lists,
+                         .status = status}};
+  Texts log;
+};
+
+const std::string kSignal = "<tml><Sig>31</tml>";
+
+TEST_F(DispatcherTest, TheModeSaysWhatBecomesOfBytes) {
+  enum class Fate { Dropped, Shown, Scanned, Left };
+  for (const auto& [mode, fate] :
+       std::vector<std::pair<ModemMode, Fate>>{{ModemMode::AwaitIntro, Fate::Dropped},
+                                               {ModemMode::Offline, Fate::Dropped},
+                                               {ModemMode::PortSetup, Fate::Dropped},
+                                               {ModemMode::TestInterface, Fate::Shown},
+                                               {ModemMode::AtMode, Fate::Shown},
+                                               {ModemMode::Terminal, Fate::Scanned},
+                                               {ModemMode::DeviceManager, Fate::Left},
+                                               {ModemMode::Closing, Fate::Left},
+                                               {ModemMode::Failed, Fate::Left},
+                                               {ModemMode::Upgrade, Fate::Left}}) {
+    SCOPED_TRACE(static_cast<int>(mode));
+    window.txtRx.SetText({});
+    state.sigText.clear();
+    main.mode = mode;
+    Feed(kSignal);
+    EXPECT_EQ(window.txtRx.Text(), fate == Fate::Shown ? kSignal : "");
+    EXPECT_EQ(state.sigText, fate == Fate::Scanned ? "31" : "");
+    EXPECT_EQ(decoder.received.TakeRx(), fate == Fate::Left ? kSignal : "");
+  }
+}
+
+TEST_F(DispatcherTest, TheTextViewKeepsItsLastPart) {
+  std::string text;
+  while (text.size() < 5000) text += std::to_string(text.size()) + ' ';
+  text.resize(5000);
+  dispatcher.AppendToRx(text);
+  dispatcher.AppendToRx("x");  // up to 5000 characters stay whole
+  EXPECT_EQ(window.txtRx.Text(), text + "x");
+  dispatcher.AppendToRx("y");
+  EXPECT_EQ(window.txtRx.Text(), text.substr(4096) + "xy");
+}
+
+TEST_F(DispatcherTest, APrintJobGoesWhereTheSettingsSay) {
+  struct Case {
+    const char* always;
+    Texts log;
+    Texts printed;
+  };
+  for (const auto& [always, expected, printed] :
+       std::vector<Case>{{"file", {"job", "line One Two", "complete"}, {}},
+                         {"print", {}, {"One Two"}},
+                         {"File", {"complete"}, {}}}) {
+    SCOPED_TRACE(always);
+    SetAlways(always);
+    log.clear();
+    printers.printed.clear();
+    Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><Print>012Two</tml><tml><EndPrint></tml>");
+    EXPECT_EQ(log, expected);
+    EXPECT_EQ(printers.printed, printed);
+  }
+  EXPECT_TRUE(dialogs.shown.empty());
+}
+
+TEST_F(DispatcherTest, APrintJobInPiecesHandsEachLineOnOnce) {
+  for (const char* piece : {"<tml><StartPrint></tml>", "<tml><Print>012One</tml>", "<tml><Sim></tml>",
+                            "<tml><Print>012Two</tml>", "<tml><EndPrint></tml>", "<tml><Sim></tml>"}) {
+    Feed(piece);
+  }
+  EXPECT_EQ(log, (Texts{"job", "line One", "line Two", "complete"}));
+}
+
+TEST_F(DispatcherTest, AMissingPrinterIsTold) {
+  SetAlways("print");
+  printers.present = false;
+  Feed("<tml><StartPrint></tml><tml><Print>012One</tml><tml><EndPrint></tml>" + kSignal);
+  EXPECT_EQ(dialogs.shown, Texts{"No printer configured"});
+  EXPECT_EQ(window.corvexLbl[TermControls::kSignal].caption, "31");
+}
+
+TEST_F(DispatcherTest, WhatLeadsOutsideIsHandedOnAndMayGoNowhere) {
+  const std::string burst = "<tml><BookMode></tml><tml><Shutdown></tml><tml><DSPinfo>1 2 3</tml>";
+  Feed(burst);
+  EXPECT_TRUE(window.tmrSpawnBook.enabled);
+  dispatcher.dspInfo = [this](const std::string& numbers) { log.push_back("dsp " + numbers); };
+  dispatcher.shutdown = [this] { log.push_back("shutdown"); };
+  Feed(burst);
+  Feed(kSignal);
+  EXPECT_EQ(log, (Texts{"dsp 1 2 3", "shutdown"}));
+}
+
+TEST_F(DispatcherTest, RowsAndTablesWaitUntilTheModemHasDrawnThem) {
+  Feed("<tml><TableScreen></tml>\x1B[2;2HHeader\x1B[H" + kSignal);
+  EXPECT_TRUE(state.rowsChanged);
+  EXPECT_TRUE(state.tableChanged);
+  EXPECT_EQ(window.corvexLbl[0].caption, "");
+  EXPECT_EQ(window.corvexLbl[TermControls::kSignal].caption, "31");  // the indicators do not wait
+  Feed("<tml><Paint></tml>");
+  EXPECT_FALSE(state.rowsChanged);
+  EXPECT_FALSE(state.tableChanged);
+  EXPECT_TRUE(window.corvexLbl[0].caption.Get().starts_with("Header"));
+}
+
+TEST_F(DispatcherTest, AnActionMayDispatchAgainAndEachChangeIsServedOnce) {
+  dispatcher.newPrintJob = [this] {
+    log.push_back("job");
+    Feed("<tml><Print>012Two</tml><tml><EndPrint></tml>" + kSignal);
+    log.push_back(window.corvexLbl[TermControls::kSignal].caption);
+  };
+  Feed("<tml><StartPrint></tml><tml><Print>012One </tml>");
+  // The inner dispatch has served all that there was; nothing is left for the outer one.
+  EXPECT_EQ(log, (Texts{"job", "line One Two", "complete", "31"}));
+}
+
+TEST_F(DispatcherTest, BytesThatComeWhileAPacketIsDecodedWaitForTheNextEvent) {
+  decoder.tags.onCompression = [this](TagToken, std::string_view) {
+    Feed(kSignal);
+    // What was decoded before is served, and what has just come is not.
+    log.push_back(window.lblTime.caption);
+    log.push_back(state.sigText);
+  };
+  Feed("<tml><Time>10:00</tml><tml><V44></tml><tml><Sig>12</tml>");
+  EXPECT_EQ(log, (Texts{"10:00", ""}));
+  EXPECT_EQ(window.corvexLbl[TermControls::kSignal].caption, "12");
+  Feed({});
+  EXPECT_EQ(window.corvexLbl[TermControls::kSignal].caption, "31");
+}
+
+}  // namespace
+}  // namespace corvex
