@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "support/Program.h"
+#include "unit/Playback.h"
+
+// Recorded sessions, played to the whole program: it must send what was recorded, and end in the screen that
+// stands beside the recording. scripts/recordings.sh runs them alone, or writes the screens anew.
+
+namespace corvex {
+namespace {
+
+using simulation::Playback;
+using simulation::WireEvent;
+using test::Program;
+
+std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// What a user sees of the main window, as a text.
+std::string Seen(const frmTerm& term) {
+  std::string seen = "title    " + term.caption.Get() + "\nstatus  ";
+  for (const Label* label :
+       {&term.corvexLbl[TermControls::kSignal], &term.lblsim, &term.lblTemp, &term.lblTempPsu, &term.lblComp,
+        &term.lblSpot, &term.lblPort, &term.lblTime, &term.lblZone, &term.lblGps[0], &term.lblGps[1]}) {
+    if (label->visible) seen += " [" + label->caption.Get() + ']';
+  }
+  seen += term.imgMail[0].visible ? " [mail]\n" : "\n";
+  for (std::size_t i = 0; i < TermControls::kSignal; ++i)
+    seen += "row      |" + term.corvexLbl[i].caption.Get() + "|\n";
+  for (const Button& key : term.cmdSK) {
+    if (key.enabled) seen += "key      " + key.caption.Get() + '\n';
+  }
+  if (term.frmMenu.visible) {
+    seen += "menu     " + term.frmMenu.caption.Get() + '\n';
+    int place = 0;
+    for (const ListItem& item : term.ListMenu.Items()) {
+      seen += (++place == term.ListMenu.selected ? "       > " : "         ") + item.text + " (" +
+              std::to_string(item.icon) + ")\n";
+    }
+  }
+  if (term.frmChoice.visible) {
+    seen += "choice   " + term.frmChoice.caption.Get() + '\n';
+    int place = 0;
+    for (const std::string& item : term.ListChoice.Items()) {
+      seen += (place++ == term.ListChoice.listIndex ? "       > " : "         ") + item + '\n';
+    }
+  }
+  if (term.frmMsg.visible) {
+    seen += "message  " + term.LblMsg[0].caption.Get() + " / " + term.LblMsg[1].caption.Get() + '\n';
+  }
+  return seen;
+}
+
+/// Plays the modem's side into a port of fakes, from the start of the program until the recorded close.
+template <typename Port>
+void Play(Program& p, Port& port, const std::vector<WireEvent>& events, const std::function<void()>& hangUp) {
+  Playback playback(
+      p.loop, events, [&port](std::string_view bytes) { port.Arrive(bytes); }, hangUp);
+  port.onSent = [&playback](std::string_view bytes) { playback.Receive(bytes); };
+  port.onOpened = [&playback] { playback.LineUp(); };
+  port.onClosed = [&playback] { playback.LineDown(); };
+  const auto last = std::find_if(events.rbegin(), events.rend(), [](const WireEvent& event) {
+    return event.kind == WireEvent::Kind::FromModem;
+  });
+  p.Start(0.2);
+  while (std::chrono::duration<double>(p.loop.Now()).count() < last->at + 0.6) p.loop.Run(0.1);
+  port.onSent = nullptr;
+  port.onOpened = nullptr;
+  port.onClosed = nullptr;
+}
+
+class RecordingsTest : public ::testing::TestWithParam<std::filesystem::path> {};
+
+TEST_P(RecordingsTest, EndsInItsScreen) {
+  const std::string text = ReadFile(GetParam());
+  const auto parsed = simulation::ParseWireLog(text);
+  if (const auto* error = std::get_if<simulation::WireLogError>(&parsed)) {
+    FAIL() << GetParam() << ':' << error->line << ": " << error->text;
+  }
+  const auto& events = std::get<std::vector<WireEvent>>(parsed);
+  Program p;
+  const bool lan = text.find(" open lan ") != std::string::npos;
+  p.settings.config.lan.Set(lan);
+  if (lan) {
+    Play(p, p.sock, events, [&p] { p.sock.PeerCloses(); });
+  } else {
+    Play(p, p.comPort, events, [&p] {
+      p.comPort.Vanish();
+      p.comPort.available = true;
+    });
+  }
+
+  std::string recorded;
+  for (const WireEvent& event : events) {
+    if (event.kind == WireEvent::Kind::ToModem) recorded += event.bytes;
+  }
+  const std::string& sent = lan ? p.sock.sent : p.comPort.sent;
+  EXPECT_EQ(sent, recorded.substr(0, sent.size()));
+
+  auto screen = GetParam();
+  screen.replace_extension(".screen");
+  if (std::getenv("CORVEX_RENEW_RECORDINGS") != nullptr) {
+    std::ofstream(screen, std::ios::binary) << Seen(p.term);
+  }
+  EXPECT_EQ(Seen(p.term), ReadFile(screen));
+}
+
+std::vector<std::filesystem::path> Recordings() {
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(CORVEX_TEST_DATA "/recordings")) {
+    if (entry.path().extension() == ".log") files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RecordingsTest, ::testing::ValuesIn(Recordings()), [](const auto& test) {
+  std::string name = test.param.stem().string();
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+});
+
+}  // namespace
+}  // namespace corvex
