@@ -6,9 +6,8 @@
 
 namespace corvex {
 
-/// The folder of the settings file and of all that the program writes: the program's own, as long as it may
-/// write there or has its settings file there; otherwise the user's folder for settings, which is made if
-/// need be.
+/// The folder of the settings file and of all that the program writes: the program's own if it may write
+/// there; otherwise one of its own in the user's folder for settings, which is made if need be.
 std::string FindAppFolder();
 
 /// A date in the system's long form; empty if there is no such date.
