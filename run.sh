@@ -18,9 +18,7 @@ headless=
 packages=("${packages_build[@]}" "${packages_run[@]}")
 [ -z "$headless" ] || packages+=("${packages_display[@]}")
 scripts/ensure-packages.sh "${packages[@]}"
-echo "== Building"
-[ -f build/release/build.ninja ] || cmake --preset release >/dev/null
-cmake --build --preset release --target corvex corvex-simulator
+scripts/build.sh release corvex corvex-simulator
 
 # A copied executable is an installation of its own, with its settings beside it.
 demo=build/demo

@@ -8,8 +8,6 @@ preset=${1:-release}
 . scripts/packages.sh
 
 scripts/ensure-packages.sh "${packages_build[@]}" "${packages_run[@]}" "${packages_display[@]}"
-echo "== Building ($preset)"
-[ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset"
+scripts/build.sh "$preset"
 echo "== Testing ($preset)"
 scripts/with-display.sh ctest --preset "$preset" -j "$(nproc)"
