@@ -10,9 +10,6 @@ namespace corvex {
 
 namespace {
 
-constexpr std::string_view kPrefix = "wire-";
-constexpr std::string_view kSuffix = ".log";
-
 /// "20060331-120000" of seconds since 1970 in local time.
 std::string Stamp(std::int64_t localSeconds) {
   using namespace std::chrono;
@@ -29,8 +26,9 @@ std::string Stamp(std::int64_t localSeconds) {
 }
 
 bool IsRecording(const std::filesystem::path& file) {
-  const std::string name = file.filename().string();
-  return name.starts_with(kPrefix) && name.ends_with(kSuffix);
+  // Not as a narrow text: a file of the user's may have a name that the system cannot give as one.
+  const std::u8string name = file.filename().u8string();
+  return name.starts_with(u8"wire-") && name.ends_with(u8".log");
 }
 
 }  // namespace
@@ -130,7 +128,7 @@ void WireLog::WriteHeld() {
 
 bool WireLog::Begin() {
   RemoveOld(settings_.AppFolder());
-  const std::string name = std::string(kPrefix) + Stamp(loop_.LocalSeconds()) + std::string(kSuffix);
+  const std::string name = "wire-" + Stamp(loop_.LocalSeconds()) + ".log";
   file_.open(settings_.InAppFolder(name), std::ios::binary | std::ios::app);
   if (!file_) return false;
   began_ = loop_.Now();
