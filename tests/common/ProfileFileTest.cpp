@@ -86,31 +86,6 @@ TEST(ProfileText, WriteChangesOneValueAndKeepsEveryOtherByte) {
   }
 }
 
-TEST(ProfileText, ValueComesBackAsItsLineReads) {
-  struct Case {
-    std::string value;
-    std::string back;
-  };
-  const Case cases[] = {
-      {"", ""},
-      {"a b", "a b"},
-      {" a ", "a"},
-      {"\" a \"", " a "},
-      {"'", "'"},
-      {";a", ";a"},
-      {"[x]", "[x]"},
-      {"a\rb", "a\rb"},
-      {"a\nb=1", "a"},
-      {"\xC5=\xF8", "\xC5=\xF8"},
-      {std::string(256, 'y'), std::string(255, 'y')},
-  };
-  for (const Case& c : cases) {
-    const std::string text = WithProfileValue("[s]\r\nk=old\r\nother=1\r\n", "s", "k", c.value);
-    EXPECT_EQ(ProfileValue(text, "s", "k", "none"), c.back) << c.value;
-    EXPECT_EQ(ProfileValue(text, "s", "other", "none"), "1") << c.value;
-  }
-}
-
 /// A settings file in a folder of its own; writes set [port] com to 7.
 class ProfileFile : public testing::Test {
  protected:
