@@ -49,28 +49,22 @@ TEST(PortSettings, ADeviceNamedInTheSettingsStandsForAComNumber) {
 }
 
 TEST(Detection, AGoodModemIsNamedAndEnteredWithTheseBytes) {
-  Program p;
-  Responder modem(p.comPort, HeronModem());
-  p.Start(5);
-  EXPECT_EQ(p.comPort.sent, test::kConnect);
-  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
-  EXPECT_EQ(p.windows.applicationTitle, "Quil Heron ");
-  EXPECT_EQ(p.term.caption, "Quil Heron ");
-  EXPECT_TRUE(p.term.mnuTerminal.checked);
-  EXPECT_TRUE(p.term.mnuUpgrade.enabled);
-  EXPECT_EQ(p.term.lblPort.caption, "COM1");
-  EXPECT_EQ(p.term.lblPort.toolTip, " access is via serial port");
-}
-
-TEST(Detection, OverTheLanTheSameWithTheTransparentModeInFront) {
-  Program p;
-  p.settings.config.lan.Set(true);
-  Responder modem(p.sock, HeronModem());
-  p.Start(5);
-  EXPECT_EQ(p.sock.sent, "AT+ERB_TRANSPARENT_MODE\r\n" + test::kConnect);
-  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
-  EXPECT_EQ(p.term.lblPort.caption, "LAN");
-  EXPECT_EQ(p.term.lblPort.toolTip, "Local address 10.0.0.2 server 192.168.1.1 port 3000");
+  for (const bool lan : {false, true}) {
+    Program p;
+    p.settings.config.lan.Set(lan);
+    Responder port(p.comPort, HeronModem());
+    Responder socket(p.sock, HeronModem());
+    p.Start(5);
+    EXPECT_EQ(p.comPort.sent, lan ? "" : test::kConnect);
+    EXPECT_EQ(p.sock.sent, lan ? "AT+ERB_TRANSPARENT_MODE\r\n" + test::kConnect : "");
+    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+    EXPECT_EQ(p.windows.applicationTitle, "Quil Heron ");
+    EXPECT_EQ(p.term.caption, "Quil Heron ");
+    EXPECT_TRUE(p.term.mnuUpgrade.enabled);
+    EXPECT_EQ(p.term.lblPort.caption, lan ? "LAN" : "COM1");
+    EXPECT_EQ(p.term.lblPort.toolTip,
+              lan ? "Local address 10.0.0.2 server 192.168.1.1 port 3000" : " access is via serial port");
+  }
 }
 
 TEST(Detection, AnswersInPiecesAndAfterTheSecondQuestionCount) {
@@ -123,12 +117,15 @@ TEST(Detection, ASilentModemIsToldOnceAndTriedAgainByTheWatchdog) {
 }
 
 TEST(Detection, AnUnusableAddressIsTakenForABusyPort) {
-  Program p;
-  p.settings.config.lan.Set(true);
-  p.settings.config.lanport.Set(std::string("?"));
-  p.Start(1);
-  EXPECT_EQ(p.term.LblMsg[0].caption, "Port is busy - check running applications");
-  EXPECT_EQ(p.term.main().mode, ModemMode::AwaitIntro);
+  for (const char* port : {"none", "0", "70000", "99999999999"}) {
+    Program p;
+    p.settings.config.lan.Set(true);
+    p.settings.config.lanport.Set(std::string(port));
+    p.Start(1);
+    EXPECT_EQ(p.term.LblMsg[0].caption, "Port is busy - check running applications") << port;
+    EXPECT_EQ(p.term.main().mode, ModemMode::AwaitIntro) << port;
+    EXPECT_EQ(p.sock.connects, 0) << port;
+  }
 }
 
 TEST(Detection, RubbishLeadsToThePortSettingsIfTheUserWants) {
@@ -190,18 +187,6 @@ TEST(Watchdog, OverTheLanOnlyTheTimeKeepsItQuiet) {
     p.loop.Run(1);
   }
   EXPECT_GT(p.sock.connects, 1);
-}
-
-TEST(Watchdog, RewritesTheCaptionWithWhatTheModemToldOfItsMub) {
-  Program p;
-  Responder modem(p.comPort, HeronModem());
-  p.Start(3);
-  p.comPort.Arrive("<tml><MUBinfo>MUB 1</tml>");
-  p.loop.Run(0.1);
-  EXPECT_EQ(p.term.caption, "Quil Heron  MUB 1");
-  p.Do([&] { p.term.caption = "?"; });
-  p.loop.Run(8);
-  EXPECT_EQ(p.term.caption, "Quil Heron  MUB 1");
 }
 
 }  // namespace

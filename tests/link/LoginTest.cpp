@@ -7,9 +7,7 @@ namespace corvex {
 namespace {
 
 /// Runs the login on prompts and notes what it sends.
-struct LoginTest : ::testing::Test {
-  test::TempFolder folder;
-  SettingsStore settings{folder.Name()};
+struct LoginTest : ::testing::Test, test::FakePlatform {
   std::string sent;
   std::vector<std::string> asked;
   std::optional<std::string> typed;

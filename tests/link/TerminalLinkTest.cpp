@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "support/Program.h"
+#include "support/FakePlatform.h"
 
 namespace corvex {
 namespace {
@@ -12,17 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// A link with nothing above it.
-struct LinkTest : ::testing::Test {
-  test::TempFolder folder;
-  test::VirtualLoop loop;
-  test::FakeWindows windows;
-  test::FakeSerial comPort{loop};
-  test::FakeSocket sock{loop};
-  test::FakeDialogs dialogs;
-  test::FakePrinters printers;
-  test::FakeSound sound;
-  Platform platform{loop, windows, comPort, sock, dialogs, printers, sound, {}};
-  SettingsStore settings{folder.Name()};
+struct LinkTest : ::testing::Test, test::FakePlatform {
   ReceiveBuffer received{loop};
   MainState main;
   TerminalLink link{platform, settings, received, main};
@@ -107,36 +97,6 @@ TEST_F(LinkTest, AHostThatNeverConnectsIsGivenUpAfterNineRounds) {
   EXPECT_FALSE(link.EnsureLinkOpen());
   EXPECT_EQ(sock.connects, 2);
   EXPECT_FALSE(link.OpenRefused());
-}
-
-TEST_F(LinkTest, ASocketThatFallsBackAtOnceIsTriedUntilTheProgramEnds) {
-  settings.config.lan.Set(true);
-  sock.fallsBack = true;
-  loop.After(60s, [this] { loop.End(); });
-  bool returned = false;
-  loop.Enter([&] {
-    link.EnsureLinkOpen();
-    returned = true;
-  });
-  EXPECT_FALSE(returned);
-  EXPECT_GT(sock.connects, 500);
-}
-
-TEST_F(LinkTest, AnAddressThatCannotBeUsedIsRefusedAtOnce) {
-  settings.config.lan.Set(true);
-  for (const char* port : {"none", "0", "70000", "99999999999"}) {
-    settings.config.lanport.Set(std::string(port));
-    EXPECT_FALSE(link.EnsureLinkOpen()) << port;
-    EXPECT_TRUE(link.OpenRefused()) << port;
-  }
-  EXPECT_EQ(sock.connects, 0);
-}
-
-TEST_F(LinkTest, ASerialPortThatIsNotThereCountsAsOpen) {
-  comPort.available = false;
-  EXPECT_TRUE(link.EnsureLinkOpen());
-  link.SendCancel();
-  EXPECT_EQ(comPort.sent, "");
 }
 
 TEST_F(LinkTest, BytesThatComeWhileTheDispatcherWaitsStayForTheNextEvent) {

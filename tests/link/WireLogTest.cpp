@@ -47,12 +47,6 @@ TEST(WireLog, RecordsASessionWithItsReconnectsIfTheSettingSaysSo) {
   EXPECT_EQ(Recordings(p).size(), 1u);
 }
 
-TEST(WireLog, IsOffUnlessAskedFor) {
-  Program p;
-  p.Start(3);
-  EXPECT_TRUE(Recordings(p).empty());
-}
-
 TEST(WireLog, KeepsTheLastTen) {
   Program p;
   p.settings.logging.wirelog.Set(true);

@@ -7,8 +7,6 @@
 #include <vector>
 
 #include "support/Decoder.h"
-#include "support/FakePlatform.h"
-#include "support/TempFolder.h"
 
 namespace corvex {
 namespace {
@@ -16,7 +14,7 @@ namespace {
 using Texts = std::vector<std::string>;
 
 /// A dispatcher with all that it serves, and no link: bytes are fed to it.
-struct DispatcherTest : ::testing::Test {
+struct DispatcherTest : ::testing::Test, test::FakePlatform {
   DispatcherTest() {
     main.mode = ModemMode::Terminal;
     dispatcher.newPrintJob = [this] { log.push_back("job"); };
@@ -30,24 +28,8 @@ struct DispatcherTest : ::testing::Test {
   /// Replaces all settings by a text for the printer's `always`.
   void SetAlways(const std::string& word) { folder.Write("corvex.ini", "[printer]\nalways=" + word + "\n"); }
 
-  test::TempFolder folder;
-  SettingsStore settings{folder.Name()};
   test::Decoder decoder;
-  test::FakeWindows windows;
-  test::FakeSerial comPort{decoder.loop};
-  test::FakeSocket sock{decoder.loop};
-  test::FakeDialogs dialogs;
-  test::FakePrinters printers;
-  test::FakeSound sound;
-  const Platform platform{.loop = decoder.loop,
-                          .windows = windows,
-                          .comPort = comPort,
-                          .sock = sock,
-                          .dialogs = dialogs,
-                          .printers = printers,
-                          .sound = sound,
-                          .longDate = test::Decoder::LongDate};
-  TermControls window{decoder.loop, windows};
+  TermControls window{loop, windows};
   MainState main;
   SessionState& state = decoder.state;
   ScreenLists lists{window, main, state};
@@ -148,18 +130,6 @@ TEST_F(DispatcherTest, WhatLeadsOutsideIsHandedOnAndMayGoNowhere) {
   Feed(burst);
   Feed(kSignal);
   EXPECT_EQ(log, (Texts{"dsp 1 2 3", "shutdown"}));
-}
-
-TEST_F(DispatcherTest, RowsAndTablesWaitUntilTheModemHasDrawnThem) {
-  Feed("<tml><TableScreen></tml>\x1B[2;2HHeader\x1B[H" + kSignal);
-  EXPECT_TRUE(state.rowsChanged);
-  EXPECT_TRUE(state.tableChanged);
-  EXPECT_EQ(window.corvexLbl[0].caption, "");
-  EXPECT_EQ(window.corvexLbl[TermControls::kSignal].caption, "31");  // the indicators do not wait
-  Feed("<tml><Paint></tml>");
-  EXPECT_FALSE(state.rowsChanged);
-  EXPECT_FALSE(state.tableChanged);
-  EXPECT_TRUE(window.corvexLbl[0].caption.Get().starts_with("Header"));
 }
 
 TEST_F(DispatcherTest, AnActionMayDispatchAgainAndEachChangeIsServedOnce) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <optional>
 
 #include "support/Program.h"
@@ -15,21 +14,13 @@ using test::kConnect;
 using test::Program;
 using test::Responder;
 
-/// A program in the modem's menus over a serial port; what was sent up to there is forgotten.
-struct Session : ::testing::Test {
-  Session() {
-    p.Start(3);
-    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
-    p.comPort.sent.clear();
-  }
+struct Session : test::SessionTest {
+  Session() { Sent(); }
+  /// What has been sent since the last call.
   std::string Sent() { return std::exchange(p.comPort.sent, {}); }
   void Click(MenuItem& entry) {
     p.Do([&] { entry.click(); });
   }
-
-  Program p;
-  Responder modem{p.comPort, HeronModem()};
-  frmTerm& term = p.term;
 };
 
 TEST(Start, TheMenusAndThePositionFollowTheSettings) {
@@ -53,53 +44,63 @@ TEST(Start, TheMenusAndThePositionFollowTheSettings) {
   EXPECT_TRUE(p.term.imgLogo.picture.Get().ends_with("logo.gif"));
 }
 
-TEST(Start, TheMubsAreOfferedOnTheRoutesThatHaveThem) {
-  for (const bool lan : {false, true}) {
-    for (const bool erb : {false, true}) {
-      Program p;
-      p.settings.config.lan.Set(lan);
-      p.settings.config.erbaccess.Set(erb);
-      p.Start(0);
-      EXPECT_EQ(p.term.mnuTelnet.visible, lan || erb);
-    }
-  }
-}
-
-TEST(Start, AnUnknownPhoneFamilyChangesNoMenu) {
-  Program p;
-  p.settings.config.phone.Set(std::string("R3"));
-  p.Start(0);
-  EXPECT_TRUE(p.term.mnuTest.visible);
-}
-
 TEST(Start, LeavesOnlyThePortAndThePrinterPathInTheSettings) {
   Program p;
   p.Start(0.01);
-  std::ifstream file(p.folder.Path() / "corvex.ini");
-  std::string sections;
-  int keys = 0;
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with('[')) sections += line.substr(0, line.find(']') + 1);
-    keys += line.find('=') != std::string::npos ? 1 : 0;
-  }
-  EXPECT_EQ(sections, "[printer][port]");
-  EXPECT_EQ(keys, 4);
+  std::string path = p.settings.printer.path.Get();
+  EXPECT_EQ(p.folder.Read("corvex.ini"),
+            "[printer]\r\npath=" + path + "\r\n[port]\r\nsettings=115200,n,8,1\r\nflow=2\r\ncom=1\r\n");
+  EXPECT_EQ(p.folder.Count(), 1) << "no recording unless asked for";
 }
 
-TEST_F(Session, IntoThePortPanelAndBack) {
-  Click(term.mnuPort);
-  EXPECT_EQ(Sent(), "\x18");
-  EXPECT_EQ(term.main().mode, ModemMode::PortSetup);
-  EXPECT_TRUE(term.mnuPort.checked);
-  EXPECT_FALSE(term.mnuTerminal.checked);
-  EXPECT_FALSE(p.comPort.PortOpen());
-  EXPECT_TRUE(term.fmOnTab[0].visible);
-  EXPECT_TRUE(term.frmSerial.visible);
-  EXPECT_EQ(term.rect.Get().height, 4095 + term.frmAux.rect.Get().height);
-  Click(term.mnuPort);
-  EXPECT_EQ(Sent(), kConnect);
-  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
-  EXPECT_EQ(term.rect.Get().height, 4095);
+// One after the other, each from where the one before has led.
+TEST_F(Session, AClickSendsTheseBytesAndLeadsToThisModeAndItsPanel) {
+  struct Case {
+    MenuItem& entry;
+    std::string sent;
+    ModemMode mode;
+    bool open;
+  };
+  const std::string toTest = "at+wquiltest\r\n";
+  const Case cases[] = {
+      {term.mnuPort, "\x18", ModemMode::PortSetup, false},
+      {term.mnuPort, kConnect, ModemMode::Terminal, true},
+      {term.mnuTest, "\x18\x18\x18" + toTest, ModemMode::TestInterface, true},
+      {term.mnuTerminal, "quit\r\n\x18" + kConnect, ModemMode::Terminal, true},
+      {term.mnuTest, "\x18\x18\x18" + toTest, ModemMode::TestInterface, true},
+      // As a toggle it leaves the test shell once more.
+      {term.mnuTest, "quit\r\nat\r\nquit\r\n\x18" + kConnect, ModemMode::Terminal, true},
+      {term.mnuAT, "\x18\x18", ModemMode::AtMode, true},
+      {term.mnuTest, "\x18" + toTest, ModemMode::TestInterface, true},
+      {term.mnuTerminal, "quit\r\n\x18" + kConnect, ModemMode::Terminal, true},
+      {term.mnuSlaveONSlave,
+       "\x18"
+       "AT+ERB_TRANSPARENT_MODE\x18" +
+           kConnect,
+       ModemMode::Terminal, true},
+      // Offline closes the link first and sends through the one that this opens.
+      {term.mnuOffline, "\x18", ModemMode::Offline, true},
+      {term.mnuOffline, "", ModemMode::Offline, false},
+      {term.mnuAT, "", ModemMode::AtMode, true},
+      {term.mnuAT, "", ModemMode::Offline, false},
+  };
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    SCOPED_TRACE(i);
+    Click(cases[i].entry);
+    EXPECT_EQ(Sent(), cases[i].sent);
+    const ModemMode mode = term.main().mode;
+    EXPECT_EQ(mode, cases[i].mode);
+    EXPECT_EQ(p.comPort.PortOpen(), cases[i].open);
+    EXPECT_EQ(term.tmrWatchdog.enabled, mode == ModemMode::Terminal);
+    EXPECT_EQ(term.mnuPort.checked, mode == ModemMode::PortSetup);
+    EXPECT_EQ(term.mnuTerminal.checked, mode == ModemMode::Terminal);
+    EXPECT_EQ(term.fmOnTab[0].visible, mode == ModemMode::PortSetup);
+    EXPECT_EQ(term.fmOnTab[1].visible, mode == ModemMode::TestInterface);
+    EXPECT_EQ(term.fmOnTab[4].visible, mode == ModemMode::AtMode);
+  }
+  EXPECT_EQ(p.settings.config.mubselect.Get(), "3");
+  EXPECT_TRUE(term.mnuSlaveONSlave.checked);
+  EXPECT_FALSE(term.mnuMasterONMaster.checked);
 }
 
 TEST_F(Session, ThePanelsShowTheSideThatTheRouteUses) {
@@ -108,6 +109,7 @@ TEST_F(Session, ThePanelsShowTheSideThatTheRouteUses) {
   EXPECT_EQ(term.tabConnect.selected, 2);
   EXPECT_TRUE(term.frmLan.visible);
   EXPECT_FALSE(term.frmSerial.visible);
+  EXPECT_EQ(term.rect.Get().height, 4095 + term.frmAux.rect.Get().height);
   p.Do([&] {
     term.tabConnect.selected = 1;
     term.tabConnect.click();
@@ -116,34 +118,8 @@ TEST_F(Session, ThePanelsShowTheSideThatTheRouteUses) {
   EXPECT_FALSE(term.frmLan.visible);
 }
 
-TEST_F(Session, IntoTheTestInterfaceAndBackByTheMenu) {
-  Click(term.mnuTest);
-  EXPECT_EQ(Sent(),
-            "\x18\x18\x18"
-            "at+wquiltest\r\n");
-  EXPECT_EQ(term.main().mode, ModemMode::TestInterface);
-  EXPECT_TRUE(term.txtRx.visible);
-  p.comPort.Arrive("test shell>");
-  p.loop.Run(0.1);
-  EXPECT_EQ(term.txtRx.Text(), "test shell>");
-  Click(term.mnuTerminal);
-  EXPECT_EQ(Sent(), "quit\r\n\x18" + kConnect);
-  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
-  EXPECT_FALSE(term.txtRx.visible);
-}
-
-TEST_F(Session, TheTestInterfaceIsAToggle) {
-  Click(term.mnuTest);
-  Sent();
-  Click(term.mnuTest);
-  // The way back to the menus leaves the test shell once more.
-  EXPECT_EQ(Sent(), "quit\r\nat\r\nquit\r\n\x18" + kConnect);
-}
-
-TEST_F(Session, IntoTheAtModeAndItsViews) {
+TEST_F(Session, ThePanelShowsBytesInItsView) {
   Click(term.mnuAT);
-  EXPECT_EQ(Sent(), "\x18\x18");
-  EXPECT_EQ(term.main().mode, ModemMode::AtMode);
   p.comPort.Arrive("OK");
   p.loop.Run(0.1);
   term.OptBase[1].value = true;
@@ -154,41 +130,6 @@ TEST_F(Session, IntoTheAtModeAndItsViews) {
   p.comPort.Arrive("\r\xA5");
   p.loop.Run(0.1);
   EXPECT_EQ(term.txtRx.Text(), "OKd 0 d 255 hD hA5 ");
-  Click(term.mnuTest);  // from one panel to the other
-  EXPECT_EQ(Sent(),
-            "\x18"
-            "at+wquiltest\r\n");
-  EXPECT_FALSE(term.fmOnTab[4].visible);
-  EXPECT_TRUE(term.fmOnTab[1].visible);
-}
-
-TEST_F(Session, APanelEnteredWithoutASessionEndsOffline) {
-  Click(term.mnuOffline);
-  EXPECT_EQ(term.main().mode, ModemMode::Offline);
-  Sent();
-  Click(term.mnuAT);
-  EXPECT_EQ(term.main().mode, ModemMode::AtMode);
-  Click(term.mnuAT);
-  EXPECT_EQ(term.main().mode, ModemMode::Offline);
-  EXPECT_FALSE(p.comPort.PortOpen());
-  EXPECT_EQ(Sent(), "");
-}
-
-TEST_F(Session, GoingOfflineDuringAProbeIsNotUndoneByIt) {
-  p.loop.After(std::chrono::milliseconds(300), [&] { p.loop.Enter([&] { term.mnuOffline.click(); }); });
-  Click(term.mnuTerminal);
-  EXPECT_EQ(term.main().mode, ModemMode::Offline);
-  EXPECT_EQ(Sent().find("AT+WQUILSTARTTMLB"), std::string::npos);
-  EXPECT_FALSE(term.tmrWatchdog.enabled);
-  EXPECT_EQ(term.pointer, Pointer::Normal);
-}
-
-TEST_F(Session, APanelEnteredFromOfflineStandsAlone) {
-  Click(term.mnuAT);
-  Click(term.mnuOffline);
-  Click(term.mnuPort);
-  EXPECT_TRUE(term.fmOnTab[0].visible);
-  EXPECT_FALSE(term.fmOnTab[4].visible);
 }
 
 TEST_F(Session, APanelThatNeedsTheLinkIsNotEnteredWithoutOne) {
@@ -199,16 +140,6 @@ TEST_F(Session, APanelThatNeedsTheLinkIsNotEnteredWithoutOne) {
   EXPECT_EQ(term.main().mode, ModemMode::Terminal);
   Click(term.mnuPort);  // the way to mend the address stays open
   EXPECT_EQ(term.main().mode, ModemMode::PortSetup);
-}
-
-TEST_F(Session, OfflineByTheMenuClosesFirstAndSendsThroughAnOpenedLink) {
-  Click(term.mnuOffline);
-  EXPECT_EQ(Sent(), "\x18");
-  EXPECT_TRUE(p.comPort.PortOpen());
-  Click(term.mnuOffline);
-  EXPECT_EQ(Sent(), "");
-  EXPECT_FALSE(p.comPort.PortOpen());
-  EXPECT_FALSE(term.tmrWatchdog.enabled);
 }
 
 TEST_F(Session, OfflineClearsTheScreenAndItsIndicators) {
@@ -278,17 +209,6 @@ TEST_F(Session, MinimisingStopsTheTimersUntilTheNextModeChange) {
   EXPECT_FALSE(term.tmrWatchdog.enabled);
   Click(term.mnuTerminal);
   EXPECT_TRUE(term.tmrWatchdog.enabled);
-}
-
-TEST_F(Session, AnotherMubIsReachedByANewConnect) {
-  Click(term.mnuSlaveONSlave);
-  EXPECT_EQ(p.settings.config.mubselect.Get(), "3");
-  EXPECT_TRUE(term.mnuSlaveONSlave.checked);
-  EXPECT_FALSE(term.mnuMasterONMaster.checked);
-  EXPECT_EQ(Sent(),
-            "\x18"
-            "AT+ERB_TRANSPARENT_MODE\x18" +
-                kConnect);
 }
 
 TEST_F(Session, ClosingSendsCancelTwiceAndSavesThePosition) {
@@ -396,6 +316,7 @@ TEST(Overtaken, AProbeEndsWithoutAFurtherByteWhenTheUserGoesElsewhere) {
       EXPECT_EQ(offline.p.term.main().mode, ModemMode::Offline) << after;
       EXPECT_EQ(offline.p.comPort.sent.size(), offline.sentThen) << after;
       EXPECT_EQ(offline.p.term.pointer, Pointer::Normal) << after;
+      EXPECT_FALSE(offline.p.term.tmrWatchdog.enabled) << after;
       const Clicked port(after, answers, [](Program& p) { p.term.mnuPort.click(); });
       EXPECT_EQ(port.p.term.main().mode, ModemMode::PortSetup) << after;
       EXPECT_TRUE(port.p.term.fmOnTab[0].visible) << after;

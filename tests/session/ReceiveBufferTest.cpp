@@ -56,11 +56,6 @@ TEST_F(ReceiveBufferTest, ReadByteWaitsForItsByteAndLeavesTheLaterOnes) {
   EXPECT_EQ(received.ReadByte(), 'y');
 }
 
-TEST_F(ReceiveBufferTest, AWaitForAByteEndsWithTheProgram) {
-  loop.After(std::chrono::seconds(5), [&] { loop.End(); });
-  EXPECT_FALSE(loop.Enter([&] { received.ReadByte(); }));
-}
-
 TEST_F(ReceiveBufferTest, TellsOfRoomWhenItIsNoLongerFull) {
   const std::string full(ReceiveBuffer::kCapacity, 'x');
   int told = 0;

@@ -11,24 +11,13 @@ namespace {
 using test::Program;
 using test::Responder;
 
-struct ListsTest : ::testing::Test {
-  ListsTest() {
-    p.Start(3);
-    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
-  }
-  void Feed(std::string_view bytes) {
-    p.comPort.Arrive(bytes);
-    p.loop.Run(0.5);
-  }
+struct ListsTest : test::SessionTest {
+  void Feed(std::string_view bytes) { SessionTest::Feed(bytes, 0.5); }
   std::vector<std::string> MenuTexts() const {
     std::vector<std::string> texts;
-    for (const auto& item : p.term.ListMenu.Items()) texts.push_back(item.text);
+    for (const auto& item : term.ListMenu.Items()) texts.push_back(item.text);
     return texts;
   }
-
-  Program p;
-  Responder modem{p.comPort, test::HeronModem()};
-  frmTerm& term = p.term;
 };
 
 using Texts = std::vector<std::string>;
@@ -56,13 +45,6 @@ TEST_F(ListsTest, ASubMenuHasNoMailAndABadItemLeavesTheListEmpty) {
   EXPECT_TRUE(term.frmMenu.visible);
   Feed("<tml><MenuScreen>rubbish</tml>");
   EXPECT_EQ(MenuTexts(), (Texts{"Exit Menu", "Mail"}));
-}
-
-TEST_F(ListsTest, FortyItemsAreShownOfMore) {
-  std::string packet = "<tml><MenuScreen><Title>1 Many";
-  for (int i = 1; i <= 41; ++i) packet += "<" + std::to_string(i) + ">000Item|1";
-  Feed(packet + "<INDEXLINE>1</tml>");
-  EXPECT_EQ(term.ListMenu.Items().size(), 41u);
 }
 
 TEST_F(ListsTest, AMenuTakesTheSoftKeysAway) {
@@ -93,8 +75,9 @@ TEST_F(ListsTest, AChoiceListTakesTheMenusPlaceAndGivesTheScreenBack) {
 
 TEST_F(ListsTest, ANewScreenIsHeldBackUntilTheModemHasDrawnIt) {
   Feed("<tml><MenuScreen><Title>1 A<1>001A|5<INDEXLINE>1</tml>");
-  Feed("<tml><TableScreen></tml>\x1B[2;2HHeader\x1B[4;5Hcursor");
+  Feed("<tml><TableScreen></tml>\x1B[2;2HHeader<tml><Sig>31</tml>\x1B[4;5Hcursor");
   EXPECT_EQ(term.corvexLbl[0].caption, std::string(39, ' '));
+  EXPECT_EQ(term.corvexLbl[TermControls::kSignal].caption, "31");  // the indicators do not wait
   Feed("<tml><Paint></tml>");
   EXPECT_FALSE(term.frmMenu.visible);
   EXPECT_TRUE(term.corvexLbl[0].caption.Get().starts_with("Header"));

@@ -14,23 +14,10 @@ namespace {
 using test::Program;
 using test::Responder;
 
-/// A program in the modem's menus.
-struct StatusPanelTest : ::testing::Test {
-  StatusPanelTest() {
-    p.Start(3);
-    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
-  }
-  void Feed(const std::string& bytes) {
-    p.comPort.Arrive(bytes);
-    p.loop.Run(0.01);
-  }
+struct StatusPanelTest : test::SessionTest {
   void FeedTag(const std::string& tag, const std::string& payload = {}) {
     Feed("<tml><" + tag + ">" + payload + "</tml>");
   }
-
-  Program p;
-  Responder modem{p.comPort, test::HeronModem()};
-  frmTerm& term = p.term;
 };
 
 TEST_F(StatusPanelTest, TheTimeMovesOverTheZoneWhenThereIsNone) {
@@ -193,23 +180,6 @@ TEST_F(StatusPanelTest, TextsAreShownAsTheyCome) {
   EXPECT_EQ(term.caption, "Quil Heron  MUB 2");
   FeedTag("Sig");
   EXPECT_EQ(term.corvexLbl[TermControls::kSignal].caption, "");
-}
-
-// Over the LAN bytes alone are no sign of life.
-TEST(StatusPanelOverTheLan, ATimeTagCountsAsASignOfLife) {
-  Program p;
-  p.settings.config.lan.Set(true);
-  Responder modem(p.sock, test::HeronModem());
-  p.Start(3);
-  ASSERT_EQ(p.term.main().mode, ModemMode::Terminal);
-  for (int i = 0; i < 100 && p.term.main().rxSeen; ++i) p.loop.Run(1);
-  ASSERT_FALSE(p.term.main().rxSeen);
-  p.sock.Arrive("<tml><Sig>31</tml>");
-  p.loop.Run(0.01);
-  EXPECT_FALSE(p.term.main().rxSeen);
-  p.sock.Arrive("<tml><Time>10:00</tml>");
-  p.loop.Run(0.01);
-  EXPECT_TRUE(p.term.main().rxSeen);
 }
 
 }  // namespace

@@ -6,9 +6,13 @@
 #include <utility>
 #include <vector>
 
+#include "common/INIFuncs.h"
 #include "forms/Form.h"
+#include "platform/Platform.h"
 #include "platform/Services.h"
 #include "platform/Transports.h"
+#include "support/TempFolder.h"
+#include "support/VirtualLoop.h"
 
 namespace corvex::test {
 
@@ -210,6 +214,28 @@ class FakeSound : public Sound {
  public:
   void Beep(double hertz, int milliseconds) override { beeps.emplace_back(hertz, milliseconds); }
   std::vector<std::pair<double, int>> beeps;
+};
+
+/// All of these in virtual time, with settings in a folder of its own. Each month has 31 days, and a long
+/// date reads "31/3/2006".
+struct FakePlatform {
+  explicit FakePlatform(double timeOfDay = 36000) : loop(timeOfDay) {}
+
+  static std::string LongDate(int year, int month, int day) {
+    if (month < 1 || month > 12 || day < 1 || day > 31) return {};
+    return std::to_string(day) + '/' + std::to_string(month) + '/' + std::to_string(year);
+  }
+
+  TempFolder folder;
+  SettingsStore settings{folder.Name()};
+  VirtualLoop loop;
+  FakeWindows windows;
+  FakeSerial comPort{loop};
+  FakeSocket sock{loop};
+  FakeDialogs dialogs;
+  FakePrinters printers;
+  FakeSound sound;
+  const Platform platform{loop, windows, comPort, sock, dialogs, printers, sound, LongDate};
 };
 
 }  // namespace corvex::test

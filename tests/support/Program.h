@@ -1,22 +1,21 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "common/INIFuncs.h"
 #include "session/frmTerm.h"
 #include "support/FakePlatform.h"
-#include "support/TempFolder.h"
-#include "support/VirtualLoop.h"
 
 namespace corvex::test {
 
-/// The whole program on a platform of fakes, in virtual time, with settings in a folder of its own.
-struct Program {
-  explicit Program(double timeOfDay = 36000) : loop(timeOfDay) {}
+/// The whole program on a platform of fakes.
+struct Program : FakePlatform {
+  using FakePlatform::FakePlatform;
   ~Program() { std::filesystem::current_path(before); }
 
   /// Loads the main window and lets `seconds` go by.
@@ -27,28 +26,8 @@ struct Program {
   /// A click or the like, as the window system delivers it.
   void Do(const EventLoop::Task& task) { loop.Enter(task); }
 
-  TempFolder folder;
   std::filesystem::path before = std::filesystem::current_path();  // the program changes its working folder
-  VirtualLoop loop;
-  FakeWindows windows;
-  FakeSerial comPort{loop};
-  FakeSocket sock{loop};
-  FakeDialogs dialogs;
-  FakePrinters printers;
-  FakeSound sound;
-  SettingsStore settings{folder.Name()};
-  frmTerm term{Platform{.loop = loop,
-                        .windows = windows,
-                        .comPort = comPort,
-                        .sock = sock,
-                        .dialogs = dialogs,
-                        .printers = printers,
-                        .sound = sound,
-                        .longDate =
-                            [](int y, int m, int d) {
-                              return std::to_string(d) + '/' + std::to_string(m) + '/' + std::to_string(y);
-                            }},
-               settings};
+  frmTerm term{platform, settings};
 };
 
 /// The far side of a line: answers what is written to it, line by line, by a list of commands and replies. A
@@ -94,5 +73,21 @@ inline const std::string kConnect =
     "\x18"
     "AT+WQUILSTARTTMLB\r\n\x12"
     "\x1B\x12\x1B\x1B\x12\x1B";
+
+/// A program in the modem's menus over a serial port.
+struct SessionTest : ::testing::Test {
+  SessionTest() {
+    p.Start(3);
+    EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+  }
+  void Feed(std::string_view bytes, double seconds = 0.01) {
+    p.comPort.Arrive(bytes);
+    p.loop.Run(seconds);
+  }
+
+  Program p;
+  Responder modem{p.comPort, HeronModem()};
+  frmTerm& term = p.term;
+};
 
 }  // namespace corvex::test
