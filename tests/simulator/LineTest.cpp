@@ -88,13 +88,6 @@ TEST(FaultyLine, HangsUpOnceAfterItsBytesAndStartsAfresh) {
   EXPECT_EQ(faulty.Text(), "abcdexyz");
 }
 
-TEST(FaultyLine, SilenceIsSilent) {
-  Faulty faulty({.silent = true});
-  faulty.line.Send(kText);
-  faulty.loop.Run(10);
-  EXPECT_TRUE(faulty.pieces.empty());
-}
-
 TEST(PacedLine, TakesTheTimeOfItsBits) {
   for (const int speed : {300, 9600, 115200}) {
     VirtualLoop loop;
