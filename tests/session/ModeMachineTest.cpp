@@ -165,29 +165,23 @@ TEST_F(Session, AShutdownOfTheTerminalEndsTheSession) {
   EXPECT_FALSE(p.comPort.PortOpen());
 }
 
-/// Closes the modal window that opens next, after a second.
-void CloseModal(Program& p) {
-  p.loop.After(std::chrono::seconds(1),
-               [&p] { p.loop.Enter([&p] { p.windows.attached.back()->queryUnload(); }); });
-}
-
-TEST_F(Session, TheDeviceManagerReturnsToTheMenus) {
-  CloseModal(p);
-  p.Do([&] { term.cmdTop[1].click(); });
-  EXPECT_EQ(Sent(), "\x18\x18" + kConnect);
-  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
-  EXPECT_EQ(p.windows.attached.size(), 1u);  // released by its closing
-}
-
-TEST_F(Session, ThePhoneBookOpensOnTheModemsRequestAndLeavesTheModeOffline) {
-  ModemMode during = ModemMode::Closing;
-  p.loop.After(std::chrono::milliseconds(900), [&] { during = term.main().mode; });
-  p.comPort.Arrive("<tml><BookMode></tml>");
-  CloseModal(p);
-  p.loop.Run(5);
-  EXPECT_EQ(during, ModemMode::Offline);
-  EXPECT_EQ(Sent(), "\x18\x18" + kConnect);
-  EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+TEST_F(Session, AModalWindowReturnsToTheMenus) {
+  for (const bool byModem : {true, false}) {
+    ModemMode during = ModemMode::Closing;
+    p.loop.After(std::chrono::seconds(1), [&] {
+      during = term.main().mode;
+      p.loop.Enter([&] { p.windows.attached.back()->queryUnload(); });
+    });
+    if (byModem) {
+      Feed("<tml><BookMode></tml>", 5);
+    } else {
+      p.Do([&] { term.cmdTop[1].click(); });
+    }
+    EXPECT_EQ(during, byModem ? ModemMode::Offline : ModemMode::DeviceManager);
+    EXPECT_EQ(Sent(), "\x18\x18" + kConnect);
+    EXPECT_EQ(term.main().mode, ModemMode::Terminal);
+    EXPECT_EQ(p.windows.attached.size(), 1u);  // released by its closing
+  }
 }
 
 TEST_F(Session, TheUpgradeWindowIsModelessAndKeepsTheBytes) {
@@ -357,24 +351,6 @@ TEST(Connect, ARepeatedConnectAtAWrongSpeedNamesTheParameters) {
   EXPECT_EQ(p.term.LblMsg[0].caption, "Invalid response at 115200,n,8,1");
   EXPECT_EQ(p.term.LblMsg[1].caption, "Check parameters and try again");
   EXPECT_EQ(p.term.main().mode, ModemMode::AwaitIntro);
-}
-
-TEST(Gps, TheEntryAndThePanelFollowTheSetting) {
-  Program p;
-  p.Start(0);
-  EXPECT_TRUE(p.term.lblGps[0].visible);
-  EXPECT_TRUE(p.term.mnuGPS.checked);
-  p.Do([&] { p.term.mnuGPS.click(); });
-  EXPECT_FALSE(p.term.lblGps[0].visible);
-  EXPECT_FALSE(p.settings.config.showgps.Get());
-  p.Do([&] { p.term.mnuGPS.click(); });
-  EXPECT_TRUE(p.term.lblGps[0].visible);
-  EXPECT_FALSE(p.term.mnuGPS.checked);  // the mark comes back with the next activation
-  p.Do([&] {
-    p.term.SetActive(false);
-    p.term.SetActive(true);
-  });
-  EXPECT_TRUE(p.term.mnuGPS.checked);
 }
 
 }  // namespace

