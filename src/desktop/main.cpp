@@ -17,7 +17,8 @@
 int main(int argc, char** argv) {
   using namespace corvex;
   QApplication application(argc, argv);
-  QApplication::setQuitOnLastWindowClosed(false);  // the main window ends the program when it has said goodbye
+  QApplication::setQuitOnLastWindowClosed(
+      false);  // the main window ends the program when it has said goodbye
   ApplyTheme(application);
   QApplication::setWindowIcon(PictureIcon("logo"));
 
