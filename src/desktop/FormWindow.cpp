@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenuBar>
@@ -64,13 +65,23 @@ void FormWindow::MakeViews() {
   }
 }
 
+FormWindow::~FormWindow() {
+  if (form_ != nullptr) form_->observer = nullptr;
+}
+
 void FormWindow::Detach() {
   form_ = nullptr;
+  focusPending_ = nullptr;
   dirty_.clear();
   viewOf_.clear();
   views_.clear();
   hide();
-  deleteLater();
+  // A question of this window is owned by who waits for its answer: it is called off, and not deleted here.
+  for (QDialog* question : findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+    question->reject();
+    question->setParent(nullptr);
+  }
+  if (entered_ == 0) deleteLater();
 }
 
 void FormWindow::Post(EventLoop::Task task) {
@@ -80,7 +91,11 @@ void FormWindow::Post(EventLoop::Task task) {
 }
 
 void FormWindow::Enter(const EventLoop::Task& task) {
-  if (form_ != nullptr) loop_.Enter(task);
+  if (form_ == nullptr) return;
+  ++entered_;
+  loop_.Enter(task);
+  // Not before: where a handler waits, Qt would delete the window under it.
+  if (--entered_ == 0 && form_ == nullptr) deleteLater();
 }
 
 QWidget* FormWindow::ParentFor(const Control& control) const {
@@ -254,7 +269,7 @@ void FormWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (form_ == nullptr) return;
   if (event->type() == QEvent::ActivationChange) {
-    loop_.Enter([this] { form_->SetActive(isActiveWindow()); });
+    Enter([this] { form_->SetActive(isActiveWindow()); });
   } else if (event->type() == QEvent::WindowStateChange && !applying_) {
     const WindowState state = isMinimized()   ? WindowState::Minimized
                               : isMaximized() ? WindowState::Maximized
@@ -296,7 +311,7 @@ bool FormWindow::TakeKey(QKeyEvent& event) {
   key.shift = event.modifiers().testFlag(Qt::ShiftModifier);
   key.ctrl = event.modifiers().testFlag(Qt::ControlModifier);
   key.alt = event.modifiers().testFlag(Qt::AltModifier);
-  if (key.keyCode != 0) loop_.Enter([this, &key] { form_->keyDown(key); });
+  if (key.keyCode != 0) Enter([this, &key] { form_->keyDown(key); });
   // Remembered only now: the handler may have waited, and other keys have come.
   keySeen_ = event.type() == QEvent::ShortcutOverride;
   keyHandled_ = key.handled;

@@ -33,6 +33,7 @@ class FormWindow : public QWidget, public FormObserver {
  public:
   /// `owner`: the window that this one stays in front of, or none.
   FormWindow(Form& form, EventLoop& loop, QWidget* owner = nullptr);
+  ~FormWindow() override;
 
   /// The form goes; its controls may be gone already. The window deletes itself as soon as nothing of it is
   /// on the stack.
@@ -84,6 +85,7 @@ class FormWindow : public QWidget, public FormObserver {
   std::vector<ControlView*> dirty_;
   Changes formPending_ = Changes::All();
   const Control* focusPending_ = nullptr;
+  int entered_ = 0;  ///< Handlers of the form on the stack that a widget's code has called.
   bool scheduled_ = false;
   bool applying_ = false;
   bool resizePosted_ = false;

@@ -7,10 +7,12 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 
 #include "Wait.h"
+#include "desktop/QtDialogs.h"
 #include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
 #include "forms/Controls.h"
@@ -394,6 +396,38 @@ TEST_F(FormWindowTest, AFormMayGoInItsOwnHandler) {
   QTest::mouseClick(Find<QWidget>("button"), Qt::LeftButton);  // comes too late
   ASSERT_TRUE(Becomes(loop, [&] { return form == nullptr; }));
   Turn();
+}
+
+TEST_F(FormWindowTest, AFormMayGoWhileItsHandlerWaits) {
+  const QPointer<QWidget> shown(&window());
+  const auto wait = [&] {
+    QTimer::singleShot(0, qApp, [&] { form.reset(); });
+    test::Elapse(loop, std::chrono::milliseconds(50));
+    EXPECT_NE(shown, nullptr) << "deleted under its own handler";
+  };
+  form->keyDown = [&wait](KeyEvent&) { wait(); };
+  QTimer::singleShot(0, qApp, [this] {
+    Find<QWidget>("keys")->setFocus();
+    QTest::sendKeyEvent(QTest::Press, Find<QWidget>("keys"), Qt::Key_F2, QString(), Qt::NoModifier);
+    loop.Post([this] { loop.End(); });
+  });
+  loop.Exec();
+  EXPECT_EQ(form, nullptr);
+}
+
+TEST_F(FormWindowTest, AQuestionIsCalledOffWithItsWindow) {
+  QtDialogs dialogs(loop, windows);
+  bool answer = true;
+  loop.Post([&] {
+    loop.After(std::chrono::milliseconds(50), [&] {
+      form.reset();
+      loop.After(std::chrono::milliseconds(50), [&] { loop.End(); });
+    });
+    answer = dialogs.AskYesNo("Sure?");
+    test::Elapse(loop, std::chrono::milliseconds(20));
+  });
+  loop.Exec();
+  EXPECT_FALSE(answer);
 }
 
 }  // namespace
