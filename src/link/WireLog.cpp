@@ -92,38 +92,41 @@ void WireLog::Note(std::string_view what) {
 }
 
 void WireLog::Sent(std::string_view bytes) {
-  if (!file_.is_open()) return;
-  WriteHeld();
   Line('>', QuoteBytes(bytes));
 }
 
 void WireLog::Received(std::string_view bytes) {
   if (!file_.is_open() || bytes.empty()) return;
-  if (!secret_.empty()) {
-    held_ += bytes;
-    return;
-  }
-  Line('<', QuoteBytes(bytes));
+  held_ += bytes;
+  if (!secret_.empty()) BlotOutSecret();
+  // What may be the beginning of an echo waits for the rest of it.
+  std::size_t waits = std::min(held_.size(), secret_.size());
+  while (waits > 0 && !held_.ends_with(std::string_view(secret_).substr(0, waits))) --waits;
+  WriteHeld(held_.size() - waits);
 }
 
 void WireLog::SentSecret(std::string_view secret) {
+  ForgetSecret();
   Sent("(password)\r\n");
   secret_ = secret;
 }
 
 void WireLog::ForgetSecret() {
-  WriteHeld();
+  WriteHeld(held_.size());
   secret_.clear();
 }
 
-void WireLog::WriteHeld() {
-  if (held_.empty()) return;
+void WireLog::BlotOutSecret() {
   for (std::size_t at = held_.find(secret_); at != std::string::npos; at = held_.find(secret_, at)) {
     held_.replace(at, secret_.size(), secret_.size(), '*');
     at += secret_.size();
   }
-  Line('<', QuoteBytes(held_));
-  held_.clear();
+}
+
+void WireLog::WriteHeld(std::size_t count) {
+  if (count == 0) return;
+  Line('<', QuoteBytes(std::string_view(held_).substr(0, count)));
+  held_.erase(0, count);
 }
 
 bool WireLog::Begin() {

@@ -39,8 +39,7 @@ class WireLog {
   void Sent(std::string_view bytes);
   void Received(std::string_view bytes);
 
-  /// A password was sent. What is received from now on is held back until ForgetSecret, so that an echo of
-  /// the password, cut anywhere, can be blotted out.
+  /// A password was sent. Until ForgetSecret its echo, cut anywhere, is blotted out in what is received.
   void SentSecret(std::string_view secret);
   void ForgetSecret();
 
@@ -48,7 +47,8 @@ class WireLog {
   bool Begin();
   void RemoveOld(const std::filesystem::path& folder);
   void Line(char kind, std::string_view text);
-  void WriteHeld();
+  void BlotOutSecret();
+  void WriteHeld(std::size_t count);
 
   const EventLoop& loop_;
   const SettingsStore& settings_;
@@ -57,7 +57,7 @@ class WireLog {
   std::int64_t written_ = 0;
   bool linkOpen_ = false;
   std::string secret_;
-  std::string held_;
+  std::string held_;  ///< Received and not written yet: no longer than the secret.
 };
 
 /// Bytes as a quoted text: \e \r \n \t \" \\ and \xNN, all printable characters of ASCII as they are.
