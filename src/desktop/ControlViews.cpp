@@ -1,3 +1,4 @@
+#include <QFile>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
@@ -113,7 +114,8 @@ class Picture : public Clickable<QWidget> {
   void SetName(const std::string& name) {
     constexpr std::string_view kFile = "file:";
     name_ = name;
-    file_ = name.starts_with(kFile) ? QPixmap(ToQt(std::string_view(name).substr(kFile.size()))) : QPixmap();
+    // A path is in the encoding of the system's narrow file names, not in Latin-1.
+    file_ = name.starts_with(kFile) ? QPixmap(QFile::decodeName(name.c_str() + kFile.size())) : QPixmap();
     update();
   }
 
