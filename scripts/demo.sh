@@ -27,6 +27,7 @@ for _ in $(seq 100); do
   sleep 0.1
 done
 where=$(head -n 1 "$demo/unit.log")
+[ -n "$where" ] || { echo "The simulated unit does not start" >&2; exit 1; }
 echo "== The simulated unit: $where"
 
 # The session is recorded, so that what has come from the unit can be seen here too.
@@ -76,6 +77,11 @@ montage build/demo-[1-4]-*.png -tile 2x2 -geometry +8+8 -background '#808080' bu
 echo "== The pictures: build/demo.png and build/demo-*.png"
 
 wmctrl -i -c "$window"
+for _ in $(seq 50); do
+  kill -0 "$program" 2>/dev/null || break
+  sleep 0.1
+done
+kill -0 "$program" 2>/dev/null && { echo "The program does not end" >&2; exit 1; }
 wait "$program" && status=0 || status=$?
 program=
 [ "$status" -eq 0 ] || { echo "The program ended with status $status" >&2; exit 1; }

@@ -22,15 +22,18 @@ for _ in $(seq 100); do
   kill -0 "$xvfb" 2>/dev/null || { cat "$folder/xvfb.log" >&2; exit 1; }
   sleep 0.1
 done
+[ -s "$folder/display" ] || { echo "The virtual display does not start" >&2; exit 1; }
 DISPLAY=":$(cat "$folder/display")"
 export DISPLAY
 unset WAYLAND_DISPLAY
 export QT_QPA_PLATFORM=xcb
 openbox --sm-disable >"$folder/openbox.log" 2>&1 &
 openbox=$!
+managed() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
 for _ in $(seq 100); do
-  xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+  managed && break
   sleep 0.1
 done
+managed || { echo "The window manager does not start" >&2; cat "$folder/openbox.log" >&2; exit 1; }
 
 "$@"

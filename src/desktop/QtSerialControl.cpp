@@ -78,6 +78,9 @@ QtSerialControl::QtSerialControl(EventLoop& loop, std::function<std::string(int)
 }
 
 QtSerialControl::~QtSerialControl() {
+  // What cannot leave any more, on a line held by its flow control, would hold up the closing for many
+  // seconds.
+  if (open_) DiscardOutput();
   Close();
 }
 

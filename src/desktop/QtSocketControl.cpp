@@ -51,7 +51,8 @@ bool QtSocketControl::Connect(const std::string& host, std::int32_t port) {
 
 void QtSocketControl::Connected() {
   socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-  // A peer that vanishes without a word is not noticed for hours otherwise.
+  // A peer that vanishes without a word is noticed in the system's own time at least; the watchdog is
+  // quicker.
   socket_->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
 }
 

@@ -19,7 +19,9 @@ QtWindowSystem::~QtWindowSystem() {
 }
 
 void QtWindowSystem::Attach(Form& form) {
-  auto* window = new FormWindow(form, loop_);
+  // An owner's window takes those that it owns with it.
+  FormWindow* const owner = form.owner() == nullptr ? nullptr : WindowOf(*form.owner());
+  auto* window = new FormWindow(form, loop_, owner);
   windows_.emplace(&form, window);
   std::erase_if(made_, [](const QPointer<QWidget>& old) { return old.isNull(); });
   made_.emplace_back(window);
@@ -28,7 +30,7 @@ void QtWindowSystem::Attach(Form& form) {
 void QtWindowSystem::Detach(Form& form) {
   const auto found = windows_.find(&form);
   if (found == windows_.end()) return;
-  found->second->Detach();
+  if (found->second != nullptr) found->second->Detach();
   windows_.erase(found);
 }
 
@@ -39,15 +41,16 @@ std::int32_t QtWindowSystem::ScreenWidth() const {
 
 QWidget* QtWindowSystem::FrontWindow() const {
   if (QWidget* active = QApplication::activeWindow()) return active;
-  for (const auto& [form, window] : windows_) {
-    if (window->isVisible()) return window;
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  for (auto window = made_.rbegin(); window != made_.rend(); ++window) {
+    if (*window != nullptr && (*window)->isVisible()) return window->data();
   }
   return nullptr;
 }
 
 FormWindow* QtWindowSystem::WindowOf(const Form& form) const {
   const auto found = windows_.find(&form);
-  return found == windows_.end() ? nullptr : found->second;
+  return found == windows_.end() ? nullptr : found->second.data();
 }
 
 bool QtWindowSystem::eventFilter(QObject* object, QEvent* event) {

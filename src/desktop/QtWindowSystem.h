@@ -37,7 +37,7 @@ class QtWindowSystem : public QObject, public WindowSystem {
  private:
   EventLoop& loop_;
   std::string title_;
-  std::unordered_map<const Form*, FormWindow*> windows_;
+  std::unordered_map<const Form*, QPointer<FormWindow>> windows_;
   std::vector<QPointer<QWidget>> made_;  ///< Those of forms that have gone included, until they are deleted.
 };
 

@@ -49,7 +49,8 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
     shown_->setReadOnly(box.locked);
     connect(shown_, &QLineEdit::textEdited, this, [this](const QString& text) {
       if (pending.Has(Change::Caption)) return;  // what the logic has set since counts for more
-      window_.Enter([&] { control_.AdoptText(FromQt(text)); });
+      control_.AdoptText(FromQt(text));
+      window_.Post([&control = control_] { control.change(); });
     });
   }
   void Apply(const Changes& changes) override {
@@ -135,7 +136,8 @@ class PagesView : public WidgetView<TextBox, QPlainTextEdit> {
     if (whole_) return;  // the logic's text counts for more than one key
     std::string bytes = FromPage(shown_->document()->toRawText());
     for (const Edit& edit : edits_) bytes += edit.inserted;
-    window_.Enter([&] { control_.AdoptText(std::move(bytes)); });
+    control_.AdoptText(std::move(bytes));
+    window_.Post([&control = control_] { control.change(); });
   }
 
   static void ApplyEdit(QTextCursor& cursor, const Edit& edit) {

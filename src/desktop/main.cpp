@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <cstdlib>
 
 #include "common/INIFuncs.h"
 #include "desktop/Icons.h"
@@ -14,11 +15,12 @@
 #include "link/modCommSupport.h"
 #include "session/frmTerm.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+int Run(QApplication& application) {
   using namespace corvex;
-  QApplication application(argc, argv);
-  QApplication::setQuitOnLastWindowClosed(
-      false);  // the main window ends the program when it has said goodbye
+  // The main window ends the program when it has said goodbye, not the last window to be hidden.
+  QApplication::setQuitOnLastWindowClosed(false);
   ApplyTheme(application);
   QApplication::setWindowIcon(PictureIcon("logo"));
 
@@ -42,4 +44,14 @@ int main(int argc, char** argv) {
                settings);
   loop.Enter([&term] { term.Load(); });
   return loop.Exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  const int status = Run(application);
+  // All of ours is gone. Qt's own end would wait for a host name that is still being looked up, many seconds
+  // at times.
+  std::_Exit(status);
 }

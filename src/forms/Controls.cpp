@@ -17,7 +17,6 @@ void TextBox::Edit(std::size_t position, std::size_t removed, std::string_view i
 
 void TextBox::AdoptText(std::string text) {
   text_ = std::move(text);
-  change();
 }
 
 void ListView::Clear() {

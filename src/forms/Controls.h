@@ -70,7 +70,7 @@ class TextBox : public Control {
   void Append(std::string_view text) { Edit(text_.size(), 0, text); }
   /// Replaces `removed` bytes at `position`; both are limited to the text there is.
   void Edit(std::size_t position, std::size_t removed, std::string_view inserted);
-  /// For the window system: the user has typed; raises `change`.
+  /// For the window system: takes over what the user typed; `change` comes behind it.
   void AdoptText(std::string text);
 
   bool multiLine = false;  ///< Set before the form is shown.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/ScopedFlag.h"
 #include "forms/Control.h"
 #include "platform/Services.h"
 
@@ -15,7 +16,7 @@ Form::~Form() {
 }
 
 void Form::ShowModal() {
-  modal_ = true;
+  const ScopedFlag modal(modal_);
   visible = true;
   while (visible) loop_.Pump();
 }

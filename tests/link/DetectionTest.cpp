@@ -34,6 +34,14 @@ TEST(PortSettings, TheFirstStartSavesItsOwnAndALaterOneReadsWhatIsThere) {
   EXPECT_EQ(saved.comPort.Settings(), "38400,n,8,1");  // not the speed of a first start; that is meant
 }
 
+TEST(PortSettings, ADeviceNamedInTheSettingsStandsForAComNumber) {
+  Program p;
+  std::string name = "/dev/serial/by-id/modem";
+  p.settings.WriteSetting("devices", "com2", name);
+  EXPECT_EQ(ComDeviceName(p.settings, 2), "/dev/serial/by-id/modem");
+  EXPECT_NE(ComDeviceName(p.settings, 1), ComDeviceName(p.settings, 13));
+}
+
 TEST(Detection, AGoodModemIsNamedAndEnteredWithTheseBytes) {
   for (const bool lan : {false, true}) {
     Program p;

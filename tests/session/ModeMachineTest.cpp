@@ -353,5 +353,22 @@ TEST(Connect, ARepeatedConnectAtAWrongSpeedNamesTheParameters) {
   EXPECT_EQ(p.term.main().mode, ModemMode::AwaitIntro);
 }
 
+TEST(Gps, TheEntryAndThePanelFollowTheSetting) {
+  Program p;
+  p.Start(0);
+  EXPECT_TRUE(p.term.lblGps[0].visible);
+  for (const bool shown : {false, true}) {
+    p.Do([&] { p.term.mnuGPS.click(); });
+    EXPECT_EQ(p.term.lblGps[0].visible, shown);
+    EXPECT_EQ(p.settings.config.showgps.Get(), shown);
+    EXPECT_FALSE(p.term.mnuGPS.checked) << "the mark comes back with the next activation only";
+  }
+  p.Do([&] {
+    p.term.SetActive(false);
+    p.term.SetActive(true);
+  });
+  EXPECT_TRUE(p.term.mnuGPS.checked);
+}
+
 }  // namespace
 }  // namespace corvex
