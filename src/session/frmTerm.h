@@ -23,8 +23,9 @@ namespace corvex {
 /// it.
 class frmTerm : public TermControls {
  public:
-  /// What the end of the program may take in all, whatever it is waiting for.
-  static constexpr EventLoop::Time kClosingTime = std::chrono::milliseconds(950);
+  /// What the end of the program may take in all, whatever it is waiting for. The farewell over the LAN, the
+  /// longest there is, has left by then.
+  static constexpr EventLoop::Time kClosingTime = std::chrono::milliseconds(850);
 
   /// How long the start waits for the window to become the active one.
   static constexpr EventLoop::Time kActivationTime = std::chrono::milliseconds(500);
