@@ -174,8 +174,7 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   if (p_.main.mode == ModemMode::Terminal) p_.link.SendCancel();
   if (overtaken()) return false;
   window.pointer = Pointer::Normal;  // of a probe that was left
-  window.frmMenu.visible = false;
-  window.frmChoice.visible = false;
+  HideLists();
   PaintRows(window, p_.main, p_.state, p_.grid);
   ShowSoftKeys(window, p_.main, p_.state, p_.settings);
   window.frmAux.visible = false;
@@ -223,6 +222,7 @@ void ModeMachine::EnterPortSetup() {
   if (overtaken()) return;
   window.pointer = Pointer::Normal;
   HideTextView();
+  HideLists();
   ShowPanel(kPortPanel);
   (lan ? window.frmLan : window.frmSerial).visible = true;
   p_.main.mode = ModemMode::PortSetup;
@@ -462,8 +462,12 @@ void ModeMachine::ShowTextPanel(std::size_t panel) {
   window.txtRx.SetText({});
   window.txtRx.visible = true;
   ShowPanel(panel);
-  window.frmMenu.visible = false;
-  window.frmChoice.visible = false;
+  HideLists();
+}
+
+void ModeMachine::HideLists() {
+  p_.window.frmMenu.visible = false;
+  p_.window.frmChoice.visible = false;
 }
 
 void ModeMachine::ShowCompactWindow() {

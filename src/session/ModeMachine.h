@@ -77,6 +77,7 @@ class ModeMachine {
   void ShowFullWindow();
   void SetFramePositions();
   void HideConnectPanels();
+  void HideLists();
   void HideTextView();
 
   void StopTimers();
