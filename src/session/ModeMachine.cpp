@@ -15,6 +15,7 @@ namespace corvex {
 namespace {
 
 constexpr std::string_view kRepaint = "\x1B\x12\x1B";
+constexpr std::string_view kLeaveTestShell = "quit\r\nat\r\n";
 constexpr std::size_t kPortPanel = 0;
 constexpr std::size_t kTestPanel = 1;
 constexpr std::size_t kAtPanel = 4;
@@ -204,7 +205,7 @@ void ModeMachine::EnterPortSetup() {
       return;
     case ModemMode::TestInterface:
       window.fmOnTab[kTestPanel].visible = false;
-      if (p_.link.EnsureLinkOpen()) p_.link.WriteText("quit\r\nat\r\n");
+      if (p_.link.EnsureLinkOpen()) p_.link.WriteText(kLeaveTestShell);
       break;
     case ModemMode::AtMode:
       window.fmOnTab[kAtPanel].visible = false;
@@ -232,29 +233,14 @@ void ModeMachine::EnterPortSetup() {
 void ModeMachine::EnterTestInterface() {
   if (!p_.link.EnsureLinkOpen()) return;
   const Overtaken overtaken = BeginPassage();
-  TermControls& window = p_.window;
-  StopTimers();
-  HideConnectPanels();
-  CloseTrace();
-  switch (p_.main.mode) {
-    case ModemMode::PortSetup:
-      window.fmOnTab[kPortPanel].visible = false;
-      break;
-    case ModemMode::AtMode:
-      window.fmOnTab[kAtPanel].visible = false;
-      break;
-    case ModemMode::Terminal:
-      LeaveTerminal();
-      break;
-    case ModemMode::TestInterface:
-      window.fmOnTab[kTestPanel].visible = false;
-      if (p_.link.EnsureLinkOpen()) p_.link.WriteText("quit\r\nat\r\n");
-      ReturnFromPanel(overtaken);
-      return;
-    default:
-      break;
-  }
+  const bool leaving = p_.main.mode == ModemMode::TestInterface;
+  LeaveForTextPanel();
   if (overtaken()) return;
+  if (leaving) {
+    p_.window.fmOnTab[kTestPanel].visible = false;
+    ReturnFromPanel(overtaken);
+    return;
+  }
   ShowTextPanel(kTestPanel);
   p_.link.WriteText("\x18");
   p_.link.WriteText("at+wquiltest\r\n");
@@ -265,35 +251,30 @@ void ModeMachine::EnterTestInterface() {
 void ModeMachine::EnterAtMode() {
   if (!p_.link.EnsureLinkOpen()) return;
   const Overtaken overtaken = BeginPassage();
-  TermControls& window = p_.window;
-  HideConnectPanels();
-  CloseTrace();
-  StopTimers();
-  switch (p_.main.mode) {
-    case ModemMode::PortSetup:
-      window.fmOnTab[kPortPanel].visible = false;
-      break;
-    case ModemMode::TestInterface:
-      window.fmOnTab[kTestPanel].visible = false;
-      p_.link.WriteText("quit\r\nat\r\n");
-      break;
-    case ModemMode::Terminal:
-      LeaveTerminal();
-      break;
-    case ModemMode::AtMode:
-      window.fmOnTab[kAtPanel].visible = false;
-      window.frmKeys.visible = true;
-      ReturnFromPanel(overtaken);
-      return;
-    default:
-      break;
-  }
+  const bool leaving = p_.main.mode == ModemMode::AtMode;
+  LeaveForTextPanel();
   if (overtaken()) return;
+  if (leaving) {
+    p_.window.fmOnTab[kAtPanel].visible = false;
+    p_.window.frmKeys.visible = true;
+    ReturnFromPanel(overtaken);
+    return;
+  }
   p_.main.rxSeen = false;
   ShowTextPanel(kAtPanel);
   p_.main.mode = ModemMode::AtMode;
   UpdateModeMenu();
-  PauseShort(window.loop());
+  PauseShort(p_.window.loop());
+}
+
+/// Leaves the mode there is for a panel with the text view, which needs an open link. The panel that is shown
+/// next takes the place of another.
+void ModeMachine::LeaveForTextPanel() {
+  StopTimers();
+  HideConnectPanels();
+  CloseTrace();
+  if (p_.main.mode == ModemMode::TestInterface) p_.link.WriteText(kLeaveTestShell);
+  if (p_.main.mode == ModemMode::Terminal) LeaveTerminal();
 }
 
 void ModeMachine::OpenDeviceManager() {

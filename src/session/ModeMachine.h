@@ -89,6 +89,7 @@ class ModeMachine {
   void EnterByTagMode(const Overtaken& overtaken, bool tellsFailure);
   void LeavePanel();
   void LeaveTerminal();
+  void LeaveForTextPanel();
   void ReturnFromPanel(const Overtaken& overtaken);
   void ShowPanel(std::size_t panel);
   void ShowTextPanel(std::size_t panel);

@@ -35,12 +35,18 @@ void ExpectIdleScreen(const frmTerm& term) {
       << term.caption;
 }
 
+/// A program with a unit at the end of each route, and the settings for one of them.
+struct Routes {
+  explicit Routes(bool lan) { p.settings.config.lan.Set(lan); }
+  Program p;
+  UnitLink<test::FakeSerial> serial{p.loop, p.comPort};
+  UnitLink<test::FakeSocket> tcp{p.loop, p.sock};
+};
+
 TEST(SessionWithUnit, WalksThroughTheScreens) {
   for (const bool lan : {false, true}) {
-    Program p;
-    p.settings.config.lan.Set(lan);
-    UnitLink serial(p.loop, p.comPort);
-    UnitLink tcp(p.loop, p.sock);
+    Routes routes(lan);
+    Program& p = routes.p;
     p.Start(4);
     frmTerm& term = p.term;
     ExpectIdleScreen(term);
@@ -75,10 +81,8 @@ TEST(SessionWithUnit, WalksThroughTheScreens) {
 
 TEST(SessionWithUnit, ATickingUnitKeepsTheSessionForAnHour) {
   for (const bool lan : {false, true}) {
-    Program p;
-    p.settings.config.lan.Set(lan);
-    UnitLink serial(p.loop, p.comPort);
-    UnitLink tcp(p.loop, p.sock);
+    Routes routes(lan);
+    Program& p = routes.p;
     p.Start(3600);
     ExpectIdleScreen(p.term);
     const std::string& sent = lan ? p.sock.sent : p.comPort.sent;
@@ -88,14 +92,12 @@ TEST(SessionWithUnit, ATickingUnitKeepsTheSessionForAnHour) {
 
 TEST(SessionWithUnit, ALostLineIsReconnectedWhenItIsBack) {
   for (const bool lan : {false, true}) {
-    Program p;
-    p.settings.config.lan.Set(lan);
-    UnitLink serial(p.loop, p.comPort);
-    UnitLink tcp(p.loop, p.sock);
+    Routes routes(lan);
+    Program& p = routes.p;
     p.Start(4);
     p.sock.reachable = false;
     p.comPort.Vanish();
-    tcp.unit.LineDown();
+    routes.tcp.unit.LineDown();
     p.sock.PeerCloses();
     p.loop.Run(60);
     EXPECT_EQ(p.term.main().mode, ModemMode::Failed);
