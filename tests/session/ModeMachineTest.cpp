@@ -72,7 +72,10 @@ TEST_F(Session, AClickSendsTheseBytesAndLeadsToThisModeAndItsPanel) {
       {term.mnuTest, "quit\r\nat\r\nquit\r\n\x18" + kConnect, ModemMode::Terminal, true},
       {term.mnuAT, "\x18\x18", ModemMode::AtMode, true},
       {term.mnuTest, "\x18" + toTest, ModemMode::TestInterface, true},
-      {term.mnuTerminal, "quit\r\n\x18" + kConnect, ModemMode::Terminal, true},
+      {term.mnuAT, "quit\r\nat\r\n", ModemMode::AtMode, true},
+      {term.mnuTest, "\x18" + toTest, ModemMode::TestInterface, true},
+      {term.mnuPort, "quit\r\nat\r\n", ModemMode::PortSetup, false},
+      {term.mnuTerminal, kConnect, ModemMode::Terminal, true},
       {term.mnuSlaveONSlave,
        "\x18"
        "AT+ERB_TRANSPARENT_MODE\x18" +
