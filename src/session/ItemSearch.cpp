@@ -43,28 +43,27 @@ WordSearch::WordSearch(std::string_view word, std::size_t rare)
   width_ = std::bit_cast<Eight>(width);
 }
 
-bool WordSearch::StandsAt(std::string_view text, std::size_t place) const {
+bool WordSearch::StandsAtEnd(std::string_view text) const {
   Eight here = 0;
-  if (text.size() - place >= sizeof here) {
-    std::memcpy(&here, text.data() + place, sizeof here);
-  } else {
-    std::memcpy(&here, text.data() + place, length_);
-  }
-  return ((here & width_) | fold_) == word_;
+  std::memcpy(&here, text.data(), length_);
+  return IsWord(here);
 }
 
 void WordSearch::GoOn(std::string_view text, std::size_t end) {
   const std::size_t last = std::min(text.size() - length_ + 1, end);
-  const char* const rare = text.data() + rare_;
-  for (; reached_ < last; ++reached_) {
-    if (rare[reached_] != rareCharacter_) {
-      const void* next = std::memchr(rare + reached_, rareCharacter_, last - reached_);
-      reached_ = next == nullptr ? last : static_cast<std::size_t>(static_cast<const char*>(next) - rare);
-      if (next == nullptr) return;
+  std::size_t at = reached_;
+  for (; at < last; ++at) {
+    const char* const from = text.data() + rare_ + at;
+    const void* const next = std::memchr(from, rareCharacter_, last - at);
+    if (next == nullptr) {
+      at = last;
+      break;
     }
-    found_ = StandsAt(text, reached_);
-    if (found_) return;
+    at += static_cast<std::size_t>(static_cast<const char*>(next) - from);
+    found_ = StandsAt(text.substr(at));
+    if (found_) break;
   }
+  reached_ = at;
 }
 
 void WordSearch::Shift(std::size_t count) {
@@ -88,14 +87,16 @@ ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
     place = tag;
     introducer = kPacketStart.size();
   }
+  const std::size_t end =
+      place;  // as far as the trace record's search goes on, however near an escape stands
   const std::size_t escape = place > from ? escape_.Find(text, from, place) : WordSearch::npos;
   if (escape != WordSearch::npos) {
     item.kind = ScanKind::EscapeItem;
     place = escape;
     introducer = 1;
   }
-  const std::size_t trace = place > from ? trace_.Find(text, from, place) : WordSearch::npos;
-  if (trace != WordSearch::npos && text.size() - trace >= kTraceSeen) {
+  const std::size_t trace = place > from ? trace_.Find(text, from, end) : WordSearch::npos;
+  if (trace < place && text.size() - trace >= kTraceSeen) {
     item.kind = ScanKind::TraceItem;
     place = trace;
     introducer = kTraceIntroducer;

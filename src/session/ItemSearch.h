@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 // Finding the items in the modem's stream. Three kinds of item are interleaved in it, each with its
@@ -51,7 +52,10 @@ class WordSearch {
       reached_ = from;
       found_ = false;
     }
-    if (!found_ && reached_ < end && reached_ + length_ <= text.size()) GoOn(text, end);
+    if (!found_ && reached_ < end && reached_ + length_ <= text.size()) {
+      found_ = StandsAt(text.substr(reached_));
+      if (!found_) GoOn(text, end);
+    }
     return found_ && reached_ < end ? reached_ : npos;
   }
 
@@ -64,7 +68,15 @@ class WordSearch {
 
   /// There is room for the word in what has not been searched.
   void GoOn(std::string_view text, std::size_t end);
-  bool StandsAt(std::string_view text, std::size_t place) const;
+  /// Whether a text that has room for the word begins with it.
+  bool StandsAt(std::string_view text) const {
+    if (text.size() < sizeof(Eight)) return StandsAtEnd(text);
+    Eight here = 0;
+    std::memcpy(&here, text.data(), sizeof here);
+    return IsWord(here);
+  }
+  bool StandsAtEnd(std::string_view text) const;
+  bool IsWord(Eight here) const { return ((here & width_) | fold_) == word_; }
 
   std::size_t length_;
   std::size_t rare_;

@@ -13,7 +13,7 @@ void ReceiveBuffer::TakeRxInto(std::string& text) {
   if (text.empty() && read_ == 0) {
     text.swap(text_);  // the two keep each other's storage, so that a steady stream allocates nothing
   } else {
-    text.append(text_, read_);
+    text.append(text_.data() + read_, before);
     text_.clear();
     read_ = 0;
   }

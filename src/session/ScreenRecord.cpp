@@ -18,15 +18,17 @@ bool TakeUpTo(std::string_view& rest, char mark, std::string_view& text) {
 }  // namespace
 
 void ClearScreenRecord(ScreenRecord& record) {
-  record.title.clear();
-  record.numericTitle = false;
-  record.current = 0;
-  record.count = 0;
-  for (auto& item : record.items) {
+  // The items behind the last one are still as they were made.
+  for (int i = 0; i < record.count; ++i) {
+    ScreenRecord::Item& item = record.items[static_cast<std::size_t>(i)];
     item.id = 0;
     item.text.clear();  // keeps its storage: lists come often
     item.icon = 10;
   }
+  record.title.clear();
+  record.numericTitle = false;
+  record.current = 0;
+  record.count = 0;
 }
 
 void ParseScreenRecord(std::string_view packet, ScreenRecord& record) {

@@ -28,9 +28,10 @@ void StreamScanner::ScanStream() {
 }
 
 bool StreamScanner::TakeStep() {
+  if (scanState_ == ScanState::Idle && !TakeIdle()) return false;
   switch (scanState_) {
     case ScanState::Idle:
-      return TakeIdle();
+      return true;
     case ScanState::Trace:
       return TakeTrace();
     case ScanState::Tag:
@@ -45,30 +46,19 @@ bool StreamScanner::TakeIdle() {
   const std::string_view text = Rest();
   if (text.empty()) return false;
   const ScanItem item = items_.Next(pending_, cursor_);
-  const auto position = static_cast<std::size_t>(item.pos);
-  switch (item.kind) {
-    case ScanKind::None:
-      // A tag that begins at the last position shows itself only once it stands there whole.
-      if (text.size() < kLastPosition - 1 + kPacketStart.size()) return false;
-      cursor_ += kLastPosition;
-      return true;
-    case ScanKind::TagItem:
-      scanState_ = ScanState::Tag;
-      cursor_ += position - 1;
-      break;
-    case ScanKind::EscapeItem:
-      scanState_ = ScanState::Escape;
-      cursor_ += static_cast<std::size_t>(item.after) - 1;
-      break;
-    case ScanKind::TraceItem:
-      scanState_ = ScanState::Trace;
-      traceLength_ = item.traceLength;
-      cursor_ += static_cast<std::size_t>(item.after) - 1;
-      break;
+  if (item.kind == ScanKind::None) {
+    // A tag that begins at the last position shows itself only once it stands there whole.
+    if (text.size() < kLastPosition - 1 + kPacketStart.size()) return false;
+    cursor_ += kLastPosition;
+    return true;
   }
   const bool shown = !afterTrace_;
   afterTrace_ = item.kind == ScanKind::TraceItem;
-  if (shown && position > 1) grid_.WriteScreenText(text.substr(0, position - 1));
+  traceLength_ = item.traceLength;
+  scanState_ = static_cast<ScanState>(item.kind);
+  // A packet is handed on whole, the others without their introducer.
+  cursor_ += static_cast<std::size_t>(item.kind == ScanKind::TagItem ? item.pos : item.after) - 1;
+  if (shown && item.pos > 1) grid_.WriteScreenText(text.substr(0, static_cast<std::size_t>(item.pos) - 1));
   return true;
 }
 

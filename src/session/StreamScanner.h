@@ -22,6 +22,7 @@ namespace corvex {
 /// kLastPosition characters. So no more than these and the next introducer are ever held between events.
 class StreamScanner {
  public:
+  /// Within which item the stream stands: the numbers of its kind.
   enum class ScanState : std::int32_t { Idle = 0, Trace = 1, Tag = 2, Escape = 3 };
 
   StreamScanner(ReceiveBuffer& received, const SessionState& state, TagStream& tags, TextGrid& grid);
@@ -42,7 +43,8 @@ class StreamScanner {
  private:
   class Turn;
 
-  // One step of each state: false if it needs more text.
+  // Each is false if it needs more text: an item with the text before it, the text before the next item and
+  // its introducer, the rest of each kind of item.
   bool TakeStep();
   bool TakeIdle();
   bool TakeTrace();

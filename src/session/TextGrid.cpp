@@ -104,7 +104,11 @@ void TextGrid::WriteScreenText(std::string_view text) {
   if (column >= 2 && column <= SessionState::kColumns) {
     const std::size_t place = state_.cursorRow - 1u;
     std::string& row = state_.screenRows[place];
-    row.replace(std::min(column - 1, row.size()), text.size(), text);
+    if (column - 1 + text.size() <= row.size()) {
+      text.copy(row.data() + column - 1, text.size());  // within the row, as nearly always
+    } else {
+      row.replace(std::min(column - 1, row.size()), text.size(), text);
+    }
     state_.rowClean[place] = false;
     state_.rowsChanged = true;
   }
