@@ -19,7 +19,6 @@ constexpr std::string_view kLeaveTestShell = "quit\r\nat\r\n";
 constexpr std::size_t kPortPanel = 0;
 constexpr std::size_t kTestPanel = 1;
 constexpr std::size_t kAtPanel = 4;
-constexpr std::size_t kUnplacedPanel = 2;  // keeps its place; that is meant
 
 }  // namespace
 
@@ -32,8 +31,8 @@ void ModeMachine::ConnectProbe() {
   const Overtaken overtaken = BeginPassage();
   TermControls& window = p_.window;
   MainState& main = p_.main;
-  HideTextView();
-  HideConnectPanels();
+  p_.layout.HideTextView();
+  p_.layout.HideConnectPanels();
   ClearScreen();
   window.frmKeys.visible = true;
   p_.link.CloseLink();
@@ -75,12 +74,12 @@ void ModeMachine::state_await_tml_intro() {
   if (overtaken()) return;
   p_.link.CloseLink();
   if (overtaken()) return;
-  HideTextView();
+  p_.layout.HideTextView();
   p_.main.mode = ModemMode::AwaitIntro;
   UpdateModeMenu();
   p_.received.ClearRx();
-  ShowCompactWindow();
-  FocusScreen();
+  p_.layout.ShowCompactWindow();
+  p_.layout.FocusScreen();
   window.frmNav.BringToFront();
   window.frmKeys.visible = true;
   window.pointer = Pointer::Hourglass;
@@ -151,7 +150,7 @@ void ModeMachine::GoOffline() {
 
 void ModeMachine::Disconnect() {
   const Overtaken overtaken = BeginPassage();
-  StopTimers();  // before the first wait, in which the watchdog would connect anew
+  p_.layout.StopTimers();  // before the first wait, in which the watchdog would connect anew
   p_.link.CloseLink();
   if (!overtaken()) TakeOffline(overtaken);
 }
@@ -163,10 +162,10 @@ void ModeMachine::ShutDown() {
 /// False if it was overtaken on the way.
 bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   TermControls& window = p_.window;
-  HideConnectPanels();
+  p_.layout.HideConnectPanels();
   CloseTrace();
   p_.grid.ResetScreenModel();
-  StopTimers();
+  p_.layout.StopTimers();
   window.lblsim.visible = false;
   window.corvexLbl[TermControls::kSignal].visible = false;
   window.lblTemp.visible = false;
@@ -175,12 +174,12 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   if (p_.main.mode == ModemMode::Terminal) p_.link.SendCancel();
   if (overtaken()) return false;
   window.pointer = Pointer::Normal;  // of a probe that was left
-  HideLists();
+  p_.layout.HideLists();
   PaintRows(window, p_.main, p_.state, p_.grid);
   ShowSoftKeys(window, p_.main, p_.state, p_.settings);
   window.frmAux.visible = false;
-  ShowCompactWindow();
-  HideTextView();
+  p_.layout.ShowCompactWindow();
+  p_.layout.HideTextView();
   window.frmNav.visible = true;
   window.frmNav.BringToFront();
   p_.main.rxSeen = false;
@@ -192,12 +191,12 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
 void ModeMachine::EnterPortSetup() {
   const Overtaken overtaken = BeginPassage();
   TermControls& window = p_.window;
-  HideConnectPanels();
+  p_.layout.HideConnectPanels();
   CloseTrace();
   const bool lan = p_.settings.config.lan.Get();
   window.mnuTelnet.visible = lan;
   window.tabConnect.selected = lan ? 2 : 1;
-  StopTimers();
+  p_.layout.StopTimers();
   switch (p_.main.mode) {
     case ModemMode::PortSetup:
       window.fmOnTab[kPortPanel].visible = false;
@@ -222,9 +221,9 @@ void ModeMachine::EnterPortSetup() {
   p_.link.CloseLink();
   if (overtaken()) return;
   window.pointer = Pointer::Normal;
-  HideTextView();
-  HideLists();
-  ShowPanel(kPortPanel);
+  p_.layout.HideTextView();
+  p_.layout.HideLists();
+  p_.layout.ShowPanel(kPortPanel);
   (lan ? window.frmLan : window.frmSerial).visible = true;
   p_.main.mode = ModemMode::PortSetup;
   UpdateModeMenu();
@@ -270,8 +269,8 @@ void ModeMachine::EnterAtMode() {
 /// Leaves the mode there is for a panel with the text view, which needs an open link. The panel that is shown
 /// next takes the place of another.
 void ModeMachine::LeaveForTextPanel() {
-  StopTimers();
-  HideConnectPanels();
+  p_.layout.StopTimers();
+  p_.layout.HideConnectPanels();
   CloseTrace();
   if (p_.main.mode == ModemMode::TestInterface) p_.link.WriteText(kLeaveTestShell);
   if (p_.main.mode == ModemMode::Terminal) LeaveTerminal();
@@ -283,7 +282,7 @@ void ModeMachine::OpenDeviceManager() {
   {
     const ScopedFlag busy(deviceManagerBusy_);
     CloseTrace();
-    StopTimers();
+    p_.layout.StopTimers();
     const Overtaken overtaken = BeginPassage();
     if (!TakeOffline(overtaken)) return;
     p_.link.SendCancel();
@@ -298,7 +297,7 @@ void ModeMachine::OpenDeviceManager() {
 
 void ModeMachine::OpenPhoneBook() {
   CloseTrace();
-  StopTimers();
+  p_.layout.StopTimers();
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
   const Overtaken overtaken = BeginPassage();
   if (!TakeOffline(overtaken)) return;
@@ -407,33 +406,8 @@ void ModeMachine::ClearScreen() {
   ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
 }
 
-void ModeMachine::FocusScreen() {
-  if (!p_.window.Active()) return;
-  if (p_.window.frmChoice.visible) {
-    p_.window.ListChoice.SetFocus();
-  } else {
-    p_.window.CorvexFocus1.SetFocus();
-  }
-}
-
 void ModeMachine::CloseTrace() {
   p_.state.traceEnabled = false;
-}
-
-void ModeMachine::HideConnectPanels() {
-  p_.window.frmSerial.visible = false;
-  p_.window.frmLan.visible = false;
-}
-
-void ModeMachine::HideTextView() {
-  p_.window.txtRx.visible = false;
-}
-
-void ModeMachine::ShowPanel(std::size_t panel) {
-  p_.window.frmAux.visible = true;
-  // Going offline leaves the panel where it is, and all stand in the same place.
-  for (Frame& other : p_.window.fmOnTab) other.visible = other.index() == static_cast<int>(panel);
-  ShowFullWindow();
 }
 
 void ModeMachine::ShowTextPanel(std::size_t panel) {
@@ -442,56 +416,8 @@ void ModeMachine::ShowTextPanel(std::size_t panel) {
   window.pointer = Pointer::Normal;
   window.txtRx.SetText({});
   window.txtRx.visible = true;
-  ShowPanel(panel);
-  HideLists();
-}
-
-void ModeMachine::HideLists() {
-  p_.window.frmMenu.visible = false;
-  p_.window.frmChoice.visible = false;
-}
-
-void ModeMachine::ShowCompactWindow() {
-  Rect rect = p_.window.rect;
-  if (!firstSizeDone_) {
-    firstSizeDone_ = true;
-    rect.height = TermControls::kCompactHeight;
-    rect.width = TermControls::kWidth;
-    p_.window.rect = rect;
-    return;
-  }
-  if (!expanded_) return;
-  expanded_ = false;
-  rect.height = savedHeight_;
-  p_.window.rect = rect;
-}
-
-void ModeMachine::ShowFullWindow() {
-  if (expanded_) return;
-  expanded_ = true;
-  Rect rect = p_.window.rect;
-  savedHeight_ = rect.height;
-  rect.height += p_.window.frmAux.rect.Get().height;
-  p_.window.rect = rect;
-}
-
-void ModeMachine::SetFramePositions() {
-  for (std::size_t i = 0; i < p_.window.fmOnTab.size(); ++i) {
-    if (i == kUnplacedPanel) continue;
-    Frame& panel = p_.window.fmOnTab[i];
-    Rect rect = panel.rect;
-    rect.left = 90;
-    rect.top = 30;
-    panel.rect = rect;
-    panel.visible = false;
-  }
-}
-
-void ModeMachine::StopTimers() {
-  for (Control* control : p_.window.controls()) {
-    if (dynamic_cast<Timer*>(control) != nullptr) control->enabled = false;
-  }
-  ClearPopUp(p_.window);
+  p_.layout.ShowPanel(panel);
+  p_.layout.HideLists();
 }
 
 void ModeMachine::UpdateModeMenu() {

@@ -11,6 +11,7 @@
 #include "session/SessionState.h"
 #include "session/TermControls.h"
 #include "session/TextGrid.h"
+#include "session/WindowLayout.h"
 #include "upgrade/frmUpgrade.h"
 
 namespace corvex {
@@ -27,6 +28,7 @@ class ModeMachine {
     const Platform& platform;
     SettingsStore& settings;
     TermControls& window;
+    WindowLayout& layout;
     MainState& main;
     SessionState& state;
     ReceiveBuffer& received;
@@ -72,15 +74,6 @@ class ModeMachine {
   /// The tick of tmrWatchdog: connects anew if the modem has given no sign of life since the last one.
   void Watchdog();
 
-  // The window's layout.
-  void ShowCompactWindow();
-  void ShowFullWindow();
-  void SetFramePositions();
-  void HideConnectPanels();
-  void HideLists();
-  void HideTextView();
-
-  void StopTimers();
   void UpdateModeMenu();
 
  private:
@@ -91,10 +84,8 @@ class ModeMachine {
   void LeaveTerminal();
   void LeaveForTextPanel();
   void ReturnFromPanel(const Overtaken& overtaken);
-  void ShowPanel(std::size_t panel);
   void ShowTextPanel(std::size_t panel);
   void CloseTrace();
-  void FocusScreen();
   void ClearScreen();
   void ShowPortLabel();
   void ReturnToTerminal(bool wasTerminal);
@@ -102,9 +93,6 @@ class ModeMachine {
   Parts p_;
   std::optional<frmUpgrade> upgrade_;
   bool deviceManagerBusy_ = false;
-  bool firstSizeDone_ = false;
-  bool expanded_ = false;
-  Twips savedHeight_ = 0;
 };
 
 }  // namespace corvex

@@ -30,9 +30,11 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
                    .scanner = scanner_,
                    .lists = lists_,
                    .status = status_}),
+      layout_(*this),
       modes_({.platform = platform_,
               .settings = settings,
               .window = *this,
+              .layout = layout_,
               .main = main_,
               .state = state_,
               .received = received_,
@@ -110,7 +112,7 @@ void frmTerm::ConnectEvents() {
   activate = [this] { OnActivate(); };
   deactivate = [this] { SavePosition(); };
   resize = [this] {
-    if (windowState == WindowState::Minimized) modes_.StopTimers();
+    if (windowState == WindowState::Minimized) layout_.StopTimers();
   };
   queryUnload = [this] { Close(); };
 }
@@ -131,9 +133,9 @@ void frmTerm::Load() {
   Rect outer = rect;
   outer.width = kWidth;
   rect = outer;
-  modes_.SetFramePositions();
+  layout_.SetFramePositions();
   frmAux.visible = false;
-  modes_.ShowCompactWindow();
+  layout_.ShowCompactWindow();
   ShowLogo();
   SetRowFont();
   modes_.RefreshMenuMarks();
@@ -229,7 +231,7 @@ void frmTerm::Close() {
   link_.SendCancel();
   SavePosition();
   Pause(loop(), 0.2);
-  modes_.StopTimers();
+  layout_.StopTimers();
   link_.CloseLink();
   Pause(loop(), 0.2);
   loop().End();

@@ -14,6 +14,7 @@
 #include "session/StreamScanner.h"
 #include "session/TermControls.h"
 #include "session/TextGrid.h"
+#include "session/WindowLayout.h"
 #include "session/modTML.h"
 
 namespace corvex {
@@ -66,6 +67,7 @@ class frmTerm : public TermControls {
   ScreenLists lists_;
   StatusPanel status_;
   Dispatcher dispatcher_;
+  WindowLayout layout_;
   ModeMachine modes_;
   bool closing_ = false;
 };
