@@ -68,21 +68,6 @@ TEST_F(StoredSettings, WritesLeaveTheirWordsInTheFile) {
   EXPECT_EQ(File(), "[config]\r\nlan=yes\r\nshowgps=no\r\nmmiphase=-1\r\nusername=admin\r\n");
 }
 
-TEST_F(StoredSettings, AWordThatIsSetIsTheOneThatIsAskedFor) {
-  settings.config.sound.SetCard();
-  EXPECT_FALSE(settings.config.sound.IsBeep());
-  settings.config.sound.SetBeep();
-  EXPECT_TRUE(settings.config.sound.IsBeep());
-  settings.printer.always.SetPrint();
-  EXPECT_TRUE(settings.printer.always.IsPrint() && !settings.printer.always.IsFile());
-  settings.printer.always.SetFile();
-  EXPECT_TRUE(settings.printer.always.IsFile() && !settings.printer.always.IsPrint());
-  settings.printer.fileuse.SetNew();
-  EXPECT_FALSE(settings.printer.fileuse.IsAppend());
-  settings.printer.fileuse.SetAppend();
-  EXPECT_TRUE(settings.printer.fileuse.IsAppend());
-}
-
 TEST_F(StoredSettings, ReadingThePrinterFileSettlesItOnce) {
   EXPECT_EQ(settings.printer.path.Get(), InFolder("printer.txt"));
   EXPECT_EQ(File(), "[printer]\r\npath=" + InFolder("printer.txt") + "\r\n");

@@ -59,18 +59,6 @@ TEST_F(FormTest, LongTextsTellWhatWasEditedWithinTheirBounds) {
   EXPECT_EQ(recorder.edits, "3-0+d 1-3+z ");
 }
 
-TEST_F(FormTest, IsRealisedWhenFirstShownAndTakenOffOnce) {
-  {
-    TwoControls other{loop, windows, "other"};
-    EXPECT_TRUE(windows.attached.empty());
-    other.visible = true;
-    other.visible = false;
-    other.visible = true;
-    EXPECT_EQ(windows.attached, std::vector<Form*>{&other});
-  }
-  EXPECT_TRUE(windows.attached.empty());
-}
-
 TEST_F(FormTest, TimerTicksWhileEnabledAndNeverInsideItsOwnTick) {
   int ticks = 0;
   int depth = 0;

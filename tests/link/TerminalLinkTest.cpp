@@ -142,43 +142,6 @@ TEST_F(LinkTest, ADialogueStartedFromAWaitOfTheDispatcherGetsItsAnswers) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(LinkTest, SocketEventsNestInTheOrderOfArrival) {
-  settings.config.lan.Set(true);
-  main.mode = ModemMode::Terminal;
-  ASSERT_TRUE(link.EnsureLinkOpen());
-  std::string order;
-  link.processReceived = [&] {
-    const std::string text = received.TakeRx();
-    order += text;
-    if (text == "a") {
-      sock.Arrive("b");
-      Pause(loop, 0.1);
-      order += ')';
-    }
-  };
-  sock.Arrive("a");
-  loop.Run(1);
-  EXPECT_EQ(order, "ab)");
-}
-
-TEST_F(LinkTest, OnlyTheModesOfTheSessionDispatch) {
-  ASSERT_TRUE(link.EnsureLinkOpen());
-  int calls = 0;
-  link.processReceived = [&] { ++calls; };
-  for (const auto mode :
-       {ModemMode::AwaitIntro, ModemMode::Failed, ModemMode::Upgrade, ModemMode::DeviceManager}) {
-    main.mode = mode;
-    comPort.Arrive("x");
-    loop.Run(0.1);
-  }
-  EXPECT_EQ(calls, 0);
-  EXPECT_EQ(received.TakeRx(), "xxxx");
-  main.mode = ModemMode::Closing;
-  comPort.Arrive("x");
-  loop.Run(0.1);
-  EXPECT_FALSE(received.RxAvailable());
-}
-
 TEST_F(LinkTest, AFullReceiveBufferLeavesBytesInTheTransportAndLosesNone) {
   main.mode = ModemMode::DeviceManager;
   ASSERT_TRUE(link.EnsureLinkOpen());

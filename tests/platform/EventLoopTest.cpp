@@ -36,23 +36,6 @@ TEST(EventLoop, TaskThatPostsItselfDoesNotHoldThePumpForEver) {
   EXPECT_EQ(runs, 1);
 }
 
-TEST(EventLoop, EndUnwindsNestedWaitsToTheOutermostEntry) {
-  VirtualLoop loop;
-  bool unwound = false;
-  loop.After(1s, [&] { loop.Enter([&] { loop.End(); }); });
-  const bool goesOn = loop.Enter([&] {
-    struct Mark {
-      bool& flag;
-      ~Mark() { flag = true; }
-    } mark{unwound};
-    loop.After(1ms, [&] { Pause(loop, 1e6); });  // a wait within a wait
-    for (;;) loop.Pump();
-  });
-  EXPECT_FALSE(goesOn);
-  EXPECT_TRUE(unwound);
-  EXPECT_FALSE(loop.Enter([] { FAIL() << "nothing runs after the end"; }));
-}
-
 TEST(Pause, WaitsOutItsTimeAndNoLonger) {
   for (const double seconds : {0.0, 0.005, 0.02, 0.1, 15.0}) {
     VirtualLoop loop(80000);  // late in the day, where the clock in single precision is coarse

@@ -1,10 +1,9 @@
-// What no stream shows: bounds beyond its length, and what the lists ask of a record.
+// What no stream shows: bounds beyond its length.
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "session/ScreenRecord.h"
 #include "session/TextGrid.h"
 #include "session/modTML.h"
 
@@ -22,17 +21,6 @@ TEST(TagStream, PrintJobWithoutEndIsKeptUpToABoundAndHandedOverWhole) {
     ASSERT_EQ(state.printLine.size(), 30000u);
   }
   EXPECT_EQ(state.printText.size(), 16u << 20);
-}
-
-TEST(ScreenRecord, ChoiceIndexCountsFromZeroWithinTheItems) {
-  ScreenRecord record;
-  ParseScreenRecord("<Title>T<5>a<7>b<9>c<INDEXLINE>9<", record);
-  EXPECT_EQ(ChoiceIndexOfCurrent(record), 2);
-  record.current = 8;
-  EXPECT_EQ(ChoiceIndexOfCurrent(record), 0);
-  record.current = 9;
-  record.count = 2;
-  EXPECT_EQ(ChoiceIndexOfCurrent(record), 0);
 }
 
 }  // namespace

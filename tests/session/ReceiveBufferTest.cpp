@@ -17,14 +17,6 @@ struct ReceiveBufferTest : ::testing::Test {
   ReceiveBuffer received{loop};
 };
 
-TEST_F(ReceiveBufferTest, EveryByteComesOutAsItCameIn) {
-  std::string all;
-  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
-  received.AppendRx(all);
-  for (int byte = 0; byte < 256; ++byte) EXPECT_EQ(received.ReadByte(), byte);
-  EXPECT_FALSE(received.RxAvailable());
-}
-
 TEST_F(ReceiveBufferTest, EachWayOfTakingGoesOnWhereAReadByteLeftOff) {
   const auto readOne = [&] {
     received.AppendRx("a\0\xFFz"s);

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "support/Program.h"
+#include "support/Seen.h"
 #include "unit/Playback.h"
 
 // Recorded sessions, played to the whole program: it must send what was recorded, and end in the screen that
@@ -22,41 +23,6 @@ using test::Program;
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
-}
-
-/// What a user sees of the main window, as a text.
-std::string Seen(const frmTerm& term) {
-  std::string seen = "title    " + term.caption.Get() + "\nstatus  ";
-  for (const Label* label :
-       {&term.corvexLbl[TermControls::kSignal], &term.lblsim, &term.lblTemp, &term.lblTempPsu, &term.lblComp,
-        &term.lblSpot, &term.lblPort, &term.lblTime, &term.lblZone, &term.lblGps[0], &term.lblGps[1]}) {
-    if (label->visible) seen += " [" + label->caption.Get() + ']';
-  }
-  seen += term.imgMail[0].visible ? " [mail]\n" : "\n";
-  for (std::size_t i = 0; i < TermControls::kSignal; ++i)
-    seen += "row      |" + term.corvexLbl[i].caption.Get() + "|\n";
-  for (const Button& key : term.cmdSK) {
-    if (key.enabled) seen += "key      " + key.caption.Get() + '\n';
-  }
-  if (term.frmMenu.visible) {
-    seen += "menu     " + term.frmMenu.caption.Get() + '\n';
-    int place = 0;
-    for (const ListItem& item : term.ListMenu.Items()) {
-      seen += (++place == term.ListMenu.selected ? "       > " : "         ") + item.text + " (" +
-              std::to_string(item.icon) + ")\n";
-    }
-  }
-  if (term.frmChoice.visible) {
-    seen += "choice   " + term.frmChoice.caption.Get() + '\n';
-    int place = 0;
-    for (const std::string& item : term.ListChoice.Items()) {
-      seen += (place++ == term.ListChoice.listIndex ? "       > " : "         ") + item + '\n';
-    }
-  }
-  if (term.frmMsg.visible) {
-    seen += "message  " + term.LblMsg[0].caption.Get() + " / " + term.LblMsg[1].caption.Get() + '\n';
-  }
-  return seen;
 }
 
 /// Plays the modem's side into a port of fakes, from the start of the program until the recorded close.
@@ -108,9 +74,9 @@ TEST_P(RecordingsTest, EndsInItsScreen) {
   auto screen = GetParam();
   screen.replace_extension(".screen");
   if (std::getenv("CORVEX_RENEW_RECORDINGS") != nullptr) {
-    std::ofstream(screen, std::ios::binary) << Seen(p.term);
+    std::ofstream(screen, std::ios::binary) << test::Seen(p.term);
   }
-  EXPECT_EQ(Seen(p.term), ReadFile(screen));
+  EXPECT_EQ(test::Seen(p.term), ReadFile(screen));
 }
 
 std::vector<std::filesystem::path> Recordings() {

@@ -43,42 +43,6 @@ struct Routes {
   UnitLink<test::FakeSocket> tcp{p.loop, p.sock};
 };
 
-TEST(SessionWithUnit, WalksThroughTheScreens) {
-  for (const bool lan : {false, true}) {
-    Routes routes(lan);
-    Program& p = routes.p;
-    p.Start(4);
-    frmTerm& term = p.term;
-    ExpectIdleScreen(term);
-    const auto press = [&](std::string_view key) {
-      p.Do([&] { term.link().WriteText(key); });
-      p.loop.Run(1.2);  // over the next tick, whose event brings what waited in the port
-    };
-    press("\r");
-    EXPECT_TRUE(term.frmMenu.visible);
-    EXPECT_EQ(term.frmMenu.caption, "Main menu");
-    EXPECT_EQ(term.ListMenu.Items().front().text, "Exit Menu");
-    EXPECT_EQ(term.ListMenu.Items().back().key, "MAIL");
-    EXPECT_TRUE(term.ListMenu.HasFocus());
-    press(" 4");  // by the item's id, as a click will send it
-    EXPECT_TRUE(term.frmMenu.caption.Get().starts_with("4 ")) << term.frmMenu.caption;
-    EXPECT_NE(term.ListMenu.Items().back().key, "MAIL");
-    press(" 1");
-    EXPECT_FALSE(term.frmMenu.visible);
-    EXPECT_TRUE(term.frmChoice.visible);
-    const int before = term.ListChoice.listIndex;
-    press("\x1B[B");
-    EXPECT_EQ(term.ListChoice.listIndex, before + 1);
-    press("\r");
-    EXPECT_FALSE(term.frmChoice.visible);
-    EXPECT_TRUE(term.frmMsg.visible);
-    p.loop.Run(2.5);
-    EXPECT_FALSE(term.frmMsg.visible);
-    for (int i = 0; i < 4; ++i) press("\x1B");
-    ExpectIdleScreen(term);
-  }
-}
-
 TEST(SessionWithUnit, ATickingUnitKeepsTheSessionForAnHour) {
   for (const bool lan : {false, true}) {
     Routes routes(lan);

@@ -7,11 +7,13 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <map>
+#include <regex>
 #include <stdexcept>
 
 #include "support/Decoder.h"
+#include "support/Program.h"
+#include "support/Seen.h"
 
 namespace corvex {
 namespace {
@@ -20,52 +22,39 @@ using Words = std::vector<std::string>;
 
 // ---- Reading the files.
 
-struct Word {
-  std::string text;
-  bool quoted = false;
-};
-
-struct Line {
-  int number = 0;
-  std::vector<Word> words;
-};
-
 struct Script {
   std::string name;
   bool dependsOnPieces = false;  ///< What comes out depends on how the stream is cut; that is meant.
-  std::vector<Line> lines = {};
+  std::vector<std::pair<int, Words>> lines = {};  ///< With their numbers; the quotes are still there.
 };
 
-/// The character behind a backslash; `at` stands on it and is moved to its last one.
-char Unescape(const std::string& line, std::size_t& at) {
-  constexpr std::string_view kNames = "ern\"\\";
-  constexpr std::string_view kCharacters = "\x1B\r\n\"\\";
-  if (const auto i = kNames.find(line[at]); i != kNames.npos) return kCharacters[i];
-  if (line[at] != 'x') throw std::runtime_error("unknown escape");
-  at += 2;
-  return static_cast<char>(std::stoi(line.substr(at - 1, 2), nullptr, 16));
-}
-
-std::vector<Word> SplitWords(const std::string& line) {
-  std::vector<Word> words;
-  for (std::size_t at = 0; at < line.size(); ++at) {
-    if (line[at] == ' ') continue;
-    if (line[at] == '#') break;
-    Word word;
-    word.quoted = line[at] == '"';
-    if (word.quoted) {
-      for (++at; at < line.size() && line[at] != '"'; ++at) {
-        word.text += line[at] == '\\' ? Unescape(line, ++at) : line[at];
-      }
-      if (at >= line.size()) throw std::runtime_error("the text does not end");
-    } else {
-      const std::size_t end = std::min(line.find(' ', at), line.size());
-      word.text = line.substr(at, end - at);
-      at = end;
-    }
-    words.push_back(std::move(word));
+Words SplitWords(const std::string& line) {
+  static const std::regex word(R"("(\\.|[^"\\])*"|#.*|[^ "]+|")");
+  Words words;
+  for (std::sregex_iterator at(line.begin(), line.end(), word), end; at != end; ++at) {
+    if (at->str() == "\"") throw std::runtime_error("the text does not end");
+    if (at->str()[0] != '#') words.push_back(at->str());
   }
   return words;
+}
+
+std::string Unquote(const std::string& word) {
+  if (word[0] != '"') return word;
+  constexpr std::string_view kNames = "ern\"\\";
+  constexpr std::string_view kCharacters = "\x1B\r\n\"\\";
+  std::string text;
+  for (std::size_t at = 1; at + 1 < word.size(); ++at) {
+    if (word[at] != '\\') {
+      text += word[at];
+    } else if (const auto i = kNames.find(word[++at]); i != kNames.npos) {
+      text += kCharacters[i];
+    } else {
+      if (word[at] != 'x') throw std::runtime_error("unknown escape");
+      text += static_cast<char>(std::stoi(word.substr(at + 1, 2), nullptr, 16));
+      at += 2;
+    }
+  }
+  return text;
 }
 
 std::vector<Script> LoadScripts(const std::filesystem::path& path) {
@@ -77,13 +66,10 @@ std::vector<Script> LoadScripts(const std::filesystem::path& path) {
     try {
       if (text.starts_with("test ")) {
         scripts.push_back({.name = text.substr(5)});
-      } else if (Line line{number, SplitWords(text)}; !line.words.empty()) {
+      } else if (const Words words = SplitWords(text); !words.empty()) {
         Script& script = scripts.at(scripts.size() - 1);
-        if (text == "pieces-matter") {
-          script.dependsOnPieces = true;
-        } else {
-          script.lines.push_back(std::move(line));
-        }
+        script.dependsOnPieces |= text == "pieces-matter" || text == "program";
+        if (text != "pieces-matter") script.lines.emplace_back(number, words);
       }
     } catch (const std::exception& error) {
       ADD_FAILURE_AT(path.string().c_str(), number) << error.what();
@@ -155,6 +141,7 @@ Words RenderUncleanRows(const SessionState& state) {
 
 // ---- Running them.
 
+/// The decoders with what they call noted, or for what a user sees the whole program.
 class Runner {
  public:
   explicit Runner(bool byteByByte) : byteByByte_(byteByByte) {
@@ -170,21 +157,28 @@ class Runner {
     };
   }
 
-  void Run(const Line& line) {
+  void Run(const Words& quoted) {
     Words words;
-    for (const Word& word : line.words) words.push_back(word.text);
-    if (words[0] == "feed") {
-      Feed(line);
-    } else if (words[0] == "expect" && words.size() > 1) {
-      words.erase(words.begin());
-      if (words[0] == "flags") std::sort(words.begin() + 1, words.end());
+    for (const std::string& word : quoted) words.push_back(Unquote(word));
+    const std::string command = words[0];
+    words.erase(words.begin());
+    if (command == "feed") {
+      Feed(quoted);
+    } else if (command == "program") {
+      session_.emplace();
+    } else if (command == "wait") {
+      session_.value().p.loop.Run(std::stod(words.at(0)));
+    } else if (command == "see" || command == "gone") {
+      See(words, command == "see");
+    } else if (command == "expect") {
+      if (words.at(0) == "flags") std::sort(words.begin() + 1, words.end());
       EXPECT_EQ(Actual(words), words);
-    } else if (words == Words{"clear", "flags"}) {
+    } else if (quoted == Words{"clear", "flags"}) {
       static_cast<ChangeFlags&>(decoder_.state) = {};
-    } else if (words == Words{"clean", "rows"}) {
+    } else if (quoted == Words{"clean", "rows"}) {
       for (int row = 1; row <= SessionState::kRows; ++row) decoder_.grid.RowForDisplay(row);
-    } else if (words == Words{"trace", "on"} || words == Words{"trace", "off"}) {
-      decoder_.state.traceEnabled = words[1] == "on";
+    } else if (command == "trace") {
+      decoder_.state.traceEnabled = words.at(0) == "on";
     } else {
       throw std::runtime_error("unknown command");
     }
@@ -193,77 +187,79 @@ class Runner {
   void Finish() const { EXPECT_EQ(events_, std::deque<Words>()) << "not expected"; }
 
  private:
-  void Feed(const Line& line) {
+  void Feed(const Words& quoted) {
     std::string bytes;
     int count = 1;
-    for (std::size_t i = 1; i < line.words.size(); ++i) {
-      const Word& word = line.words[i];
-      if (word.quoted) {
-        for (; count > 0; --count) bytes += word.text;
-      }
-      count = word.quoted ? 1 : std::stoi(word.text);
+    for (std::size_t i = 1; i < quoted.size(); ++i) {
+      const bool text = quoted[i][0] == '"';
+      for (; text && count > 0; --count) bytes += Unquote(quoted[i]);
+      count = text ? 1 : std::stoi(quoted[i]);
     }
+    if (session_) return session_->Feed(bytes, 0.5);
     const std::size_t size = byteByByte_ ? 1 : bytes.size();
     for (std::size_t at = 0; at < bytes.size(); at += size) decoder_.Feed({bytes.data() + at, size});
+  }
+
+  /// The lines are looked for one behind the other, with single blanks and none at their beginning.
+  void See(const Words& lines, bool there) {
+    std::string seen = std::regex_replace(test::Seen(session_.value().term), std::regex(" +"), " ");
+    seen = std::regex_replace(seen, std::regex("\n "), "\n");
+    std::string all = lines.at(0);
+    for (std::size_t i = 1; i < lines.size(); ++i) all += '\n' + lines[i];
+    EXPECT_EQ(seen.find(all) != std::string::npos, there) << all << "\nin\n" << seen;
   }
 
   /// What there is of the name that the expectation begins with, behind that name.
   Words Actual(const Words& expected) {
     const SessionState& state = decoder_.state;
     const std::string& name = expected[0];
-    const auto row = [&] { return state.screenRows.at(std::stoul(expected.at(1)) - 1); };
-    const auto scanState = static_cast<int>(decoder_.scanner.scanState());
-    const std::map<std::string, std::function<Words()>> renderings{
-        {"toneValue", [&] { return Words{std::to_string(state.toneValue)}; }},
-        {"battFlags", [&] { return Words{std::to_string(state.battFlags)}; }},
-        {"screenKind", [&] { return Words{kKindNames[static_cast<int>(state.screenKind)]}; }},
-        {"prevScreenKind", [&] { return Words{kKindNames[static_cast<int>(state.prevScreenKind)]}; }},
-        {"flags", [&] { return RenderFlags(state); }},
-        {"menu", [&] { return RenderRecord(state.menuScreen); }},
-        {"choice", [&] { return RenderRecord(state.choiceScreen); }},
-        {"keys", [&] { return RenderKeys(state); }},
-        {"cursor",
-         [&] {
-           return Words{std::to_string(state.cursorRow), std::to_string(state.cursorCol)};
-         }},
-        {"row",
-         [&] {
-           return Words{expected[1], row().substr(0, row().find_last_not_of(' ') + 1)};
-         }},
-        {"row-length",
-         [&] {
-           return Words{expected[1], std::to_string(row().size())};
-         }},
-        {"unclean", [&] { return RenderUncleanRows(state); }},
-        {"paintHold", [&] { return Words{state.paintHold ? "yes" : "no"}; }},
-        {"scanner",
-         [&] {
-           return Words{kScanStateNames[scanState], std::to_string(decoder_.scanner.held())};
-         }},
-    };
     if (name == "trace" || name == "channel" || name == "compression") {
       if (events_.empty()) return {"nothing"};
       const Words event = events_.front();
       events_.pop_front();
       return event;
     }
-    const auto text = kTexts.find(name);
-    Words words = text != kTexts.end() ? Words{state.*text->second} : renderings.at(name)();
+    Words words = Rendered(state, name);
+    if (name == "row" || name == "row-length") {
+      const std::string& row = state.screenRows.at(std::stoul(expected.at(1)) - 1);
+      const std::string text = row.substr(0, row.find_last_not_of(' ') + 1);
+      words = {expected[1], name == "row" ? text : std::to_string(row.size())};
+    }
     words.insert(words.begin(), name);
     return words;
   }
 
+  Words Rendered(const SessionState& state, const std::string& name) const {
+    const auto kind = [](ScreenKind screen) { return Words{kKindNames[static_cast<int>(screen)]}; };
+    if (const auto text = kTexts.find(name); text != kTexts.end()) return {state.*text->second};
+    if (name == "toneValue") return {std::to_string(state.toneValue)};
+    if (name == "battFlags") return {std::to_string(state.battFlags)};
+    if (name == "screenKind") return kind(state.screenKind);
+    if (name == "prevScreenKind") return kind(state.prevScreenKind);
+    if (name == "flags") return RenderFlags(state);
+    if (name == "menu") return RenderRecord(state.menuScreen);
+    if (name == "choice") return RenderRecord(state.choiceScreen);
+    if (name == "keys") return RenderKeys(state);
+    if (name == "cursor") return {std::to_string(state.cursorRow), std::to_string(state.cursorCol)};
+    if (name == "unclean") return RenderUncleanRows(state);
+    if (name == "paintHold") return {state.paintHold ? "yes" : "no"};
+    const auto& scanner = decoder_.scanner;
+    if (name != "scanner") return {};
+    return {kScanStateNames[static_cast<int>(scanner.scanState())], std::to_string(scanner.held())};
+  }
+
   bool byteByByte_;
   test::Decoder decoder_;
+  std::optional<test::Session> session_;
   std::deque<Words> events_;
 };
 
 void RunScript(const std::string& file, const Script& script, bool byteByByte) {
   Runner runner(byteByByte);
   const std::string where = script.name + (byteByByte ? ", byte by byte" : "");
-  for (const Line& line : script.lines) {
-    const testing::ScopedTrace trace(file.c_str(), line.number, where);
-    EXPECT_NO_THROW(runner.Run(line));
+  for (const auto& [number, words] : script.lines) {
+    const testing::ScopedTrace trace(file.c_str(), number, where);
+    EXPECT_NO_THROW(runner.Run(words));
   }
   SCOPED_TRACE(where);
   runner.Finish();

@@ -46,20 +46,6 @@ TEST(FaultyLine, DoesTheSameForTheSameSeed) {
   EXPECT_NE(played(7), played(8));
 }
 
-TEST(FaultyLine, HurtsAboutTheShareThatItIsTold) {
-  Faulty dropping({.drop = 0.1});
-  dropping.line.Send(kText);
-  const double lost = 1 - static_cast<double>(dropping.Text().size()) / static_cast<double>(kText.size());
-  EXPECT_NEAR(lost, 0.1, 0.02);
-  Faulty garbling({.garble = 0.1});
-  garbling.line.Send(kText);
-  std::size_t changed = 0;
-  const std::string text = garbling.Text();
-  ASSERT_EQ(text.size(), kText.size());
-  for (std::size_t i = 0; i < text.size(); ++i) changed += text[i] != kText[i] ? 1 : 0;
-  EXPECT_NEAR(static_cast<double>(changed) / static_cast<double>(text.size()), 0.1, 0.02);
-}
-
 TEST(FaultyLine, IsLateAndCutsButKeepsTheOrder) {
   Faulty faulty({.late = 2s, .cut = true});
   faulty.line.Send("<tml><Time>12:34</tml>");

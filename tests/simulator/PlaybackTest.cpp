@@ -20,18 +20,6 @@ std::vector<WireEvent> Log(const std::string& lines) {
   return std::get<std::vector<WireEvent>>(parsed);
 }
 
-TEST(WireLog, ReadsEveryEscape) {
-  const auto events = Log(R"(# a comment
-= 0.000 open lan 127.0.0.1:3000
-
-> 0.5 "\e\r\n\t\"\\\x00\xfF ~#"
-= 9 close)");
-  ASSERT_EQ(events.size(), 3U);
-  EXPECT_EQ(events[1].kind, WireEvent::Kind::ToModem);
-  EXPECT_EQ(events[1].at, 0.5);
-  EXPECT_EQ(events[1].bytes, std::string("\x1b\r\n\t\"\\\0\xff ~#", 11));
-}
-
 TEST(WireLog, NamesTheLineThatIsBad) {
   const std::string_view bad[] = {
       "? 1 \"x\"",     ">",        "> x \"x\"",    "> -1 \"x\"",  "> nan \"x\"",           "> 1e300 \"x\"",
@@ -69,29 +57,6 @@ struct Player {
 
 constexpr const char* kTwoSessions =
     "= 0.0 open\n> 0.5 \"at\\r\"\n< 1.0 \"OK\"\n< 1.2 \"more\"\n= 2.0 close\n= 3.0 open\n< 3.1 \"second\"\n";
-
-TEST(Playback, AnswersAtTheRecordedDistancesHoweverTheBytesAreCut) {
-  Player player(kTwoSessions);
-  player.loop.Run(10);
-  EXPECT_EQ(player.out, "") << "nobody has opened the line";
-  player.playback.LineUp();
-  player.playback.Receive("noise a");
-  player.loop.Run(1);
-  player.playback.Receive("t\r");
-  player.loop.Run(2);
-  EXPECT_EQ(player.out, "OK@115 more@117 ");
-  player.playback.LineDown();
-  player.loop.Run(1);
-  player.playback.LineUp();
-  player.loop.Run(1);
-  EXPECT_EQ(player.out, "OK@115 more@117 second@141 ");
-  player.playback.LineDown();
-  player.out.clear();
-  player.playback.LineUp();
-  player.playback.Receive("at\r");
-  player.loop.Run(1);
-  EXPECT_EQ(player.out, "OK@155 more@157 ") << "from the beginning";
-}
 
 TEST(Playback, LosesTheLineWhereTheRecordDoesAndTakesAnyPassword) {
   Player player(

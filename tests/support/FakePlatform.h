@@ -32,7 +32,6 @@ class FakeSerial : public SerialControl {
   void SetHandshaking(std::int32_t handshaking) override { handshaking_ = handshaking; }
   std::int32_t Handshaking() const override { return handshaking_; }
   bool Open() override {
-    ++opens;
     if (open_ || !available) return open_;
     open_ = true;
     input_.clear();
@@ -75,7 +74,6 @@ class FakeSerial : public SerialControl {
   }
 
   bool available = true;
-  int opens = 0;
   std::int32_t unsent = 0;
   std::string sent;
   std::function<void(std::string_view)> onSent;  ///< The far side: called for everything written.

@@ -75,8 +75,8 @@ inline const std::string kConnect =
     "\x1B\x12\x1B\x1B\x12\x1B";
 
 /// A program in the modem's menus over a serial port.
-struct SessionTest : ::testing::Test {
-  SessionTest() {
+struct Session {
+  Session() {
     p.Start(3);
     EXPECT_EQ(term.main().mode, ModemMode::Terminal);
   }
@@ -89,5 +89,7 @@ struct SessionTest : ::testing::Test {
   Responder modem{p.comPort, HeronModem()};
   frmTerm& term = p.term;
 };
+
+struct SessionTest : ::testing::Test, Session {};
 
 }  // namespace corvex::test
