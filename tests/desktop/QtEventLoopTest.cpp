@@ -98,5 +98,14 @@ TEST(QtEventLoopTest, EndUnwindsWaitsWithinWaits) {
   EXPECT_FALSE(loop.Enter([] { FAIL() << "the program has ended"; }));
 }
 
+TEST(QtEventLoopTest, CalendarIsLocal) {
+  QtEventLoop loop;
+  const std::time_t now = std::time(nullptr);
+  const std::tm local = *std::localtime(&now);
+  const double seconds = local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+  EXPECT_NEAR(loop.SecondsSinceMidnight(), seconds, 2);
+  EXPECT_NEAR(static_cast<double>(loop.LocalSeconds() % 86400), seconds, 2);
+}
+
 }  // namespace
 }  // namespace corvex
