@@ -43,8 +43,10 @@ void FillMenuList(ListView& list, const ScreenRecord& record, const std::string&
     list.Add(std::move(*entry));
     if (record.items[i].id == record.current) list.selected = static_cast<int>(list.Items().size());
   }
-  // Only main level menus have titles without a number, and only they get the mail entry.
-  if (!record.numericTitle) list.Add({.key = "MAIL", .text = mailText, .icon = kMailIcon});
+  // Only main level menus have titles without a number, and only they get the mail entry. A packet without a
+  // list in it is no main menu.
+  const bool noList = record.title.empty() && record.count == 0;
+  if (!record.numericTitle && !noList) list.Add({.key = "MAIL", .text = mailText, .icon = kMailIcon});
 }
 
 void FillChoiceList(ListBox& list, const ScreenRecord& record) {

@@ -10,7 +10,7 @@
 namespace corvex {
 
 /// Builds the entries of a menu: "Exit Menu", the items, and on a main menu the mail entry. A record with an
-/// item that cannot be shown leaves the list empty.
+/// item that cannot be shown leaves the list empty; an empty record gives "Exit Menu" alone.
 void FillMenuList(ListView& list, const ScreenRecord& record, const std::string& mailText);
 
 void FillChoiceList(ListBox& list, const ScreenRecord& record);
