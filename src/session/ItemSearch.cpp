@@ -51,7 +51,7 @@ bool WordSearch::StandsAtEnd(std::string_view text) const {
 
 void WordSearch::GoOn(std::string_view text, std::size_t end) {
   const std::size_t last = std::min(text.size() - length_ + 1, end);
-  std::size_t at = reached_;
+  std::size_t at = reached_ + 1;
   for (; at < last; ++at) {
     const char* const from = text.data() + rare_ + at;
     const void* const next = std::memchr(from, rareCharacter_, last - at);
@@ -87,8 +87,8 @@ ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
     place = tag;
     introducer = kPacketStart.size();
   }
-  const std::size_t end =
-      place;  // as far as the trace record's search goes on, however near an escape stands
+  // The search for a trace record goes on to here however near an escape stands, so that it goes there once.
+  const std::size_t end = place;
   const std::size_t escape = place > from ? escape_.Find(text, from, place) : WordSearch::npos;
   if (escape != WordSearch::npos) {
     item.kind = ScanKind::EscapeItem;

@@ -66,7 +66,7 @@ class WordSearch {
   /// Eight characters as one number, so that a word is compared in one go.
   using Eight = std::uint64_t;
 
-  /// There is room for the word in what has not been searched.
+  /// Searches behind `reached_`, where the word has been found not to stand though there is room for it.
   void GoOn(std::string_view text, std::size_t end);
   /// Whether a text that has room for the word begins with it.
   bool StandsAt(std::string_view text) const {

@@ -150,7 +150,7 @@ void ModeMachine::GoOffline() {
 
 void ModeMachine::Disconnect() {
   const Overtaken overtaken = BeginPassage();
-  p_.layout.StopTimers();  // before the first wait, in which the watchdog would connect anew
+  StopTimers();  // before the first wait, in which the watchdog would connect anew
   p_.link.CloseLink();
   if (!overtaken()) TakeOffline(overtaken);
 }
@@ -165,7 +165,7 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   p_.layout.HideConnectPanels();
   CloseTrace();
   p_.grid.ResetScreenModel();
-  p_.layout.StopTimers();
+  StopTimers();
   window.lblsim.visible = false;
   window.corvexLbl[TermControls::kSignal].visible = false;
   window.lblTemp.visible = false;
@@ -196,7 +196,7 @@ void ModeMachine::EnterPortSetup() {
   const bool lan = p_.settings.config.lan.Get();
   window.mnuTelnet.visible = lan;
   window.tabConnect.selected = lan ? 2 : 1;
-  p_.layout.StopTimers();
+  StopTimers();
   switch (p_.main.mode) {
     case ModemMode::PortSetup:
       window.fmOnTab[kPortPanel].visible = false;
@@ -269,7 +269,7 @@ void ModeMachine::EnterAtMode() {
 /// Leaves the mode there is for a panel with the text view, which needs an open link. The panel that is shown
 /// next takes the place of another.
 void ModeMachine::LeaveForTextPanel() {
-  p_.layout.StopTimers();
+  StopTimers();
   p_.layout.HideConnectPanels();
   CloseTrace();
   if (p_.main.mode == ModemMode::TestInterface) p_.link.WriteText(kLeaveTestShell);
@@ -282,7 +282,7 @@ void ModeMachine::OpenDeviceManager() {
   {
     const ScopedFlag busy(deviceManagerBusy_);
     CloseTrace();
-    p_.layout.StopTimers();
+    StopTimers();
     const Overtaken overtaken = BeginPassage();
     if (!TakeOffline(overtaken)) return;
     p_.link.SendCancel();
@@ -297,7 +297,7 @@ void ModeMachine::OpenDeviceManager() {
 
 void ModeMachine::OpenPhoneBook() {
   CloseTrace();
-  p_.layout.StopTimers();
+  StopTimers();
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
   const Overtaken overtaken = BeginPassage();
   if (!TakeOffline(overtaken)) return;
@@ -418,6 +418,13 @@ void ModeMachine::ShowTextPanel(std::size_t panel) {
   window.txtRx.visible = true;
   p_.layout.ShowPanel(panel);
   p_.layout.HideLists();
+}
+
+void ModeMachine::StopTimers() {
+  for (Control* control : p_.window.controls()) {
+    if (dynamic_cast<Timer*>(control) != nullptr) control->enabled = false;
+  }
+  ClearPopUp(p_.window);
 }
 
 void ModeMachine::UpdateModeMenu() {

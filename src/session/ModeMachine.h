@@ -74,6 +74,8 @@ class ModeMachine {
   /// The tick of tmrWatchdog: connects anew if the modem has given no sign of life since the last one.
   void Watchdog();
 
+  /// Stops every timer of the window, and takes the popup down, which would stay for ever.
+  void StopTimers();
   void UpdateModeMenu();
 
  private:

@@ -19,9 +19,9 @@ struct ScreenRecord {
   };
 
   std::string title;
-  bool numericTitle = false;  ///< The title begins with a digit, as those below the main menu do.
-  std::array<Item, kMaxItems> items;
-  std::int32_t current = 0;  ///< The id of the item that the modem's cursor stands on.
+  bool numericTitle = false;          ///< The title begins with a digit, as those below the main menu do.
+  std::array<Item, kMaxItems> items;  ///< Those from `count` on are as they were made.
+  std::int32_t current = 0;           ///< The id of the item that the modem's cursor stands on.
   std::int16_t count = 0;
   friend bool operator==(const ScreenRecord&, const ScreenRecord&) = default;
 };

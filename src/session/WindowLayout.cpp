@@ -1,7 +1,5 @@
 #include "session/WindowLayout.h"
 
-#include "session/PopUp.h"
-
 namespace corvex {
 
 namespace {
@@ -44,13 +42,6 @@ void WindowLayout::SetFramePositions() {
     panel.rect = rect;
     panel.visible = false;
   }
-}
-
-void WindowLayout::StopTimers() {
-  for (Control* control : window_.controls()) {
-    if (dynamic_cast<Timer*>(control) != nullptr) control->enabled = false;
-  }
-  ClearPopUp(window_);
 }
 
 void WindowLayout::ShowPanel(std::size_t panel) {

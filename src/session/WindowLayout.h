@@ -27,9 +27,6 @@ class WindowLayout {
   /// Gives the focus to what takes keys in the terminal area, if the window is the active one.
   void FocusScreen();
 
-  /// Stops every timer of the window, and takes the popup down, which would stay for ever.
-  void StopTimers();
-
  private:
   TermControls& window_;
   bool firstSizeDone_ = false;

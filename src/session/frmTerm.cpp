@@ -112,7 +112,7 @@ void frmTerm::ConnectEvents() {
   activate = [this] { OnActivate(); };
   deactivate = [this] { SavePosition(); };
   resize = [this] {
-    if (windowState == WindowState::Minimized) layout_.StopTimers();
+    if (windowState == WindowState::Minimized) modes_.StopTimers();
   };
   queryUnload = [this] { Close(); };
 }
@@ -231,7 +231,7 @@ void frmTerm::Close() {
   link_.SendCancel();
   SavePosition();
   Pause(loop(), 0.2);
-  layout_.StopTimers();
+  modes_.StopTimers();
   link_.CloseLink();
   Pause(loop(), 0.2);
   loop().End();
