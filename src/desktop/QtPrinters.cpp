@@ -5,7 +5,9 @@
 #include <QPrinterInfo>
 #include <QTextLayout>
 
+#include "desktop/FormWindow.h"
 #include "desktop/QtText.h"
+#include "desktop/QtWindowSystem.h"
 
 namespace corvex {
 
@@ -54,11 +56,35 @@ bool PrintPages(QPrinter& printer, const std::string& text, const Printers::Prin
   return painter.end();
 }
 
+bool PrintPicture(QPrinter& printer, const QPixmap& picture) {
+  QPainter painter;
+  if (!painter.begin(&printer)) return false;
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  const QRect place({}, picture.size().scaled(painter.viewport().size(), Qt::KeepAspectRatio));
+  painter.drawPixmap(place, picture);
+  return painter.end();
+}
+
+namespace {
+
+/// A default printer is valid even where there is none: it writes a file.
+bool HasPrinter() {
+  return !QPrinterInfo::availablePrinters().isEmpty();
+}
+
+}  // namespace
+
 bool QtPrinters::PrintText(const std::string& text, const PrintFont& font) {
-  // A default printer is valid even where there is none: it writes a file.
-  if (QPrinterInfo::availablePrinters().isEmpty()) return false;
+  if (!HasPrinter()) return false;
   QPrinter printer(QPrinter::HighResolution);
   return PrintPages(printer, text, font);
+}
+
+bool QtPrinters::PrintWindow(const Form& form) {
+  FormWindow* const window = windows_.WindowOf(form);
+  if (window == nullptr || !HasPrinter()) return false;
+  QPrinter printer(QPrinter::HighResolution);
+  return PrintPicture(printer, window->grab());
 }
 
 }  // namespace corvex

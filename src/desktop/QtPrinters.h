@@ -2,6 +2,7 @@
 
 #include "platform/Services.h"
 
+class QPixmap;
 class QPrinter;
 
 namespace corvex {
@@ -10,9 +11,19 @@ namespace corvex {
 /// written to.
 bool PrintPages(QPrinter& printer, const std::string& text, const Printers::PrintFont& font);
 
+/// Prints a picture as large as the page allows, at the top of it. False as above.
+bool PrintPicture(QPrinter& printer, const QPixmap& picture);
+
+class QtWindowSystem;
+
 class QtPrinters : public Printers {
  public:
+  explicit QtPrinters(const QtWindowSystem& windows) : windows_(windows) {}
   bool PrintText(const std::string& text, const PrintFont& font) override;
+  bool PrintWindow(const Form& form) override;
+
+ private:
+  const QtWindowSystem& windows_;
 };
 
 }  // namespace corvex

@@ -30,7 +30,7 @@ int Run(QApplication& application) {
   QtSerialControl comPort(loop, [&settings](int number) { return ComDeviceName(settings, number); });
   QtSocketControl sock(loop);
   QtDialogs dialogs(loop, windows);
-  QtPrinters printers;
+  QtPrinters printers(windows);
   QtSound sound;
 
   frmTerm term(Platform{.loop = loop,

@@ -49,7 +49,12 @@ class Printers {
   };
   /// Prints a text on the default printer and ends the document. False if the system has no printer.
   virtual bool PrintText(const std::string& text, const PrintFont& font) = 0;
+  /// Prints a picture of a window as it stands on the default printer. False if the system has no printer.
+  virtual bool PrintWindow(const Form& form) = 0;
 };
+
+/// What the user is told where a system has no printer.
+inline constexpr std::string_view kNoPrinter = "No printer configured";
 
 /// The speaker.
 class Sound {

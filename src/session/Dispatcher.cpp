@@ -134,7 +134,7 @@ void Dispatcher::PrintToPrinter() {
                                  .bold = printer.bold.Get(),
                                  .italic = printer.italic.Get()};
   if (!p_.platform.printers.PrintText(p_.state.printText, font)) {
-    p_.platform.dialogs.MessageBox("No printer configured");
+    p_.platform.dialogs.MessageBox(kNoPrinter);
   }
 }
 

@@ -119,7 +119,7 @@ void ModeMachine::EnterByTagMode(const Overtaken& overtaken, bool tellsFailure) 
 void ModeMachine::EnterTerminalMode() {
   const Overtaken overtaken(p_.main);
   p_.window.tmrWatchdog.enabled = true;
-  p_.grid.ResetScreenModel();
+  ResetScreen();
   p_.link.WriteText(kRepaint);
   if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
   p_.main.mode = ModemMode::Terminal;
@@ -164,7 +164,7 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
   CloseTrace();
-  p_.grid.ResetScreenModel();
+  ResetScreen();
   StopTimers();
   window.lblsim.visible = false;
   window.corvexLbl[TermControls::kSignal].visible = false;
@@ -359,7 +359,7 @@ void ModeMachine::Watchdog() {
     p_.platform.comPort.Open();  // over the LAN too, where it is of no use and does no harm
     p_.platform.comPort.DiscardInput();
     ShowPopUp(p_.window, "Trying to connect");
-    p_.grid.ResetScreenModel();
+    ResetScreen();
     state_await_tml_intro();
   }
   p_.main.rxSeen = false;
@@ -400,8 +400,14 @@ void ModeMachine::ReturnFromPanel(const Overtaken& overtaken) {
   }
 }
 
-void ModeMachine::ClearScreen() {
+void ModeMachine::ResetScreen() {
   p_.grid.ResetScreenModel();
+  p_.main.rowsFrozen = false;  // by a walk of the modem's cursor, whose timer may never fire now
+  p_.main.screenHold = false;
+}
+
+void ModeMachine::ClearScreen() {
+  ResetScreen();
   PaintRows(p_.window, p_.main, p_.state, p_.grid);
   ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
 }

@@ -88,6 +88,7 @@ class ModeMachine {
   void ReturnFromPanel(const Overtaken& overtaken);
   void ShowTextPanel(std::size_t panel);
   void CloseTrace();
+  void ResetScreen();
   void ClearScreen();
   void ShowPortLabel();
   void ReturnToTerminal(bool wasTerminal);

@@ -40,10 +40,18 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
               .received = received_,
               .grid = grid_,
               .link = link_,
-              .probe = probe_}) {
+              .probe = probe_}),
+      keys_({.platform = platform_,
+             .window = *this,
+             .main = main_,
+             .state = state_,
+             .received = received_,
+             .grid = grid_,
+             .link = link_}) {
   txtRx.multiLine = true;
   txtRx.locked = true;
   ConnectEvents();
+  keys_.Connect();
 }
 
 frmTerm::~frmTerm() {

@@ -5,6 +5,7 @@
 #include "link/modCommSupport.h"
 #include "platform/Platform.h"
 #include "session/Dispatcher.h"
+#include "session/Keys.h"
 #include "session/MainState.h"
 #include "session/ModeMachine.h"
 #include "session/ReceiveBuffer.h"
@@ -69,6 +70,7 @@ class frmTerm : public TermControls {
   Dispatcher dispatcher_;
   WindowLayout layout_;
   ModeMachine modes_;
+  Keys keys_;
   bool closing_ = false;
 };
 

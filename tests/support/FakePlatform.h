@@ -204,6 +204,7 @@ class FakePrinters : public Printers {
     printed.push_back(text);
     return true;
   }
+  bool PrintWindow(const Form& form) override { return PrintText("picture of " + form.name(), {}); }
   bool present = true;
   std::vector<std::string> printed;
 };

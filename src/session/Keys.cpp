@@ -1,0 +1,337 @@
+#include "session/Keys.h"
+
+#include <array>
+#include <cstdlib>
+#include <string>
+
+#include "common/ScopedFlag.h"
+#include "common/Text.h"
+#include "session/RowPainter.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr std::array<char, 5> kSoftKeys{21, 9, 15, 16, 20};
+constexpr std::string_view kEscape = "\x1B";
+constexpr std::string_view kCursorDown = "\x1B[B";
+constexpr std::string_view kCursorUp = "\x1B[A";
+constexpr std::string_view kEnter = "\r";
+constexpr std::string_view kRefresh = "\x12";
+
+/// The row of a table in which the modem has its cursor.
+constexpr int kCursorRow = 2;
+
+// Virtual key codes.
+constexpr int kTab = 9;
+constexpr int kPrint = 42;
+constexpr int kF4 = 115;
+constexpr int kF7 = 118;
+
+/// Whether a key code is that of a letter or digit, which are their upper-case characters.
+bool IsCharacterKey(int keyCode) {
+  return (keyCode >= '0' && keyCode <= '9') || (keyCode >= 'A' && keyCode <= 'Z') ||
+         (keyCode >= 0xC0 && keyCode <= 0xFF);
+}
+
+}  // namespace
+
+/// A walk of the modem's cursor, from its beginning on.
+class Keys::Walk {
+ public:
+  explicit Walk(Keys& keys)
+      : keys_(keys),
+        walking_(keys.walking_),
+        overtaken_(keys.p_.main),
+        kind_(keys.p_.state.screenKind),
+        escapes_(keys.escapes_) {}
+
+  /// Whether a key would still reach the screen for which it was meant.
+  bool GoesOn() const {
+    return !overtaken_() && keys_.p_.main.mode == ModemMode::Terminal && keys_.escapes_ == escapes_ &&
+           keys_.p_.state.screenKind == kind_;
+  }
+
+ private:
+  Keys& keys_;
+  ScopedFlag walking_;
+  Overtaken overtaken_;
+  ScreenKind kind_;
+  unsigned escapes_;
+};
+
+void Keys::Connect() {
+  TermControls& window = p_.window;
+  // Keys are for the modem's own screen. While the program closes there is none any more.
+  const auto inTerminal = [this](auto action) {
+    return [this, action](auto... argument) {
+      if (p_.main.mode == ModemMode::Terminal) action(argument...);
+    };
+  };
+  for (std::size_t i = 0; i < TermControls::kSoftKeys; ++i) {
+    window.cmdSK[i].click = inTerminal([this, i] { ClickSoftKey(i); });
+    window.imgKey[i].click = inTerminal([this, i] { ClickSoftKey(i); });
+  }
+  for (int row = 0; row < TermControls::kSignal; ++row) {
+    window.corvexLbl[static_cast<std::size_t>(row)].click = inTerminal([this, row] { ClickRow(row); });
+  }
+  window.cmdESC.click = [this] { ClickEscape(); };
+  window.ListMenu.keyPress = inTerminal([this](char key) { PressInMenu(key); });
+  window.ListMenu.doubleClick = inTerminal([this] { ChooseFromMenu(); });
+  window.ListChoice.keyPress = inTerminal([this](char key) { PressInChoice(key); });
+  window.ListChoice.doubleClick = inTerminal([this] { ChooseFromList(); });
+  window.CorvexFocus1.keys = inTerminal([this](std::string_view text) { TakeTyped(text); });
+  window.keyDown = [this](KeyEvent& key) { KeyDown(key); };
+  window.tmrRefresh.tick = [this] { Refresh(); };
+}
+
+void Keys::Send(std::string_view bytes) {
+  // A link that has to be opened takes seconds, and a user presses again: those keys are not for what comes.
+  if (opening_) return;
+  const Overtaken overtaken(p_.main);
+  {
+    const ScopedFlag opening(opening_);
+    p_.link.EnsureLinkOpen();
+  }
+  if (!overtaken()) p_.link.WriteText(bytes);
+}
+
+void Keys::PressSoftKey(int key) {
+  if (key < 1 || key > static_cast<int>(kSoftKeys.size())) return;
+  Send({&kSoftKeys[static_cast<std::size_t>(key - 1)], 1});
+}
+
+void Keys::SendEscape() {
+  Send(kEscape);
+}
+
+void Keys::SendCursorDown() {
+  Send(kCursorDown);
+}
+
+void Keys::SendCursorUp() {
+  Send(kCursorUp);
+}
+
+void Keys::SendMenuItem(int item) {
+  const auto& items = p_.state.menuScreen.items;
+  if (item < 1 || item > static_cast<int>(items.size())) return;
+  p_.link.WriteText(NumberText(items[static_cast<std::size_t>(item - 1)].id));
+}
+
+void Keys::SendEscapeSeries() {
+  constexpr int kTimes = 7;
+  const Overtaken overtaken(p_.main);
+  Pause(p_.window.loop(), 0.3);
+  for (int i = 0; i < kTimes && !overtaken(); ++i) {
+    SendEscape();
+    Pause(p_.window.loop(), 0.3);
+  }
+}
+
+void Keys::RestoreFocus() {
+  TermControls& window = p_.window;
+  if (!window.Active() || p_.main.mode != ModemMode::Terminal) return;
+  if (window.frmChoice.visible) {
+    window.ListChoice.SetFocus();
+  } else if (window.ListMenu.visible) {
+    window.ListMenu.SetFocus();
+  } else {
+    window.CorvexFocus1.SetFocus();
+  }
+}
+
+void Keys::ClickSoftKey(std::size_t index) {
+  if (walking_) return;
+  if (p_.state.screenKind != ScreenKind::ChoiceScreen || MoveChoiceTo()) {
+    PressSoftKey(static_cast<int>(index) + 1);
+  }
+  RestoreFocus();
+}
+
+bool Keys::LinkTaken() const {
+  switch (p_.main.mode) {
+    case ModemMode::AwaitIntro:
+    case ModemMode::DeviceManager:
+    case ModemMode::Upgrade:
+    case ModemMode::Closing:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void Keys::ClickEscape() {
+  if (LinkTaken()) return;
+  ++escapes_;
+  SendEscape();
+  RestoreFocus();
+}
+
+/// Walks the modem's cursor to the chosen row. False if it did not get there; the list may then open again.
+bool Keys::MoveChoiceTo() {
+  EventLoop& loop = p_.window.loop();
+  const int distance = p_.window.ListChoice.listIndex - ChoiceIndexOfCurrent(p_.state.choiceScreen);
+  p_.window.frmChoice.visible = false;
+  if (distance == 0) return true;
+  const Walk walk(*this);
+  // The modem answers each step with the list anew, which must not open again.
+  p_.main.screenHold = true;
+  for (int step = 0; step < std::abs(distance) && walk.GoesOn(); ++step) {
+    if (distance > 0) {
+      SendCursorDown();
+      loop.Pump(loop.Now());
+      Pause(loop, 0.1);
+    } else {
+      Pause(loop, 0.2);
+      if (!walk.GoesOn()) break;
+      SendCursorUp();
+      loop.Pump(loop.Now());
+    }
+  }
+  if (walk.GoesOn()) return true;
+  p_.main.screenHold = false;
+  return false;
+}
+
+void Keys::ChooseFromList() {
+  if (walking_ || p_.state.screenKind != ScreenKind::ChoiceScreen) return;
+  if (!MoveChoiceTo()) return;
+  const Walk walk(*this);
+  Pause(p_.window.loop(), 0.2);
+  if (walk.GoesOn()) p_.link.WriteText(kEnter);
+}
+
+void Keys::PressInChoice(char key) {
+  if (key == kEnter[0]) ChooseFromList();
+  if (key == kEsc) ClickEscape();
+}
+
+void Keys::PressInMenu(char key) {
+  if (key == kEnter[0]) {
+    ChooseFromMenu();
+  } else if (key == kEsc) {
+    SendEscape();
+  } else if (IsDigit(key)) {
+    p_.link.WriteText({&key, 1});
+  }
+}
+
+void Keys::ChooseFromMenu() {
+  const auto& list = p_.window.ListMenu;
+  const int selected = list.selected;
+  if (selected < 1 || selected > static_cast<int>(list.Items().size())) return;
+  p_.window.pointer = Pointer::Hourglass;
+  const std::string& key = list.Items()[static_cast<std::size_t>(selected - 1)].key;
+  if (key == "MAIL") {
+    PressSoftKey(2);
+  } else if (key == "LOCK") {  // no menu of today has such an entry; modems that lock theirs do
+    PressSoftKey(1);
+  } else if (key == "ESC") {
+    SendEscape();
+  } else {
+    SendMenuItem(selected - 1);  // "Exit Menu" stands in the first place
+  }
+  p_.window.pointer = Pointer::Normal;
+}
+
+/// Whether the key goes on is answered at once; what it does comes in its turn behind the keys before it.
+void Keys::KeyDown(KeyEvent& key) {
+  const auto post = [this](auto action) { p_.window.loop().Post(action); };
+  switch (p_.main.mode) {
+    case ModemMode::Closing:
+    case ModemMode::Offline:
+    case ModemMode::PortSetup:
+      return;
+    default:
+      break;
+  }
+  switch (key.keyCode) {
+    case kF4:
+      if (key.alt) post([this] { ClickEscape(); });  // and does not close the window
+      break;
+    case kF7:
+    case kPrint:
+      if (key.alt) post([this] { PrintWindow(); });
+      break;
+    case kTab:
+      post([this] {
+        if (p_.state.screenKind == ScreenKind::FieldScreen && !LinkTaken()) SendCursorDown();
+      });
+      break;
+    default:
+      if (!key.alt || p_.main.mode != ModemMode::Terminal) return;
+      post([this, code = key.keyCode] {
+        if (p_.main.mode == ModemMode::Terminal) PressHotKey(code);
+      });
+      break;
+  }
+  key.handled = true;
+}
+
+/// The soft key whose letter was pressed with Alt. Only the first two characters count, of which the first
+/// may be the "&": a letter further behind is underlined and does not work. A choice list is not walked. Both
+/// are meant.
+void Keys::PressHotKey(int keyCode) {
+  if (!IsCharacterKey(keyCode) || walking_) return;
+  for (std::size_t place = 0; place < 2; ++place) {
+    for (std::size_t i = 0; i < p_.state.softKeyText.size(); ++i) {
+      const std::string& text = p_.state.softKeyText[i];
+      if (place < text.size() && UpperCase(text[place]) == static_cast<char>(keyCode)) {
+        PressSoftKey(static_cast<int>(i) + 1);
+        return;
+      }
+    }
+  }
+}
+
+void Keys::TakeTyped(std::string_view text) {
+  if (p_.window.frmChoice.visible) {
+    p_.window.ListChoice.SetFocus();  // the key itself is not sent
+    return;
+  }
+  if (text == kEscape) ++escapes_;
+  if (!walking_ || text == kEscape) p_.link.WriteText(text);
+}
+
+void Keys::ClickRow(int row) {
+  if (p_.state.screenKind != ScreenKind::TableScreen || walking_) return;
+  FreezeRows();  // what the modem paints on the way must not be seen
+  if (!WalkTable(row)) {
+    p_.main.rowsFrozen = false;
+    return;
+  }
+  ResyncScreen();
+  if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
+}
+
+/// Walks the modem's cursor to a row, or presses enter in its own. False if it did not get there.
+bool Keys::WalkTable(int row) {
+  const Walk walk(*this);
+  if (row == kCursorRow) p_.link.WriteText(kEnter);
+  for (int step = row; step > kCursorRow && walk.GoesOn(); --step) SendCursorDown();
+  for (int step = row; step < kCursorRow && walk.GoesOn(); ++step) SendCursorUp();
+  return walk.GoesOn();
+}
+
+void Keys::ResyncScreen() {
+  p_.received.DiscardRx();
+  p_.link.WriteText(kRefresh);
+  FreezeRows();
+  p_.window.tmrRefresh.enabled = true;
+}
+
+void Keys::Refresh() {
+  p_.main.rowsFrozen = false;
+  p_.window.tmrRefresh.enabled = false;
+  if (p_.main.mode == ModemMode::Closing) return;
+  p_.link.WriteText(kRefresh);
+  p_.state.rowClean.fill(false);
+  PaintRows(p_.window, p_.main, p_.state, p_.grid);
+}
+
+void Keys::PrintWindow() {
+  if (!p_.platform.printers.PrintWindow(p_.window)) p_.platform.dialogs.MessageBox(kNoPrinter);
+}
+
+}  // namespace corvex
