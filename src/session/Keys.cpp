@@ -173,6 +173,7 @@ bool Keys::MoveChoiceTo() {
   EventLoop& loop = p_.window.loop();
   const int distance = p_.window.ListChoice.listIndex - ChoiceIndexOfCurrent(p_.state.choiceScreen);
   p_.window.frmChoice.visible = false;
+  RestoreFocus();
   if (distance == 0) return true;
   const Walk walk(*this);
   // The modem answers each step with the list anew, which must not open again.

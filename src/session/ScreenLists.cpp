@@ -99,6 +99,8 @@ void ScreenLists::ShowChoice() {
 
 void ScreenLists::HideChoice() {
   window_.frmChoice.visible = false;
+  // Typing goes on to the modem, and not to what the window system would focus next.
+  if (window_.Active() && window_.ListChoice.HasFocus()) window_.CorvexFocus1.SetFocus();
 }
 
 }  // namespace corvex

@@ -41,6 +41,7 @@ class frmTerm : public TermControls {
   const MainState& main() const { return main_; }
   const SessionState& state() const { return state_; }
   TerminalLink& link() { return link_; }
+  Keys& keys() { return keys_; }
   ReceiveBuffer& received() { return received_; }
 
  private:

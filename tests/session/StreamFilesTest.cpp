@@ -166,8 +166,15 @@ class Runner {
       Feed(quoted);
     } else if (command == "program") {
       session_.emplace();
+      session_->p.comPort.sent.clear();
     } else if (command == "wait") {
       session_.value().p.loop.Run(std::stod(words.at(0)));
+    } else if (command == "sent") {
+      EXPECT_EQ(std::exchange(session_.value().p.comPort.sent, {}), words.at(0));
+    } else if (command == "answer") {
+      session_.value().modem.Answer(words.at(0), words.at(1));
+    } else if (UserActs(command, words)) {
+      session_->p.loop.Run(0);
     } else if (command == "see" || command == "gone") {
       See(words, command == "see");
     } else if (command == "expect") {
@@ -198,6 +205,49 @@ class Runner {
     if (session_) return session_->Feed(bytes, 0.5);
     const std::size_t size = byteByByte_ ? 1 : bytes.size();
     for (std::size_t at = 0; at < bytes.size(); at += size) decoder_.Feed({bytes.data() + at, size});
+  }
+
+  /// What the user does, as the window system delivers it: in lists, to that with the focus.
+  bool UserActs(const std::string& command, const Words& words) {
+    if (command != "click" && command != "keydown" && command != "type" && command != "select" &&
+        command != "double-click") {
+      return false;
+    }
+    frmTerm& term = session_.value().term;
+    const auto act = [this](auto task) { session_->p.Do(task); };
+    const bool choice = term.ListChoice.HasFocus();
+    if (command == "click") {
+      act([&] { Click(words); });
+    } else if (command == "keydown") {
+      KeyEvent key{.keyCode = std::stoi(words.at(0)), .alt = words.size() > 1 && words[1] == "alt"};
+      act([&] { term.keyDown(key); });
+      EXPECT_EQ(key.handled, words.back() != "goes-on");
+    } else if (command == "type") {
+      for (const char& c : words.at(0)) {
+        act([&] {
+          if (choice) return term.ListChoice.keyPress(c);
+          if (term.ListMenu.HasFocus()) return term.ListMenu.keyPress(c);
+          term.CorvexFocus1.keys({&c, 1});
+        });
+      }
+    } else if (command == "select") {
+      (choice ? term.ListChoice.listIndex : term.ListMenu.selected).Adopt(std::stoi(words.at(0)));
+    } else {
+      act([&] { choice ? term.ListChoice.doubleClick() : term.ListMenu.doubleClick(); });
+    }
+    return true;
+  }
+
+  void Click(const Words& words) {
+    const int index = words.size() > 1 ? std::stoi(words[1]) : -1;
+    for (Control* control : session_->term.controls()) {
+      if (control->name() != words.at(0) || control->index() != index) continue;
+      if (auto* button = dynamic_cast<Button*>(control)) return button->click();
+      if (auto* image = dynamic_cast<Image*>(control)) return image->click();
+      if (auto* label = dynamic_cast<Label*>(control)) return label->click();
+      if (auto* item = dynamic_cast<MenuItem*>(control)) return item->click();
+    }
+    throw std::runtime_error("no such control");
   }
 
   /// The lines are looked for one behind the other, with single blanks and none at their beginning.
