@@ -310,7 +310,9 @@ bool FormWindow::TakeKey(QKeyEvent& event) {
   key.keyCode = VirtualKeyCode(event);
   key.shift = event.modifiers().testFlag(Qt::ShiftModifier);
   key.ctrl = event.modifiers().testFlag(Qt::ControlModifier);
-  key.alt = event.modifiers().testFlag(Qt::AltModifier);
+  // AltGr comes as Ctrl and Alt together on some systems; with a character to it, it is no Alt.
+  const bool types = key.ctrl && !event.text().isEmpty() && event.text().front().isPrint();
+  key.alt = event.modifiers().testFlag(Qt::AltModifier) && !types;
   if (key.keyCode != 0) Enter([this, &key] { form_->keyDown(key); });
   // Remembered only now: the handler may have waited, and other keys have come.
   keySeen_ = event.type() == QEvent::ShortcutOverride;

@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 
@@ -22,14 +23,25 @@ class KeyTaker : public QWidget {
   void keyPressEvent(QKeyEvent* event) override {
     if (const char c = TypedCharacter(*event); c != 0) {
       typed(std::string(1, c));
-    } else {
-      event->ignore();
+      return;
     }
+    Refuse(event->text());
+    event->ignore();
   }
   void inputMethodEvent(QInputMethodEvent* event) override {
     for (const QChar c : event->commitString()) {
-      if (c.unicode() <= 0xFF) typed(std::string(1, c.toLatin1()));
+      if (c.unicode() <= 0xFF) {
+        typed(std::string(1, c.toLatin1()));
+      } else {
+        Refuse(c);
+      }
     }
+  }
+
+ private:
+  /// A character beyond Latin-1 has no byte: nothing is sent in its place, and the user hears it.
+  static void Refuse(const QString& text) {
+    if (!text.isEmpty() && text.front().unicode() > 0xFF) QApplication::beep();
   }
 };
 

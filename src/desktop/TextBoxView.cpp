@@ -1,3 +1,4 @@
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollBar>
@@ -62,13 +63,27 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
   }
 };
 
+class Pages : public QPlainTextEdit {
+ public:
+  using QPlainTextEdit::QPlainTextEdit;
+
+ protected:
+  /// A view takes no key but the one that copies what is marked; that is meant.
+  void keyPressEvent(QKeyEvent* event) override {
+    if (isReadOnly() && !event->matches(QKeySequence::Copy)) {
+      event->ignore();
+    } else {
+      QPlainTextEdit::keyPressEvent(event);
+    }
+  }
+};
+
 /// A long text, changed by editing. It is shown without the CR of its line ends, so a place in it is the
 /// place in the bytes less the CRs before it: a rule that holds for each byte alone, even where an edit parts
 /// CR from LF.
-class PagesView : public WidgetView<TextBox, QPlainTextEdit> {
+class PagesView : public WidgetView<TextBox, Pages> {
  public:
-  PagesView(FormWindow& window, TextBox& box)
-      : WidgetView(window, box, new QPlainTextEdit(window.ParentFor(box))) {
+  PagesView(FormWindow& window, TextBox& box) : WidgetView(window, box, new Pages(window.ParentFor(box))) {
     shown_->setReadOnly(box.locked);
     shown_->setUndoRedoEnabled(!box.locked);
     shown_->setTabChangesFocus(box.locked);

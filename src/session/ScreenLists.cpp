@@ -57,6 +57,12 @@ void FillChoiceList(ListBox& list, const ScreenRecord& record) {
   }
 }
 
+/// Behind a list that is hidden while it has the focus typing goes on to the modem, and not to whatever the
+/// window system would focus next.
+void ScreenLists::FocusScreenFrom(const Control& list) {
+  if (window_.Active() && list.HasFocus()) window_.CorvexFocus1.SetFocus();
+}
+
 void ScreenLists::ShowMenu() {
   const unsigned turn = ++menuTurn_;
   // What runs in the pauses may show another menu, hide this one, or leave the modem's menus altogether.
@@ -66,6 +72,7 @@ void ScreenLists::ShowMenu() {
   };
   window_.frmMenu.visible = false;
   window_.ListMenu.visible = false;
+  FocusScreenFrom(window_.ListMenu);
   if (overtaken()) return;
   window_.frmMenu.BringToFront();
   window_.frmMenu.caption = state_.menuScreen.title;
@@ -99,8 +106,7 @@ void ScreenLists::ShowChoice() {
 
 void ScreenLists::HideChoice() {
   window_.frmChoice.visible = false;
-  // Typing goes on to the modem, and not to what the window system would focus next.
-  if (window_.Active() && window_.ListChoice.HasFocus()) window_.CorvexFocus1.SetFocus();
+  FocusScreenFrom(window_.ListChoice);
 }
 
 }  // namespace corvex

@@ -32,6 +32,8 @@ class ScreenLists {
   void HideChoice();
 
  private:
+  void FocusScreenFrom(const Control& list);
+
   TermControls& window_;
   const MainState& main_;
   SessionState& state_;
