@@ -56,6 +56,9 @@ class TerminalLink {
   void CloseLink();
   /// Tells the ERB unit that the session with the present MUB ends.
   void LeaveMub();
+  /// The next opening logs in anew. Over a serial port nothing else asks for it: the ERB unit keeps its session
+  /// while the port is closed, and so does the login.
+  void ForgetLogin() { login_.ResetLogin(); }
 
   // Command and response.
 

@@ -330,6 +330,7 @@ void ModeMachine::SelectMub(int mub) {
   if (overtaken() || !TakeOffline(overtaken)) return;
   p_.link.CloseLink();
   if (overtaken()) return;
+  p_.link.ForgetLogin();
   RefreshMenuMarks();
   p_.window.caption = p_.main.applicationTitle + ' ';
   p_.state.mubChanged = true;
