@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 #include <cstdint>
 #include <memory>
 
@@ -53,8 +54,13 @@ class ControlView : public QObject {
 /// The view of a control, by its kind; none for a kind with nothing to show.
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control);
 
+/// What assistive programs call a control that has no words of its own: the caption of the label right before
+/// it in its container, if there is one.
+QString NameByLabel(const Control& control);
+
 /// Menus and their entries.
 std::unique_ptr<ControlView> MakeMenuView(FormWindow& window, MenuItem& item);
+std::unique_ptr<ControlView> MakeUpDownView(FormWindow& window, UpDown& arrows);
 std::unique_ptr<ControlView> MakeTextBoxView(FormWindow& window, TextBox& box);
 std::unique_ptr<ControlView> MakeListView(FormWindow& window, ListView& list);
 std::unique_ptr<ControlView> MakeListBoxView(FormWindow& window, ListBox& list);

@@ -1,3 +1,4 @@
+#include <QCheckBox>
 #include <QFile>
 #include <QLabel>
 #include <QMouseEvent>
@@ -107,6 +108,23 @@ class OptionButtonView : public WidgetView<OptionButton, QRadioButton> {
   }
 };
 
+class CheckBoxView : public WidgetView<CheckBox, QCheckBox> {
+ public:
+  CheckBoxView(FormWindow& window, CheckBox& box)
+      : WidgetView(window, box, new QCheckBox(window.ParentFor(box))) {
+    connect(shown_, &QCheckBox::clicked, this, [this](bool on) {
+      if (pending.Has(Change::Checked)) return;  // what the logic has set since counts for more
+      control_.value.Adopt(on);
+      window_.Post([&control = control_] { control.click(); });
+    });
+  }
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
+    if (changes.Has(Change::Checked)) shown_->setChecked(control_.value);
+  }
+};
+
 /// A picture by name, or from a file, as large as fits.
 class Picture : public Clickable<QWidget> {
  public:
@@ -169,6 +187,15 @@ class TabStripView : public WidgetView<TabStrip, QTabBar> {
 
 }  // namespace
 
+QString NameByLabel(const Control& control) {
+  const Label* label = nullptr;
+  for (const Control* other : control.form().controls()) {
+    if (other == &control) break;
+    label = &other->parent() == &control.parent() ? dynamic_cast<const Label*>(other) : nullptr;
+  }
+  return label == nullptr ? QString() : ToShown(label->caption.Get());
+}
+
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control) {
   if (auto* frame = dynamic_cast<Frame*>(&control)) return std::make_unique<FrameView>(window, *frame);
   if (auto* label = dynamic_cast<Label*>(&control)) return std::make_unique<LabelView>(window, *label);
@@ -176,9 +203,11 @@ std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& contro
   if (auto* option = dynamic_cast<OptionButton*>(&control)) {
     return std::make_unique<OptionButtonView>(window, *option);
   }
+  if (auto* box = dynamic_cast<CheckBox*>(&control)) return std::make_unique<CheckBoxView>(window, *box);
   if (auto* image = dynamic_cast<Image*>(&control)) return std::make_unique<ImageView>(window, *image);
   if (auto* tabs = dynamic_cast<TabStrip*>(&control)) return std::make_unique<TabStripView>(window, *tabs);
   if (auto* box = dynamic_cast<TextBox*>(&control)) return MakeTextBoxView(window, *box);
+  if (auto* arrows = dynamic_cast<UpDown*>(&control)) return MakeUpDownView(window, *arrows);
   if (auto* list = dynamic_cast<ListView*>(&control)) return MakeListView(window, *list);
   if (auto* list = dynamic_cast<ListBox*>(&control)) return MakeListBoxView(window, *list);
   if (auto* source = dynamic_cast<KeySource*>(&control)) return MakeKeySourceView(window, *source);

@@ -310,9 +310,12 @@ bool FormWindow::TakeKey(QKeyEvent& event) {
   key.keyCode = VirtualKeyCode(event);
   key.shift = event.modifiers().testFlag(Qt::ShiftModifier);
   key.ctrl = event.modifiers().testFlag(Qt::ControlModifier);
-  // AltGr comes as Ctrl and Alt together on some systems; with a character to it, it is no Alt.
-  const bool types = key.ctrl && !event.text().isEmpty() && event.text().front().isPrint();
-  key.alt = event.modifiers().testFlag(Qt::AltModifier) && !types;
+  key.alt = event.modifiers().testFlag(Qt::AltModifier);
+  key.repeated = event.isAutoRepeat();
+  // AltGr comes as Ctrl and Alt together on some systems; with a character to it, it is neither.
+  if (key.ctrl && key.alt && !event.text().isEmpty() && event.text().front().isPrint()) {
+    key.ctrl = key.alt = false;
+  }
   if (key.keyCode != 0) Enter([this, &key] { form_->keyDown(key); });
   // Remembered only now: the handler may have waited, and other keys have come.
   keySeen_ = event.type() == QEvent::ShortcutOverride;

@@ -33,6 +33,9 @@ class MenuView : public ControlView {
         window_.Post([&entry = item_] { entry.click(); });
       });
     }
+    // Shown with the entry, and active in the menu bar alone: elsewhere keys are for the form to judge.
+    action_->setShortcut(QKeySequence(ToQt(item.shortcut)));
+    action_->setShortcutContext(Qt::WidgetShortcut);
     parent->addAction(action_);
   }
 

@@ -48,6 +48,8 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
  public:
   LineView(FormWindow& window, TextBox& box) : WidgetView(window, box, new QLineEdit(window.ParentFor(box))) {
     shown_->setReadOnly(box.locked);
+    if (box.locked) shown_->setFocusPolicy(Qt::ClickFocus);  // to copy from; Tab has nothing to do there
+    shown_->setAccessibleName(NameByLabel(box));
     connect(shown_, &QLineEdit::textEdited, this, [this](const QString& text) {
       if (pending.Has(Change::Caption)) return;  // what the logic has set since counts for more
       control_.AdoptText(FromQt(text));

@@ -27,8 +27,9 @@ struct Design {
   bool visible = true;
   bool enabled = true;
   Font font = {};
-  int interval = 0;               ///< Timers: milliseconds.
-  std::string_view picture = {};  ///< Images: see Image::picture.
+  int interval = 0;                ///< Timers: milliseconds.
+  std::string_view picture = {};   ///< Images: see Image::picture.
+  std::string_view shortcut = {};  ///< Menu entries: see MenuItem::shortcut.
   Look look = Look::Plain;
   Align align = Align::Left;  ///< Labels.
 };
@@ -55,6 +56,7 @@ class Control : public Observable {
   Property<Font> font;
   const Look look;
   const Align align;
+  std::string tag;  ///< Shown nowhere; for what belongs to the control.
 
   void SetFocus() { form().Focus(*this); }
   bool HasFocus() const { return form().Focused() == this; }

@@ -19,6 +19,21 @@ void TextBox::AdoptText(std::string text) {
   text_ = std::move(text);
 }
 
+UpDown::UpDown(Container& parent, const Design& design, TextBox& buddy, int min, int max)
+    : Control(parent, design), value{*this, Change::Value, min}, buddy_(buddy), min_(min), max_(max) {
+  buddy_.tag = std::to_string(min);
+}
+
+void UpDown::AdoptValue(int stepped) {
+  value.Adopt(std::clamp(stepped, min_, max_));
+  buddy_.tag = std::to_string(value.Get());
+}
+
+void UpDown::Changed(Change what) {
+  if (what == Change::Value) AdoptValue(value);
+  Control::Changed(what);
+}
+
 void ListView::Clear() {
   selected = 0;
   if (items_.empty()) return;

@@ -59,6 +59,17 @@ class OptionButton : public Control {
   Event<> click;
 };
 
+/// Checked or not, by itself.
+class CheckBox : public Control {
+ public:
+  CheckBox(Container& parent, const Design& design)
+      : Control(parent, design), caption{*this, Change::Caption, std::string(design.caption)} {}
+  std::string_view TypeName() const override { return "CheckBox"; }
+  Property<std::string> caption;
+  Property<bool> value{*this, Change::Checked, false};
+  Event<> click;  ///< Comes behind the new value.
+};
+
 /// A text of one byte a character. Changed by editing, so that a long text is never handed over whole.
 class TextBox : public Control {
  public:
@@ -79,6 +90,30 @@ class TextBox : public Control {
 
  private:
   std::string text_;
+};
+
+/// Two arrows that step a whole number through a range, one at a time. The number goes to the tag of the text
+/// box beside them, the buddy; what is shown for it there is for the logic to say.
+class UpDown : public Control {
+ public:
+  /// The value begins with `min`.
+  UpDown(Container& parent, const Design& design, TextBox& buddy, int min, int max);
+  std::string_view TypeName() const override { return "UpDown"; }
+
+  TextBox& buddy() const { return buddy_; }
+  int min() const { return min_; }
+  int max() const { return max_; }
+  Property<int> value;  ///< Set beyond the range it takes the nearer end of it.
+  /// For the window system: takes over the step of the user; `change` comes behind it.
+  void AdoptValue(int stepped);
+  Event<> change;
+
+  void Changed(Change what) override;
+
+ private:
+  TextBox& buddy_;
+  int min_;
+  int max_;
 };
 
 class Image : public Control {
@@ -169,11 +204,17 @@ class MenuItem : public Control {
   MenuItem* menu() const { return menu_; }  ///< The entry that this one stands under, or none.
   Property<std::string> caption;            ///< "-" is a line between entries.
   Property<bool> checked{*this, Change::Checked, false};
+  /// The keys that do the same, such as "Ctrl+P". To be shown: it is the form's keyDown that listens to them,
+  /// as only the logic knows when keys are the modem's.
+  const std::string shortcut;
   Event<> click;
 
  private:
   MenuItem(Form& form, MenuItem* menu, const Design& design)
-      : Control(form, design), caption{*this, Change::Caption, std::string(design.caption)}, menu_(menu) {
+      : Control(form, design),
+        caption{*this, Change::Caption, std::string(design.caption)},
+        shortcut(design.shortcut),
+        menu_(menu) {
     form.hasMenuBar_ = true;
   }
   MenuItem* menu_;

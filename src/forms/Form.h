@@ -59,7 +59,8 @@ struct KeyEvent {
   bool shift = false;
   bool ctrl = false;
   bool alt = false;
-  bool handled = false;  ///< Set by the logic if the key is not to go on.
+  bool repeated = false;  ///< The user holds it down, and the system repeats it.
+  bool handled = false;   ///< Set by the logic if the key is not to go on.
 };
 
 /// A window as data: its members are its controls, in the order of their declaration, and logic reads and

@@ -25,6 +25,7 @@ enum class Change : std::uint32_t {
   Focus = 1u << 13,
   Pointer = 1u << 14,
   WindowState = 1u << 15,
+  Value = 1u << 16,
 };
 
 /// Something whose changes are told to one observer.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
@@ -9,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTest>
 
 #include "Wait.h"
@@ -27,10 +29,11 @@ struct Sample : Form {
   Sample(EventLoop& l, WindowSystem& w) : Form(l, w, "sample") {
     rect = Rect{1500, 1500, 9000, 6000};
     pages.multiLine = true;
+    bits.locked = true;
   }
   ~Sample() override { Withdraw(); }
   MenuItem mnuMode{*this, {.name = "mnuMode", .caption = "&Mode"}};
-  MenuItem mnuTerminal{mnuMode, {.name = "mnuTerminal", .caption = "Terminal &MMI"}};
+  MenuItem mnuTerminal{mnuMode, {.name = "mnuTerminal", .caption = "Terminal &MMI", .shortcut = "Ctrl+P"}};
   MenuItem mnuSound{mnuMode, {.name = "mnuSound", .caption = "Sou&nd"}};
   MenuItem mnuOff{mnuSound, {.name = "mnuOff", .caption = "Off"}};
   Frame frame{*this, {.name = "frame", .rect = {150, 150, 4500, 3000}, .caption = "Title"}};
@@ -44,6 +47,10 @@ struct Sample : Form {
   ListView list{*this, {.name = "list", .rect = {150, 3300, 4500, 1500}}};
   ListBox box{*this, {.name = "box", .rect = {4800, 1650, 1500, 1200}}};
   TabStrip tabs{*this, {.name = "tabs", .rect = {4800, 3300, 3000, 375}}, {"Serial", "LAN"}};
+  CheckBox check{*this, {.name = "check", .rect = {6600, 150, 1500, 330}, .caption = "LAN"}};
+  Label bitsLabel{*this, {.name = "bitsLabel", .rect = {4800, 3900, 1500, 270}, .caption = "Data"}};
+  TextBox bits{*this, {.name = "bits", .rect = {4800, 4200, 1500, 360}}};
+  UpDown arrows{*this, {.name = "arrows", .rect = {6300, 4200, 240, 360}}, bits, 4, 8};
   KeySource keys{*this, {.name = "keys"}};
   Timer timer{*this, {.name = "timer", .interval = 1000}};
 };
@@ -242,6 +249,54 @@ TEST_F(FormWindowTest, KeysComeToTheFormFirst) {
   }
   EXPECT_EQ(log, "65 <a> 16s 65s <A> 115 9 18a 77a 13 <\r> ");
   EXPECT_TRUE(form->keys.HasFocus());
+}
+
+TEST_F(FormWindowTest, AShortcutIsShownAndLeftToTheForm) {
+  NEEDS_ACTIVE_WINDOW();
+  std::string log;
+  form->mnuTerminal.click = [&] { log += "menu "; };
+  form->keys.keys = [&](std::string_view text) { log += text == "\x10" ? "byte " : "other "; };
+  form->keys.SetFocus();
+  Turn();
+  for (const bool taken : {false, true}) {
+    form->keyDown = [taken](KeyEvent& key) { key.handled = taken && key.keyCode == 'P' && key.ctrl; };
+    QTest::sendKeyEvent(QTest::Click, Find<QWidget>("keys"), Qt::Key_P, QStringLiteral("\x10"),
+                        Qt::ControlModifier);
+    Turn();
+  }
+  EXPECT_EQ(log, "byte ");
+}
+
+TEST_F(FormWindowTest, AnUpDownIsSteppedByKeysAndTellsItsMeaning) {
+  NEEDS_ACTIVE_WINDOW();
+  form->arrows.change = [&] { form->bits.SetText(form->bits.tag + " bits"); };
+  form->check.SetFocus();
+  Turn();
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+  EXPECT_TRUE(form->check.value);
+  QTest::keyClick(&window(), Qt::Key_Tab);
+  ASSERT_EQ(form->Focused(), &form->arrows) << "a text that is only shown is no stop";
+  auto* arrows = Find<QSpinBox>("arrows");
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_8, Qt::Key_Down}) QTest::keyClick(arrows, key);
+  EXPECT_EQ(form->bits.tag, "5");
+  Turn();
+  Turn();  // the text follows the value
+  const auto* told = QAccessible::queryAccessibleInterface(arrows);
+  EXPECT_EQ(told->text(QAccessible::Name), QStringLiteral("Data"));
+  EXPECT_EQ(told->text(QAccessible::Value), QStringLiteral("5 bits"));
+  form->arrows.value = 99;  // the logic has the last word, and beyond the range there is nothing
+  Turn();
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down}) QTest::keyClick(arrows, key);
+  EXPECT_EQ(form->bits.tag, "7");
+}
+
+TEST_F(FormWindowTest, AnUpDownGoesOnWhileItsButtonIsHeld) {
+  auto* arrows = Find<QSpinBox>("arrows");
+  const QPoint up(arrows->width() / 2, arrows->height() / 4);
+  QTest::mousePress(arrows, Qt::LeftButton, {}, up);
+  EXPECT_EQ(form->arrows.value, 5);
+  EXPECT_TRUE(Becomes(loop, [this] { return form->arrows.value == 7; }));
+  QTest::mouseRelease(arrows, Qt::LeftButton, {}, up);
 }
 
 TEST_F(FormWindowTest, LongTextsFollowEachEdit) {
