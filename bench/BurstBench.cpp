@@ -15,6 +15,7 @@
 #include "desktop/QtEventLoop.h"
 #include "desktop/QtPrinters.h"
 #include "desktop/QtSerialControl.h"
+#include "desktop/QtSerialPorts.h"
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
@@ -79,11 +80,13 @@ int main(int argc, char** argv) {
   settings.config.lanport.Set(std::to_string(modem.port()));
   QtWindowSystem windows(loop);
   QtSerialControl comPort(loop, [](int) { return std::string("none"); });
+  QtSerialPorts serialPorts;
   QtSocketControl sock(loop);
   QtDialogs dialogs(loop, windows);
-  QtPrinters printers;
+  QtPrinters printers(windows);
   QtSound sound;
-  frmTerm term(Platform{loop, windows, comPort, sock, dialogs, printers, sound, LongDate}, settings);
+  frmTerm term(Platform{loop, windows, comPort, serialPorts, sock, dialogs, printers, sound, LongDate},
+               settings);
 
   QElapsedTimer sinceTurn;
   QElapsedTimer sinceBurst;

@@ -8,6 +8,7 @@
 #include "desktop/QtEventLoop.h"
 #include "desktop/QtPrinters.h"
 #include "desktop/QtSerialControl.h"
+#include "desktop/QtSerialPorts.h"
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
@@ -28,6 +29,7 @@ int Run(QApplication& application) {
   SettingsStore settings(FindAppFolder());
   QtWindowSystem windows(loop);
   QtSerialControl comPort(loop, [&settings](int number) { return ComDeviceName(settings, number); });
+  QtSerialPorts serialPorts;
   QtSocketControl sock(loop);
   QtDialogs dialogs(loop, windows);
   QtPrinters printers(windows);
@@ -36,6 +38,7 @@ int Run(QApplication& application) {
   frmTerm term(Platform{.loop = loop,
                         .windows = windows,
                         .comPort = comPort,
+                        .serialPorts = serialPorts,
                         .sock = sock,
                         .dialogs = dialogs,
                         .printers = printers,

@@ -26,7 +26,7 @@ void LoadPortSettings(SerialControl& comPort, SettingsStore& settings) {
 
 void SavePortSettings(const SerialControl& comPort, SettingsStore& settings) {
   settings.port.settings.Set(comPort.Settings());
-  settings.port.flow.Set(comPort.Handshaking());
+  settings.port.flow.Set(comPort.Handshaking());  // 0 once a link has been closed; that is meant
   settings.port.com.Set(std::to_string(comPort.CommPort()));
 }
 

@@ -14,6 +14,7 @@ struct Platform {
   EventLoop& loop;
   WindowSystem& windows;
   SerialControl& comPort;
+  SerialPorts& serialPorts;
   SocketControl& sock;
   Dialogs& dialogs;
   Printers& printers;

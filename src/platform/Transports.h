@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvex {
 
@@ -52,6 +53,30 @@ class SerialControl {
 
   /// Tells of received bytes or of a change of the line.
   std::function<void(CommEvent)> onComm;
+};
+
+/// Whether a serial device can be used, as far as can be told without opening it.
+enum class PortState {
+  Absent,
+  Usable,  ///< Unless another program has it; only opening tells that.
+  NoPermission,
+};
+
+struct PortInfo {
+  PortState state = PortState::Absent;
+  std::string description;  ///< What the device calls itself; empty if it does not.
+  std::string group;        ///< With NoPermission: the group that may use it; empty if no group does.
+};
+
+/// What the system knows of its serial devices. Nothing of it opens one: that alone moves the lines of a
+/// modem which another program may be working with.
+class SerialPorts {
+ public:
+  virtual ~SerialPorts() = default;
+  /// Names of the devices that the system lists; pseudo terminals and links are not among them.
+  virtual std::vector<std::string> Devices() const = 0;
+  /// Any device, listed or not.
+  virtual PortInfo Probe(const std::string& device) const = 0;
 };
 
 /// The TCP connection as the link uses it. A failure shows as the state kError, which stays until Close.

@@ -7,6 +7,7 @@
 #include "common/ScopedFlag.h"
 #include "common/Text.h"
 #include "session/RowPainter.h"
+#include "session/WindowKeys.h"
 
 namespace corvex {
 
@@ -81,7 +82,10 @@ void Keys::Connect() {
   window.ListChoice.keyPress = inTerminal([this](char key) { PressInChoice(key); });
   window.ListChoice.doubleClick = inTerminal([this] { ChooseFromList(); });
   window.CorvexFocus1.keys = inTerminal([this](std::string_view text) { TakeTyped(text); });
-  window.keyDown = [this](KeyEvent& key) { KeyDown(key); };
+  window.keyDown = [this](KeyEvent& key) {
+    key.handled = TakeWindowKey(key, p_.main, p_.window, p_.platform.dialogs);
+    if (!key.handled) KeyDown(key);
+  };
   window.tmrRefresh.tick = [this] { Refresh(); };
 }
 

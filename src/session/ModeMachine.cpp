@@ -193,9 +193,7 @@ void ModeMachine::EnterPortSetup() {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
   CloseTrace();
-  const bool lan = p_.settings.config.lan.Get();
-  window.mnuTelnet.visible = lan;
-  window.tabConnect.selected = lan ? 2 : 1;
+  p_.portPanel.ShowRoute();
   StopTimers();
   switch (p_.main.mode) {
     case ModemMode::PortSetup:
@@ -223,8 +221,10 @@ void ModeMachine::EnterPortSetup() {
   window.pointer = Pointer::Normal;
   p_.layout.HideTextView();
   p_.layout.HideLists();
+  p_.portPanel.Refresh();
   p_.layout.ShowPanel(kPortPanel);
-  (lan ? window.frmLan : window.frmSerial).visible = true;
+  (p_.settings.config.lan.Get() ? window.frmLan : window.frmSerial).visible = true;
+  if (window.Active()) window.tabConnect.SetFocus();
   p_.main.mode = ModemMode::PortSetup;
   UpdateModeMenu();
 }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "common/INIFuncs.h"
+#include "link/PortPanel.h"
 #include "link/modComSock.h"
 #include "link/modCommSupport.h"
 #include "platform/Platform.h"
@@ -29,6 +30,7 @@ class ModeMachine {
     SettingsStore& settings;
     TermControls& window;
     WindowLayout& layout;
+    PortPanel& portPanel;
     MainState& main;
     SessionState& state;
     ReceiveBuffer& received;

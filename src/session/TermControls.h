@@ -148,7 +148,32 @@ class TermControls : public Form {
   }};
   TabStrip tabConnect{fmOnTab[0], {.name = "tabConnect", .rect = {60, 30, 8400, 360}}, {"Serial", "LAN"}};
   Frame frmSerial{fmOnTab[0], {.name = "frmSerial", .rect = {60, 390, 8400, 1830}, .visible = false}};
+  Label lblPortNumber{frmSerial, ValueLabelDesign(0, "lblPortNumber", "Port")};
+  TextBox txtPort{frmSerial, ValueDesign(0, "txtPort", "Which serial port is the modem connected to?")};
+  UpDown UpDownPort{frmSerial, StepDesign(0, "UpDownPort"), txtPort, 1, 16};
+  Label lblSpeed{frmSerial, ValueLabelDesign(1, "lblSpeed", "Speed")};
+  TextBox txtSpeed{frmSerial, ValueDesign(1, "txtSpeed", "Line speed for communication with the modem")};
+  UpDown UpDownSpeed{frmSerial, StepDesign(1, "UpDownSpeed"), txtSpeed, 0, 12};
+  Label lblData{frmSerial, ValueLabelDesign(2, "lblData", "Data bits")};
+  TextBox txtData{frmSerial, ValueDesign(2, "txtData", "Data bits used against Modem unit")};
+  UpDown UpDownData{frmSerial, StepDesign(2, "UpDownData"), txtData, 4, 8};
+  Label lblStopBits{frmSerial, ValueLabelDesign(3, "lblStopBits", "Stop bits")};
+  TextBox txtStopBits{frmSerial, ValueDesign(3, "txtStopBits", "Stop bits per byte towards modem unit")};
+  UpDown UpDownStopBits{frmSerial, StepDesign(3, "UpDownStopBits"), txtStopBits, 0, 2};
+  Label lblDevice{frmSerial, {.name = "lblDevice", .rect = {150, 900, 5550, 870}}};
+  Button cmdSaveSettings{frmSerial,
+                         {.name = "cmdSaveSettings",
+                          .rect = {6090, 1260, 1650, 420},
+                          .caption = "Save Settings",
+                          .toolTip = "Settings are saved per port"}};
   Frame frmLan{fmOnTab[0], {.name = "frmLan", .rect = {60, 390, 8400, 1830}, .visible = false}};
+  CheckBox chkEnableLAN{
+      frmLan, {.name = "chkEnableLAN", .rect = {150, 120, 3600, 330}, .caption = "Connect over LAN"}};
+  Label lblLanIP{frmLan, {.name = "lblLanIP", .rect = {420, 510, 900, 360}, .caption = "Address"}};
+  TextBox txtLanIP{frmLan, {.name = "txtLanIP", .rect = {1320, 510, 3000, 360}}};
+  CheckBox chkEnableERB{
+      frmLan, {.name = "chkEnableERB", .rect = {150, 990, 3600, 330}, .caption = "Log in on an ERB unit"}};
+  Button Command1{frmLan, {.name = "Command1", .rect = {6090, 1260, 1650, 420}, .caption = "OK"}};
   Frame frmBase{fmOnTab[4], {.name = "frmBase", .rect = {60, 60, 3600, 690}, .caption = "Base"}};
   std::array<OptionButton, 3> OptBase{{
       {frmBase, {.name = "OptBase", .index = 0, .rect = {120, 270, 1000, 330}, .caption = "Hex"}},
@@ -169,7 +194,7 @@ class TermControls : public Form {
   MenuItem mnuZoomIn{mnuView, {.name = "mnuZoomIn", .caption = "Zoom &In", .enabled = false}};
   MenuItem mnuZoomOut{mnuView, {.name = "mnuZoomOut", .caption = "Zoom &Out", .enabled = false}};
   MenuItem mnuConfigure{*this, {.name = "mnuConfigure", .caption = "&Configure"}};
-  MenuItem mnuPort{mnuConfigure, {.name = "mnuPort", .caption = "&Port"}};
+  MenuItem mnuPort{mnuConfigure, {.name = "mnuPort", .caption = "&Port", .shortcut = "Ctrl+P"}};
   MenuItem mnuMapping{mnuConfigure, {.name = "mnuMapping", .caption = "Device manager"}};
   MenuItem mnuR2Print{mnuConfigure, {.name = "mnuR2Print", .caption = "Print &handling", .enabled = false}};
   MenuItem mnuSound{mnuConfigure, {.name = "mnuSound", .caption = "Sou&nd"}};
@@ -208,6 +233,17 @@ class TermControls : public Form {
   }
   static Design KeyImageDesign(int key) {
     return {.name = "imgKey", .index = key, .rect = {30 + key * 1575, 90, 390, 450}, .visible = false};
+  }
+  // The four values of the serial panel side by side, each a label over a text box with its arrows.
+  static constexpr Twips ValueLeft(int place) { return 150 + place * 1980; }
+  static Design ValueLabelDesign(int place, std::string_view name, std::string_view caption) {
+    return {.name = name, .rect = {ValueLeft(place), 120, 1650, 270}, .caption = caption};
+  }
+  static Design ValueDesign(int place, std::string_view name, std::string_view toolTip) {
+    return {.name = name, .rect = {ValueLeft(place), 420, 1410, 360}, .toolTip = toolTip};
+  }
+  static Design StepDesign(int place, std::string_view name) {
+    return {.name = name, .rect = {ValueLeft(place) + 1410, 420, 240, 360}};
   }
   static Design PanelDesign(int panel) {
     return {.name = "fmOnTab", .index = panel, .rect = {90, 30, 8550, 2310}, .visible = false};

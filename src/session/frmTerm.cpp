@@ -31,10 +31,12 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
                    .lists = lists_,
                    .status = status_}),
       layout_(*this),
+      portPanel_(platform_, settings, *this),
       modes_({.platform = platform_,
               .settings = settings,
               .window = *this,
               .layout = layout_,
+              .portPanel = portPanel_,
               .main = main_,
               .state = state_,
               .received = received_,
@@ -50,6 +52,7 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
              .link = link_}) {
   txtRx.multiLine = true;
   txtRx.locked = true;
+  for (TextBox* shown : {&txtPort, &txtSpeed, &txtData, &txtStopBits}) shown->locked = true;
   ConnectEvents();
   keys_.Connect();
 }
@@ -104,6 +107,25 @@ void frmTerm::ConnectEvents() {
     frmSerial.visible = tabConnect.selected == 1;
     frmLan.visible = tabConnect.selected == 2;
   };
+  UpDownPort.change = unlessClosing([this] { portPanel_.StepPort(); });
+  UpDownSpeed.change = unlessClosing([this] { portPanel_.StepSpeed(); });
+  UpDownData.change = unlessClosing([this] { portPanel_.StepDataBits(); });
+  UpDownStopBits.change = unlessClosing([this] { portPanel_.StepStopBits(); });
+  cmdSaveSettings.click = unlessClosing([this] {
+    SavePortSettings(platform_.comPort, settings_);
+    modes_.EnterPortSetup();
+  });
+  chkEnableLAN.click = [this] { txtLanIP.enabled = chkEnableLAN.value; };
+  chkEnableERB.click = unlessClosing([this] {
+    portPanel_.StoreErb();
+    modes_.RefreshMenuMarks();
+    if (chkEnableERB.value) mnuTelnet.visible = true;
+  });
+  Command1.click = unlessClosing([this] {
+    portPanel_.StoreRoute();
+    modes_.RefreshMenuMarks();
+    modes_.EnterPortSetup();
+  });
 
   tmrStart.tick = [this] {
     tmrStart.enabled = false;
@@ -134,6 +156,7 @@ void frmTerm::Load() {
   caption = main_.applicationTitle;  // empty until the terminal has been named
   settings_.printer.path.Get();      // its first reading stores the path
   LoadPortSettings(platform_.comPort, settings_);
+  portPanel_.Refresh();
   frmMenu.visible = false;
   state_.mailText = "Mail";
   main_.mode = ModemMode::AwaitIntro;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/INIFuncs.h"
+#include "link/PortPanel.h"
 #include "link/modComSock.h"
 #include "link/modCommSupport.h"
 #include "platform/Platform.h"
@@ -70,6 +71,7 @@ class frmTerm : public TermControls {
   StatusPanel status_;
   Dispatcher dispatcher_;
   WindowLayout layout_;
+  PortPanel portPanel_;
   ModeMachine modes_;
   Keys keys_;
   bool closing_ = false;

@@ -52,12 +52,14 @@ class TermWindowTest : public ::testing::Test {
   QtEventLoop loop;
   QtWindowSystem windows{loop};
   test::FakeSerial port{loop};
+  test::FakeSerialPorts serialPorts;
   test::FakeSocket sock{loop};
   test::FakeDialogs dialogs;
   test::FakePrinters printers;
   test::FakeSound sound;
   test::UnitLink<test::FakeSerial> unit{loop, port};
-  const Platform platform{loop, windows, port, sock, dialogs, printers, sound, test::FakePlatform::LongDate};
+  const Platform platform{
+      loop, windows, port, serialPorts, sock, dialogs, printers, sound, test::FakePlatform::LongDate};
   frmTerm term{platform, settings};
   bool shown = false;
 };

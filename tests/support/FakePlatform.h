@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -87,6 +88,21 @@ class FakeSerial : public SerialControl {
   std::string settings_ = "9600,n,8,1";
   std::int32_t handshaking_ = 0;
   std::string input_;
+};
+
+/// The devices of a system that a test makes up.
+class FakeSerialPorts : public SerialPorts {
+ public:
+  std::vector<std::string> Devices() const override {
+    std::vector<std::string> names;
+    for (const auto& [name, info] : devices) names.push_back(name);
+    return names;
+  }
+  PortInfo Probe(const std::string& device) const override {
+    const auto found = devices.find(device);
+    return found == devices.end() ? PortInfo{} : found->second;
+  }
+  std::map<std::string, PortInfo> devices;
 };
 
 /// A socket without a network. `reachable` says whether the next Connect will succeed.
@@ -230,11 +246,12 @@ struct FakePlatform {
   VirtualLoop loop;
   FakeWindows windows;
   FakeSerial comPort{loop};
+  FakeSerialPorts serialPorts;
   FakeSocket sock{loop};
   FakeDialogs dialogs;
   FakePrinters printers;
   FakeSound sound;
-  const Platform platform{loop, windows, comPort, sock, dialogs, printers, sound, LongDate};
+  const Platform platform{loop, windows, comPort, serialPorts, sock, dialogs, printers, sound, LongDate};
 };
 
 }  // namespace corvex::test

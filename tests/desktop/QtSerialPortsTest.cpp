@@ -1,0 +1,43 @@
+#include "desktop/QtSerialPorts.h"
+
+#include <gtest/gtest.h>
+
+#if defined(__linux__)
+
+#include <filesystem>
+
+#include "support/TempFolder.h"
+
+namespace corvex {
+namespace {
+
+TEST(QtSerialPorts, ListsWhatHasHardwareBehindItAndKnowsWhatIsThere) {
+  const test::TempFolder kernel;
+  for (const char* folder : {"usb", "usb/line", "usb/line/ttyUSB0", "ttyS0", "ttyS1", "tty1", "ptmx"}) {
+    std::filesystem::create_directory(kernel.Path() / folder);
+  }
+  kernel.Write("usb/product", "FT232R USB UART\n");
+  for (const char* name : {"ttyS0", "ttyS1", "ptmx"}) {
+    std::filesystem::create_directory_symlink(kernel.Path() / "usb/line/ttyUSB0",
+                                              kernel.Path() / name / "device");
+  }
+  kernel.Write("ttyS0/type", "4\n");
+  kernel.Write("ttyS1/type", "0\n");
+  const QtSerialPorts ports(QString::fromStdString(kernel.Name()));
+  EXPECT_EQ(ports.Devices(), (std::vector<std::string>{"/dev/ptmx", "/dev/ttyS0"}));
+
+  EXPECT_EQ(ports.Probe("/dev/ptmx").state, PortState::Usable);
+  EXPECT_EQ(ports.Probe("/dev/ptmx").description, "FT232R USB UART");
+  EXPECT_EQ(ports.Probe("ptmx").state, PortState::Usable);
+  EXPECT_EQ(ports.Probe("/dev/null").state, PortState::Usable) << "there, though the kernel does not list it";
+  kernel.Write("file", "");
+  for (const std::string& name : {std::string("/dev/no-such-device"), std::string("/dev"), std::string(),
+                                  kernel.Name() + "/file", std::string(10'000, 'x')}) {
+    EXPECT_EQ(ports.Probe(name).state, PortState::Absent) << name;
+  }
+}
+
+}  // namespace
+}  // namespace corvex
+
+#endif
