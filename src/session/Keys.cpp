@@ -248,6 +248,10 @@ void Keys::KeyDown(KeyEvent& key) {
     case ModemMode::Offline:
     case ModemMode::PortSetup:
       return;
+    case ModemMode::Failed:
+      // A wrong line speed leads to the port panel without its mode.
+      if (p_.window.frmAux.visible && p_.window.fmOnTab[0].visible) return;
+      break;
     default:
       break;
   }
