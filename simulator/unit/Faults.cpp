@@ -28,11 +28,16 @@ void FaultyLine::Send(std::string_view bytes) {
     if (Happens(faults_.garble)) c = static_cast<char>(c ^ (1 << random_() % 8));
     altered += c;
   }
-  if (faults_.cut || faults_.late > EventLoop::Time::zero()) {
+  if (faults_.cut || faults_.late > EventLoop::Time::zero() || !pieces_.empty()) {
     Queue(altered);
   } else {
     Deliver(altered);
   }
+}
+
+void FaultyLine::SetFaults(Faults faults) {
+  faults_ = faults;
+  random_.seed(faults.seed);
 }
 
 void FaultyLine::Reset() {

@@ -33,6 +33,8 @@ class FaultyLine {
              std::function<void()> hangUp);
 
   void Send(std::string_view bytes);
+  /// From now on it misbehaves in another way, or not at all. What waits stays in its place.
+  void SetFaults(Faults faults);
   /// A new connection: nothing waits any more, and the bytes to the hang-up count from 0. The faults go on in
   /// their sequence.
   void Reset();

@@ -41,6 +41,11 @@ void Mmi::Stop() {
   number_.clear();
 }
 
+std::string_view Mmi::Shows() const {
+  if (message_ != nullptr) return message_->name;
+  return path_.empty() ? std::string_view() : Here().screen->name;
+}
+
 void Mmi::Press(Key key) {
   if (path_.empty()) return;
   if (key.kind == KeyKind::Repaint) return Draw();

@@ -31,6 +31,9 @@ class Mmi {
   void Press(Key key);
   /// Sends those rows of the screen that have changed since they were drawn.
   void Refresh();
+  /// The name of the screen that is shown, a message over another before that; empty while there is no
+  /// session.
+  std::string_view Shows() const;
   bool AtIdle() const { return path_.size() == 1 && message_ == nullptr; }
 
  private:

@@ -29,7 +29,8 @@ std::string Angle(char side, int thousandths, int degreeDigits) {
 
 }  // namespace
 
-Status::Status(EventLoop& loop, std::optional<std::int64_t> start, std::string model, std::uint32_t seed)
+Status::Status(EventLoop& loop, std::optional<std::int64_t> start, std::string model,
+               std::string_view mubInfo, std::uint32_t seed)
     : loop_(loop),
       start_(start.value_or(loop.LocalSeconds())),
       begun_(loop.Now()),
@@ -40,12 +41,9 @@ Status::Status(EventLoop& loop, std::optional<std::int64_t> start, std::string m
               {"mailcount", "0"},
               {"pin", ""},
               {"number", ""}},
-      conditions_{{"sim", "Sim", ""},
-                  {"compression", "none", ""},
-                  {"mail", "NoMail", ""},
-                  {"beam", "Spotinfo", "SPOT BEAM 7"},
-                  {"mub", "MUBinfo", "Master MUB on Master SDU"},
-                  {"user", "Userinfo", "Owner level"}} {}
+      conditions_{{"sim", "Sim", ""},          {"compression", "none", ""},
+                  {"mail", "NoMail", ""},      {"beam", "Spotinfo", "SPOT BEAM 7"},
+                  {"mub", "MUBinfo", mubInfo}, {"user", "Userinfo", "Owner level"}} {}
 
 std::int64_t Status::Seconds() const {
   return start_ + std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - begun_).count();

@@ -18,7 +18,9 @@ namespace corvex::simulation {
 class Status {
  public:
   /// `start`: the unit's clock at construction, in seconds since 1970; by default the PC's local time.
-  Status(EventLoop& loop, std::optional<std::int64_t> start, std::string model, std::uint32_t seed);
+  /// `mubInfo`: a text that outlives this.
+  Status(EventLoop& loop, std::optional<std::int64_t> start, std::string model, std::string_view mubInfo,
+         std::uint32_t seed);
 
   /// All there is to tell at the beginning of a session: date, measurements, conditions.
   std::string Report() const;

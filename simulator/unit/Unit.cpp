@@ -40,7 +40,7 @@ std::string UpgradeReply(UpgradeAnswer answer) {
 Unit::Unit(EventLoop& loop, UnitOptions options, Send send)
     : options_(std::move(options)),
       send_(std::move(send)),
-      status_(loop, options_.startTime, options_.modelReply, options_.seed),
+      status_(loop, options_.startTime, options_.modelReply, options_.mubInfo, options_.seed),
       mmi_(loop, status_, send_, [this] { EndTagMode(); }),
       keys_(loop, [this](Key key) { Press(key); }),
       tourKeys_(loop, [this](Key key) { mmi_.Press(key); }),

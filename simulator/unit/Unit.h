@@ -21,6 +21,7 @@ enum class UpgradeAnswer { Protocol, Disallowed, PasswordDisallowed, Error };
 struct UnitOptions {
   std::string modelReply = "204417";  ///< the part number in the reply to "at+gmm"
   UpgradeAnswer upgrade = UpgradeAnswer::Protocol;
+  std::string_view mubInfo = "Master MUB on Master SDU";  ///< which MUB it is, a text that outlives it
   /// The unit's clock at the start, in seconds since 1970; by default the PC's local time.
   std::optional<std::int64_t> startTime = std::nullopt;
   EventLoop::Time tick = std::chrono::seconds(1);
@@ -35,6 +36,7 @@ struct UnitOptions {
 /// man-machine interface and takes keys; the character CAN or a hang-up ends that.
 class Unit {
  public:
+  using Options = UnitOptions;
   using Send = std::function<void(std::string_view)>;
 
   Unit(EventLoop& loop, UnitOptions options, Send send);
@@ -44,6 +46,8 @@ class Unit {
   void LineUp();
   void LineDown();
   bool InTagMode() const { return tagMode_; }
+  /// The name of the screen on its display, see Screens; empty while there is no session.
+  std::string_view Shows() const { return mmi_.Shows(); }
 
  private:
   void Cancel();

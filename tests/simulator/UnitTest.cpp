@@ -2,15 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 
-#include "support/VirtualLoop.h"
+#include "simulator/Conversation.h"
 #include "unit/Wire.h"
-#include "unit/WireLog.h"
 
 namespace corvex::simulation {
 namespace {
@@ -41,7 +37,6 @@ struct Bench {
     loop.Run(seconds);
     return out;
   }
-  double Seconds() const { return std::chrono::duration<double>(loop.Now()).count(); }
   std::string StartTags() { return Say("AT+WQUILSTARTTMLB\r\n"); }
 
   VirtualLoop loop;
@@ -49,30 +44,14 @@ struct Bench {
   Unit unit;
 };
 
-// tests/data/unit/README.md describes the files.
 TEST(Unit, ConversesAsRecorded) {
-  for (const auto& file : std::filesystem::recursive_directory_iterator(CORVEX_TEST_DATA "/unit")) {
-    if (file.path().extension() != ".log") continue;
-    SCOPED_TRACE(file.path());
-    std::ifstream in(file.path());
-    const auto log = ParseWireLog(std::string(std::istreambuf_iterator<char>(in), {}));
-    Bench bench;
-    if (file.path().parent_path().filename() == "tags") bench.StartTags();
-    bench.out.clear();
-    const double began = bench.Seconds();
-    std::string expected;
-    for (const WireEvent& event : std::get<std::vector<WireEvent>>(log)) {
-      bench.loop.Run(began + event.at - bench.Seconds());
-      if (event.kind == WireEvent::Kind::FromModem) {
-        expected += event.bytes;
-        continue;
-      }
-      EXPECT_EQ(bench.out, expected) << "up to " << event.at;
-      bench.out.clear();
-      expected.clear();
-      bench.unit.Receive(event.bytes);
+  for (const std::string folder : {"modem", "tags"}) {
+    for (const auto& path : test::Conversations(folder)) {
+      Bench bench;
+      if (folder == "tags") bench.StartTags();
+      test::Converse(path, bench.loop, bench.out,
+                     [&bench](std::string_view bytes) { bench.unit.Receive(bytes); });
     }
-    EXPECT_EQ(bench.out, expected) << "at the end";
   }
 }
 

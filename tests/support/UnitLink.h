@@ -3,28 +3,33 @@
 #include <utility>
 
 #include "support/FakePlatform.h"
+#include "unit/ErbFront.h"
 #include "unit/Faults.h"
 #include "unit/Unit.h"
 
 namespace corvex::test {
 
-/// Puts a simulated terminal unit at the far side of a FakeSerial or a FakeSocket: what the program sends
-/// reaches the unit, what the unit answers arrives at the port, and opening and closing the port is its line
-/// going up and down.
+/// Puts a simulated terminal unit, or an ERB unit with its MUBs, at the far side of a FakeSerial or a
+/// FakeSocket: what the program sends reaches the unit, what the unit answers arrives at the port, and
+/// opening and closing the port is its line going up and down.
 ///
 /// The port must outlive the link. With faults the answers come through a line that misbehaves as told; where
 /// that hangs up, a socket is closed by its peer and a serial port loses its adapter.
-template <typename Port>
+template <typename Port, typename FarSide = simulation::Unit>
 class UnitLink {
  public:
-  UnitLink(EventLoop& loop, Port& port, simulation::UnitOptions options = {}, simulation::Faults faults = {})
+  UnitLink(EventLoop& loop, Port& port, typename FarSide::Options options = {},
+           simulation::Faults faults = {})
       : port_(port),
         hangUp_(loop),
         line_(
             loop, faults, [&port](std::string_view bytes) { port.Arrive(bytes); },
             [this] { hangUp_.Start(EventLoop::Time::zero(), [this] { HangUp(port_); }); }),
         unit(loop, std::move(options), [this](std::string_view bytes) { line_.Send(bytes); }) {
-    port.onSent = [this](std::string_view bytes) { unit.Receive(bytes); };
+    port.onSent = [this](std::string_view bytes) {
+      if (onHeard) onHeard(bytes);
+      unit.Receive(bytes);
+    };
     port.onOpened = [this] {
       hangUp_.Stop();
       line_.Reset();
@@ -40,6 +45,11 @@ class UnitLink {
     port_.onClosed = nullptr;
   }
 
+  void SetFaults(simulation::Faults faults) { line_.SetFaults(faults); }
+
+  /// Called with each send of the program, before the unit has it.
+  std::function<void(std::string_view)> onHeard;
+
  private:
   void HangUp(FakeSerial& port) { port.Vanish(); }
   void HangUp(FakeSocket& port) {
@@ -52,7 +62,7 @@ class UnitLink {
   simulation::FaultyLine line_;
 
  public:
-  simulation::Unit unit;
+  FarSide unit;
 };
 
 }  // namespace corvex::test
