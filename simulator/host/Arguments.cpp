@@ -3,6 +3,7 @@
 #include <charconv>
 #include <functional>
 #include <map>
+#include <utility>
 
 namespace corvex::simulation::host {
 namespace {
@@ -29,12 +30,12 @@ bool ReadUpgrade(const std::string& word, UpgradeAnswer& answer) {
   return true;
 }
 
-/// The text may become a reply line of the unit.
-bool ReadModel(const std::string& word, std::string& model) {
+/// A text that may pass the line, in a reply of the unit or in what the PC tells it.
+bool ReadText(const std::string& word, std::string& text) {
   for (const char c : word) {
     if (c < ' ' || c > '~') return false;
   }
-  model = word;
+  text = word;
   return true;
 }
 
@@ -55,6 +56,15 @@ const char* const kUsage =
     "  --speed BAUD      send no faster than a serial line of this speed\n"
     "  --play FILE       play a recorded session in place of the unit\n"
     "\n"
+    "  --erb             four units as MUBs behind an ERB unit with its login; on\n"
+    "                    TCP, Corvex looks for one at --tcp 24\n"
+    "  --erb-user NAME   who may log in (root)\n"
+    "  --erb-password P  his password (zzz)\n"
+    "  --erb-in-use N    MUB N, 0 to 3, is in use; may be given several times\n"
+    "  --erb-broken N    MUB N does not open; may be given several times\n"
+    "  --erb-lingers     a MUB whose user vanishes stays in use\n"
+    "  --erb-delay SECONDS  how long the ERB unit takes for each answer (0)\n"
+    "\n"
     "  --seed N          other readings, and other faults (1)\n"
     "  --garble SHARE    turn a bit in this share of the bytes sent, 0 to 1\n"
     "  --drop SHARE      lose this share of the bytes sent, 0 to 1\n"
@@ -67,13 +77,33 @@ const char* const kUsage =
 Arguments ParseArguments(const std::vector<std::string>& words, std::string& error) {
   Arguments arguments;
   std::uint16_t port = 0;
-  double late = 0;
   std::uint64_t hangUp = 0;
+  ErbOptions erb;
+  bool erbWanted = false;
+  bool erbDescribed = false;
+
+  const auto readTime = [](const std::string& word, EventLoop::Time& time) {
+    double seconds = 0;
+    if (!ReadNumber<double>(word, 0, 3600, seconds)) return false;
+    time = std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(seconds));
+    return true;
+  };
+  const auto setMub = [&erb](const std::string& word, MubState state) {
+    std::size_t number = 0;
+    if (!ReadNumber<std::size_t>(word, 0, ErbOptions::kMubs - 1, number)) return false;
+    erb.mubs[number] = state;
+    return true;
+  };
 
   const std::map<std::string, std::function<void()>> switches{
-      {"--help", [&] { arguments.help = true; }},      {"--any", [&] { arguments.anyAddress = true; }},
-      {"--pty", [&] { arguments.pty = true; }},        {"--tour", [&] { arguments.unit.tour = true; }},
-      {"--cut", [&] { arguments.faults.cut = true; }}, {"--silent", [&] { arguments.faults.silent = true; }},
+      {"--help", [&] { arguments.help = true; }},
+      {"--any", [&] { arguments.anyAddress = true; }},
+      {"--pty", [&] { arguments.pty = true; }},
+      {"--tour", [&] { arguments.unit.tour = true; }},
+      {"--cut", [&] { arguments.faults.cut = true; }},
+      {"--silent", [&] { arguments.faults.silent = true; }},
+      {"--erb", [&] { erbWanted = true; }},
+      {"--erb-lingers", [&] { erb.lingers = true; }},
   };
   const std::map<std::string, std::function<bool(const std::string&)>> values{
       {"--tcp",
@@ -87,7 +117,7 @@ Arguments ParseArguments(const std::vector<std::string>& words, std::string& err
          arguments.link = word;
          return !word.empty();
        }},
-      {"--model", [&](const std::string& word) { return ReadModel(word, arguments.unit.modelReply); }},
+      {"--model", [&](const std::string& word) { return ReadText(word, arguments.unit.modelReply); }},
       {"--upgrade", [&](const std::string& word) { return ReadUpgrade(word, arguments.unit.upgrade); }},
       {"--speed",
        [&](const std::string& word) { return ReadNumber<int>(word, 50, 10'000'000, arguments.speed); }},
@@ -104,13 +134,12 @@ Arguments ParseArguments(const std::vector<std::string>& words, std::string& err
        [&](const std::string& word) { return ReadNumber<double>(word, 0, 1, arguments.faults.garble); }},
       {"--drop",
        [&](const std::string& word) { return ReadNumber<double>(word, 0, 1, arguments.faults.drop); }},
-      {"--late",
-       [&](const std::string& word) {
-         if (!ReadNumber<double>(word, 0, 3600, late)) return false;
-         arguments.faults.late =
-             std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(late));
-         return true;
-       }},
+      {"--erb-user", [&](const std::string& word) { return ReadText(word, erb.user) && !word.empty(); }},
+      {"--erb-password", [&](const std::string& word) { return ReadText(word, erb.password); }},
+      {"--erb-in-use", [&](const std::string& word) { return setMub(word, MubState::InUse); }},
+      {"--erb-broken", [&](const std::string& word) { return setMub(word, MubState::Broken); }},
+      {"--erb-delay", [&](const std::string& word) { return readTime(word, erb.answerTime); }},
+      {"--late", [&](const std::string& word) { return readTime(word, arguments.faults.late); }},
       {"--hangup",
        [&](const std::string& word) {
          if (!ReadNumber<std::uint64_t>(word, 1, UINT64_MAX, hangUp)) return false;
@@ -120,6 +149,7 @@ Arguments ParseArguments(const std::vector<std::string>& words, std::string& err
   };
 
   for (auto word = words.begin(); word != words.end(); ++word) {
+    erbDescribed |= word->starts_with("--erb-");
     if (const auto found = switches.find(*word); found != switches.end()) {
       found->second();
     } else if (const auto option = values.find(*word); option == values.end()) {
@@ -136,6 +166,13 @@ Arguments ParseArguments(const std::vector<std::string>& words, std::string& err
   if (arguments.pty == arguments.tcpPort.has_value()) error = "one of --tcp and --pty must be given";
   if (arguments.anyAddress && arguments.pty) error = "--any goes with --tcp";
   if (!arguments.link.empty() && !arguments.pty) error = "--link goes with --pty";
+  if (erbDescribed && !erbWanted) error = "the options of the ERB unit go with --erb";
+  if (erbWanted && !arguments.playFile.empty()) error = "a recording is played without --erb";
+  if (erbWanted) {
+    erb.serial = arguments.pty;
+    erb.unit = arguments.unit;
+    arguments.erb = std::move(erb);
+  }
   return arguments;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "unit/ErbFront.h"
 #include "unit/Faults.h"
 #include "unit/Unit.h"
 
@@ -20,6 +21,7 @@ struct Arguments {
   int speed = 0;  ///< bits per second, 0 for no limit
   std::string playFile;
   UnitOptions unit;
+  std::optional<ErbOptions> erb;  ///< the unit stands behind an ERB unit
   Faults faults;
 };
 

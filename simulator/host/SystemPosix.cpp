@@ -86,7 +86,13 @@ Handle Listen(std::uint16_t port, bool allAddresses, std::string& error) {
   if (fd >= 0) SetOption(fd, SOL_SOCKET, SO_REUSEADDR, 1);
   if (fd < 0 || !SetNonBlocking(fd) ||
       bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 || listen(fd, 4) != 0) {
+    constexpr std::uint16_t kFirstFreePort = 1024;
     error = Reason("port " + std::to_string(port));
+    if (errno == EACCES && port < kFirstFreePort) {
+      error +=
+          "; ports below 1024 are root's: use sudo, or once and for all "
+          "sudo setcap cap_net_bind_service=+ep on this program's file";
+    }
     if (fd >= 0) close(fd);
     return kNoHandle;
   }

@@ -8,6 +8,7 @@
 #include "host/Arguments.h"
 #include "host/PtyPort.h"
 #include "host/TcpPort.h"
+#include "unit/ErbFront.h"
 #include "unit/PacedLine.h"
 #include "unit/Playback.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr std::uintmax_t kLargestLog = 256 << 20;
 
-/// The far side of the line, be it a unit or a record of one.
+/// The far side of the line, be it a unit, an ERB unit before some, or a record of one.
 struct FarSide {
   std::function<void(std::string_view)> receive;
   std::function<void()> lineUp;
@@ -78,9 +79,14 @@ int Run(const std::vector<std::string>& words) {
   FaultyLine faulty(
       loop, arguments.faults, [&paced](std::string_view bytes) { paced.Send(bytes); }, hangUp);
   const auto send = [&faulty](std::string_view bytes) { faulty.Send(bytes); };
-  const FarSide farSide = arguments.playFile.empty()
-                              ? FarSideOf(std::make_shared<Unit>(loop, arguments.unit, send))
-                              : FarSideOf(std::make_shared<Playback>(loop, std::move(record), send, hangUp));
+  FarSide farSide;
+  if (!arguments.playFile.empty()) {
+    farSide = FarSideOf(std::make_shared<Playback>(loop, std::move(record), send, hangUp));
+  } else if (arguments.erb) {
+    farSide = FarSideOf(std::make_shared<ErbFront>(loop, *arguments.erb, send));
+  } else {
+    farSide = FarSideOf(std::make_shared<Unit>(loop, arguments.unit, send));
+  }
 
   port->onNotice = Say;
   port->onBytes = farSide.receive;
