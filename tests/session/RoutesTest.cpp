@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "session/Route.h"
+
+// Whole sessions on each route, from the start of the program to its end. What passes in both directions
+// stands byte for byte and with its times in tests/data/routes; scripts/recordings.sh writes it anew.
+
+namespace corvex {
+namespace {
+
+using test::Route;
+using test::Routed;
+
+std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// What the program has recorded of its link.
+std::string Recorded(const Routed& r) {
+  for (const auto& file : std::filesystem::directory_iterator(r.p.settings.AppFolder())) {
+    if (file.path().filename().string().starts_with("wire-")) return ReadFile(file.path());
+  }
+  return {};
+}
+
+class RoutesTest : public ::testing::TestWithParam<Route> {};
+
+TEST_P(RoutesTest, PassesTheBytesOfItsRecording) {
+  simulation::ErbOptions options;
+  options.unit = {.tick = std::chrono::seconds(5), .trace = false};
+  Routed r(GetParam(), options);
+  r.p.settings.logging.wirelog.Set(true);
+  r.p.Start(0.2);
+  ASSERT_NO_FATAL_FAILURE(test::WalkThrough(r));
+  if (r.HasErb()) {
+    const std::pair<MenuItem*, const char*> mubs[] = {
+        {&r.term.mnuSlaveONMaster, "Quil Lark  Slave MUB on Master SDU"},
+        {&r.term.mnuMasterONSlave, "Quil Wren  Master MUB on Slave SDU"},
+        {&r.term.mnuSlaveONSlave, " Kestrel Slave MUB on Slave SDU"},
+        {&r.term.mnuMasterONMaster, "Quil Heron  Master MUB on Master SDU"}};
+    for (const auto& [entry, title] : mubs) {
+      r.p.Do([&, chosen = entry] { chosen->click(); });
+      r.p.loop.Run(0.5);
+      EXPECT_EQ(r.term.caption.Get(), title);
+      EXPECT_EQ(r.UnitShows(), "idle");
+    }
+  }
+  r.p.Do([&] { r.term.mnuExit.click(); });
+  EXPECT_TRUE(r.p.loop.Ended());
+
+  const auto path = std::filesystem::path(CORVEX_TEST_DATA "/routes") / test::RouteName(GetParam());
+  const std::string recorded = Recorded(r);
+  if (std::getenv("CORVEX_RENEW_RECORDINGS") != nullptr) {
+    std::ofstream(path.string() + ".log", std::ios::binary) << recorded;
+  }
+  EXPECT_EQ(recorded, ReadFile(path.string() + ".log"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RoutesTest, ::testing::ValuesIn(test::kRoutes), [](const auto& test) {
+  std::string name = test::RouteName(test.param);
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+});
+
+}  // namespace
+}  // namespace corvex
