@@ -32,7 +32,9 @@ ErbFront::ErbFront(EventLoop& loop, ErbOptions options, Send send)
 }
 
 void ErbFront::LineUp() {
-  if (!options_.serial) Prompt(State::UserName);
+  if (options_.serial) return;
+  EndSession();
+  Prompt(State::UserName);
 }
 
 void ErbFront::LineDown() {

@@ -158,8 +158,11 @@ bool TerminalLink::EnsureLinkOpen() {
     const Overtaken overtaken(main_);
     CloseLink();
     Pause(loop_, 0.05);
-    if (overtaken() || !OpenSocket()) return false;
-    return LanLogin();
+    if (overtaken()) return false;
+    // The login of the session before is over: the first prompt can come before the next one begins, and with
+    // a mode that shows what is received it would go there.
+    login_.ResetLogin();
+    return OpenSocket() && LanLogin();
   }
   OpenSerial();
   if (!settings_.config.erbaccess.Get() || LoginComplete()) return true;

@@ -50,6 +50,7 @@ struct Routed {
   Program p;
   frmTerm& term = p.term;
   std::function<void(simulation::Faults)> setFaults;
+  std::function<void()> hangUp;  ///< A serial port is gone then until `available` says otherwise.
   std::function<const simulation::Unit*()> unit;  ///< The unit that is reached, or null.
   std::function<void(std::string_view)>
       onHeard;  ///< Called with each send of the program, before it is served.
@@ -66,6 +67,7 @@ struct Routed {
       if (onHeard) onHeard(bytes);
     };
     setFaults = [link](simulation::Faults faults) { link->SetFaults(faults); };
+    hangUp = [link] { link->HangUp(); };
     unit = [link] { return Reached(link->unit); };
   }
 };

@@ -62,6 +62,24 @@ TEST_P(RoutesTest, PassesTheBytesOfItsRecording) {
   EXPECT_EQ(recorded, ReadFile(path.string() + ".log"));
 }
 
+TEST_P(RoutesTest, AKeyThatFindsTheLinkDownOpensItOnce) {
+  Routed r(GetParam());
+  r.p.Start(2);
+  ASSERT_EQ(r.UnitShows(), "idle");
+  r.hangUp();
+  r.p.comPort.available = true;
+  r.p.loop.Run(0.1);
+  const std::size_t before = r.Sent().size();
+  const double began = r.Now();
+  r.p.Do([&] { r.term.cmdSK[0].click(); });
+  EXPECT_LT(r.Now() - began, 1.5);
+  EXPECT_TRUE(r.Sent().ends_with("\x15")) << r.Sent().substr(before);
+  EXPECT_NE(r.unit(), nullptr);
+  r.p.loop.Run(20);
+  EXPECT_EQ(r.term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(r.UnitShows(), r.route == Route::SerialErb ? "main" : "idle");
+}
+
 INSTANTIATE_TEST_SUITE_P(All, RoutesTest, ::testing::ValuesIn(test::kRoutes), [](const auto& test) {
   std::string name = test::RouteName(test.param);
   std::replace(name.begin(), name.end(), '-', '_');

@@ -13,8 +13,7 @@ namespace corvex::test {
 /// FakeSocket: what the program sends reaches the unit, what the unit answers arrives at the port, and
 /// opening and closing the port is its line going up and down.
 ///
-/// The port must outlive the link. With faults the answers come through a line that misbehaves as told; where
-/// that hangs up, a socket is closed by its peer and a serial port loses its adapter.
+/// The port must outlive the link. With faults the answers come through a line that misbehaves as told.
 template <typename Port, typename FarSide = simulation::Unit>
 class UnitLink {
  public:
@@ -24,7 +23,7 @@ class UnitLink {
         hangUp_(loop),
         line_(
             loop, faults, [&port](std::string_view bytes) { port.Arrive(bytes); },
-            [this] { hangUp_.Start(EventLoop::Time::zero(), [this] { HangUp(port_); }); }),
+            [this] { hangUp_.Start(EventLoop::Time::zero(), [this] { HangUp(); }); }),
         unit(loop, std::move(options), [this](std::string_view bytes) { line_.Send(bytes); }) {
     port.onSent = [this](std::string_view bytes) {
       if (onHeard) onHeard(bytes);
@@ -46,6 +45,8 @@ class UnitLink {
   }
 
   void SetFaults(simulation::Faults faults) { line_.SetFaults(faults); }
+  /// The line goes down on the far side: a socket is closed by its peer, a serial port loses its adapter.
+  void HangUp() { HangUp(port_); }
 
   /// Called with each send of the program, before the unit has it.
   std::function<void(std::string_view)> onHeard;
