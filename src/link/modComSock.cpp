@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <utility>
 
 #include "common/ScopedFlag.h"
 #include "common/Text.h"
@@ -142,6 +143,7 @@ void TerminalLink::OnDataArrival() {
   // The socket has no guard: events nest, and append in the order of their arrival.
   if (!received_.HasRoom() && !(LoginComplete() && Dispatches())) return;
   const std::string text = sock_.GetData();
+  RecordSocketOpen();  // what comes at once comes before the connection has been looked at
   log_.Received(text);
   if (LoginComplete() && main_.mode == ModemMode::Upgrade) {
     received_.AppendRxBytes(text);
@@ -185,11 +187,12 @@ bool TerminalLink::OpenSocket() {
   for (int round = 0; round < kRounds;) {
     const auto state = sock_.GetState();
     if (state == SocketControl::kConnected) {
-      log_.Opened("lan " + sock_.RemoteHost() + ':' + std::to_string(sock_.RemotePort()));
+      RecordSocketOpen();
       return true;
     }
     if (state == SocketControl::kClosed) {
       // Not counted: a socket that falls back to closed at once is tried for ever. That is meant.
+      socketRecorded_ = false;
       const auto port = settings_.config.erbaccess.Get() ? kErbPort : ToInt32(settings_.config.lanport.Get());
       if (!sock_.Connect(settings_.config.lanaddress.Get(), port.value_or(0))) {
         openRefused_ = true;
@@ -203,6 +206,11 @@ bool TerminalLink::OpenSocket() {
   }
   sock_.Close();
   return false;
+}
+
+void TerminalLink::RecordSocketOpen() {
+  if (std::exchange(socketRecorded_, true)) return;
+  log_.Opened("lan " + sock_.RemoteHost() + ':' + std::to_string(sock_.RemotePort()));
 }
 
 bool TerminalLink::LanLogin() {

@@ -56,8 +56,8 @@ class TerminalLink {
   void CloseLink();
   /// Tells the ERB unit that the session with the present MUB ends.
   void LeaveMub();
-  /// The next opening logs in anew. Over a serial port nothing else asks for it: the ERB unit keeps its session
-  /// while the port is closed, and so does the login.
+  /// The next opening logs in anew. Over a serial port nothing else asks for it: the ERB unit keeps its
+  /// session while the port is closed, and so does the login.
   void ForgetLogin() { login_.ResetLogin(); }
 
   // Command and response.
@@ -77,6 +77,7 @@ class TerminalLink {
   void OnComm(SerialControl::CommEvent event);
   void OnDataArrival();
   bool OpenSocket();
+  void RecordSocketOpen();
   void OpenSerial();
   bool LanLogin();
   bool ErbRelogin();
@@ -96,6 +97,7 @@ class TerminalLink {
   TelnetLogin login_;
   bool commBusy_ = false;
   bool openRefused_ = false;
+  bool socketRecorded_ = true;  // the present connection, if there is one, stands in the recording
 };
 
 }  // namespace corvex
