@@ -93,6 +93,7 @@ void ModeMachine::state_await_tml_intro() {
       break;
     case ProbeWord::None:
       ShowPopUp(window, "No response.|Check connection to modem");
+      window.tmrWatchdog.enabled = true;  // whoever comes from Offline finds it stopped
       p_.main.mode = ModemMode::Failed;
       break;
     case ProbeWord::CheckSpeed:
