@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "session/ScreenRecord.h"
 #include "support/Program.h"
 #include "support/UnitLink.h"
 
@@ -72,49 +74,60 @@ struct Routed {
   }
 };
 
+using Keys = std::vector<std::string>;
+inline const std::string kDown = "\x1b[B";
+inline const std::string kUp = "\x1b[A";
+
 /// One thing that a user does when he sees a screen, and what he sees then.
 struct Step {
   const char* screen;  ///< the unit's name of the screen on which it is done
   const char* seen;    ///< what stands on the PC's then: in a message, a list's title, or the first row
-  std::vector<std::string_view> keys;  ///< what has to reach the unit, key by key
+  Keys keys;           ///< what has to reach the unit, key by key
   std::function<void(frmTerm&)> act;
+  /// Where he chooses from a list first: what else has to reach the unit for that, before `keys`.
+  std::function<Keys(frmTerm&)> choose = nullptr;
+
+  Keys AllKeys(frmTerm& term) const {
+    Keys all = choose ? choose(term) : Keys();
+    all.insert(all.end(), keys.begin(), keys.end());
+    return all;
+  }
 };
+
+/// Chooses an entry of a menu, which goes out as its number. On a bad line the entry in its place may be
+/// another.
+inline Keys ChooseEntry(frmTerm& term, std::size_t entry) {
+  if (entry >= term.ListMenu.Items().size()) return {};
+  term.ListMenu.selected = static_cast<int>(entry) + 1;
+  const std::string& key = term.ListMenu.Items()[entry].key;
+  return {key.substr(0, key.find("Men"))};
+}
+
+/// Chooses a row of a choice list. The unit's cursor has to be led there from where it is; the unit remembers
+/// what was chosen before.
+inline Keys ChooseRow(frmTerm& term, int row) {
+  const int way = row - ChoiceIndexOfCurrent(term.state().choiceScreen);
+  term.ListChoice.listIndex = row;
+  return Keys(static_cast<std::size_t>(std::abs(way)), way > 0 ? kDown : kUp);
+}
 
 /// A walk from the idle screen and back to it: a menu by its list and by number, a choice that is walked, the
 /// message that goes by itself, a table that is walked, a text, and the ways back.
 inline const std::vector<Step>& Walk() {
-  constexpr std::string_view kDown = "\x1b[B";
-  constexpr std::string_view kUp = "\x1b[A";
-  constexpr std::string_view kEscape = "\x1b";
+  const std::string kEscape = "\x1b";
   const auto digit = [](char c) { return [c](frmTerm& term) { term.ListMenu.keyPress(c); }; };
   const auto escape = [](frmTerm& term) { term.cmdESC.click(); };
+  const auto entry = [](std::size_t i) { return [i](frmTerm& term) { return ChooseEntry(term, i); }; };
+  const auto choice = [](int i) { return [i](frmTerm& term) { return ChooseRow(term, i); }; };
   const auto row = [](std::size_t i) { return [i](frmTerm& term) { term.corvexLbl[i].click(); }; };
   static const std::vector<Step> kWalk{
       {"idle", "CORVEX MARINE", {"\x15"}, [](frmTerm& term) { term.cmdSK[0].click(); }},
-      {"main",
-       "Main menu",
-       {" 4"},
-       [](frmTerm& term) {
-         term.ListMenu.selected = 5;
-         term.ListMenu.doubleClick();
-       }},
+      {"main", "Main menu", {}, [](frmTerm& term) { term.ListMenu.doubleClick(); }, entry(4)},
       {"4", "4 Setup", {"1"}, digit('1')},
-      {"4.1",
-       "4.1 Language",
-       {kDown, kDown, "\r"},
-       [](frmTerm& term) {
-         term.ListChoice.listIndex = 2;
-         term.ListChoice.doubleClick();
-       }},
+      {"4.1", "4.1 Language", {"\r"}, [](frmTerm& term) { term.ListChoice.doubleClick(); }, choice(2)},
       {"language", "Language/Norsk", {}, nullptr},
       {"4", "4 Setup", {"3"}, digit('3')},
-      {"4.3",
-       "4.3 Spot beam",
-       {kDown, "\x15"},
-       [](frmTerm& term) {
-         term.ListChoice.listIndex = 1;
-         term.cmdSK[0].click();
-       }},
+      {"4.3", "4.3 Spot beam", {"\x15"}, [](frmTerm& term) { term.cmdSK[0].click(); }, choice(1)},
       {"changed", "Setting changed/", {}, nullptr},
       {"4", "4 Setup", {kEscape}, escape},
       {"main", "Main menu", {"1"}, digit('1')},
@@ -145,8 +158,9 @@ inline bool Sees(const frmTerm& term, const Step& step) {
   return Title(term).find(step.seen) != std::string::npos;
 }
 
-/// Walks all of it. Each screen has to be there within four seconds, on the unit and on the PC.
-inline void WalkThrough(Routed& r) {
+/// Walks all of it, step by step with `take`. Each screen has to be there within four seconds, on the unit
+/// and on the PC.
+inline void WalkThrough(Routed& r, const std::function<void(const Step&)>& take) {
   constexpr double kLook = 0.3;  // what a user needs to see it; less could meet two screens in one burst
   for (const Step& step : Walk()) {
     const double began = r.Now();
@@ -155,8 +169,18 @@ inline void WalkThrough(Routed& r) {
     } while (r.Now() < began + 4 && !(Sees(r.term, step) && r.UnitShows() == step.screen));
     ASSERT_TRUE(Sees(r.term, step)) << step.seen << " is not seen: " << Title(r.term);
     ASSERT_EQ(r.UnitShows(), step.screen);
-    if (step.act) r.p.Do([&] { step.act(r.term); });
+    if (step.act) take(step);
   }
+}
+
+/// What has to be seen of a program whose line has been whole again for a while: a session, if it does not
+/// wait for its user. It does so offline, and where a probe was refused before the first session.
+inline void ExpectSessionOrWait(Routed& r) {
+  const ModemMode mode = r.term.main().mode;
+  const bool waits =
+      mode == ModemMode::Offline || (mode == ModemMode::AwaitIntro && !r.term.tmrWatchdog.enabled);
+  EXPECT_TRUE(mode == ModemMode::Terminal || waits) << "mode " << static_cast<int>(mode);
+  EXPECT_TRUE(waits || !r.UnitShows().empty());
 }
 
 }  // namespace corvex::test

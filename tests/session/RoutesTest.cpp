@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -37,7 +38,10 @@ TEST_P(RoutesTest, PassesTheBytesOfItsRecording) {
   Routed r(GetParam(), options);
   r.p.settings.logging.wirelog.Set(true);
   r.p.Start(0.2);
-  ASSERT_NO_FATAL_FAILURE(test::WalkThrough(r));
+  ASSERT_NO_FATAL_FAILURE(test::WalkThrough(r, [&r](const test::Step& step) {
+    step.AllKeys(r.term);
+    r.p.Do([&] { step.act(r.term); });
+  }));
   if (r.HasErb()) {
     const std::pair<MenuItem*, const char*> mubs[] = {
         {&r.term.mnuSlaveONMaster, "Quil Lark  Slave MUB on Master SDU"},
@@ -80,11 +84,70 @@ TEST_P(RoutesTest, AKeyThatFindsTheLinkDownOpensItOnce) {
   EXPECT_EQ(r.UnitShows(), r.route == Route::SerialErb ? "main" : "idle");
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RoutesTest, ::testing::ValuesIn(test::kRoutes), [](const auto& test) {
+TEST_P(RoutesTest, ComesBackFromAHangUpBehindAnyByteOfItsDialogue) {
+  constexpr std::uint64_t kWholeDialogue = 210;
+  for (std::uint64_t bytes = 1; bytes <= kWholeDialogue; ++bytes) {
+    SCOPED_TRACE("hung up after " + std::to_string(bytes));
+    Routed r(GetParam());
+    r.setFaults({.hangUpAfter = bytes});
+    r.p.loop.After(std::chrono::seconds(4), [&r] {
+      r.setFaults({});
+      r.p.comPort.available = true;
+    });
+    r.p.Start(40);
+    test::ExpectSessionOrWait(r);
+    r.p.Do([&] { r.term.mnuTerminal.click(); });
+    EXPECT_EQ(r.term.main().mode, ModemMode::Terminal);
+    EXPECT_EQ(r.UnitShows(), "idle");
+  }
+}
+
+class ErbRoutesTest : public RoutesTest {};
+
+// An empty prompt is met by whatever comes, so that a login cannot succeed with some. Nothing may run away.
+TEST_P(ErbRoutesTest, SaysLittleWhateverThePromptsAre) {
+  for (std::string text : {std::string(), std::string(" "), std::string("*"), std::string(100'000, 'x')}) {
+    for (const char* prompt :
+         {"promptusername", "promptpassword", "prompttelnet", "connected", "muberror", "incorrect"}) {
+      SCOPED_TRACE(std::string(prompt) + " = " + text.substr(0, 10));
+      Routed r(GetParam());
+      r.p.settings.WriteSetting("config", prompt, text);
+      r.p.Start(60);
+      EXPECT_LT(r.Sent().size(), 6000U);
+      EXPECT_LT(r.p.dialogs.shown.size(), 500U);
+      EXPECT_LT(r.Now(), 90);
+    }
+  }
+}
+
+TEST_P(ErbRoutesTest, IsNotDrownedByPrompts) {
+  for (const char* prompt :
+       {"\r\nERB login: ", "Password:", "ERB>", "modem 0 already in use", "Login incorrect", "<tml>"}) {
+    SCOPED_TRACE(prompt);
+    test::Program p;
+    p.settings.config.lan.Set(Routed(GetParam()).IsLan());
+    p.settings.config.erbaccess.Set(true);
+    p.dialogs.onBox = [&p] { Pause(p.loop, 3); };
+    std::function<void()> flood = [&] {
+      for (int i = 0; i < 10; ++i) {
+        p.sock.Arrive(prompt);
+        p.comPort.Arrive(prompt);
+      }
+      if (p.loop.Now() < std::chrono::seconds(10)) p.loop.After(std::chrono::milliseconds(1), flood);
+    };
+    flood();
+    p.Start(12);
+    EXPECT_LT(p.sock.sent.size() + p.comPort.sent.size(), 3000U);
+  }
+}
+
+std::string TestName(const ::testing::TestParamInfo<Route>& test) {
   std::string name = test::RouteName(test.param);
   std::replace(name.begin(), name.end(), '-', '_');
   return name;
-});
+}
+INSTANTIATE_TEST_SUITE_P(All, RoutesTest, ::testing::ValuesIn(test::kRoutes), TestName);
+INSTANTIATE_TEST_SUITE_P(All, ErbRoutesTest, ::testing::Values(Route::LanErb, Route::SerialErb), TestName);
 
 }  // namespace
 }  // namespace corvex

@@ -1,0 +1,157 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <deque>
+#include <random>
+#include <utility>
+
+#include "session/Route.h"
+
+// A user at work on a bad line. Each seed is one run: its route, its ERB unit, and several phases in which
+// the line drops, garbles, delays, cuts or hangs up. CORVEX_SEEDS sets how many seeds are run.
+
+namespace corvex {
+namespace {
+
+using simulation::Faults;
+using simulation::MubState;
+using test::Route;
+using test::Routed;
+using test::Step;
+
+/// Whether a send is none of the user's keys: cancel, repaint, the lines of a dialogue, the end of a session.
+bool IsProgramsOwn(std::string_view bytes) {
+  return bytes == "\x18" || bytes == "\x12" || bytes == "\x1b\x12\x1b" || bytes.ends_with("\n") ||
+         bytes == "AT+ERB_TRANSPARENT_MODE";
+}
+
+class FaultWalk {
+ public:
+  explicit FaultWalk(std::uint32_t seed)
+      : random_(seed), r_(test::kRoutes[seed % std::size(test::kRoutes)], Options(seed)) {
+    r_.onHeard = [this](std::string_view bytes) {
+      if (!IsProgramsOwn(bytes)) Hear(bytes);
+    };
+  }
+
+  void Run() {
+    Spoil();
+    r_.p.Start(0.1);
+    for (int phase = 0; phase < 4; ++phase) {
+      Work(20);
+      Spoil();
+    }
+    Work(20);
+    ComesBack();
+  }
+
+ private:
+  bool Chance(std::uint32_t of) { return random_() % of == 0; }
+  double Share(double most) { return Chance(2) ? most * (random_() % 1000) / 1000 : 0; }
+
+  simulation::ErbOptions Options(std::uint32_t seed) {
+    simulation::ErbOptions options{.lingers = Chance(2)};
+    if (Chance(3)) options.mubs[0] = MubState::InUse;
+    if (Chance(3)) options.answerTime = std::chrono::milliseconds(random_() % 500);
+    options.unit.seed = seed;
+    return options;
+  }
+
+  /// Spoils the line for a while. That while ends by itself: a socket whose peer closes it at once is opened
+  /// again without an end, and the program is meant to.
+  void Spoil() {
+    r_.p.loop.After(std::chrono::seconds(5 + random_() % 20), [this] { r_.setFaults({}); });
+
+    Faults faults{.seed = static_cast<std::uint32_t>(random_()), .garble = Share(0.01), .drop = Share(0.01)};
+    if (Chance(3)) faults.late = std::chrono::milliseconds(random_() % 1500);
+    faults.cut = Chance(2);
+    if (Chance(3)) faults.hangUpAfter = 1 + random_() % 3000;
+    faults.silent = Chance(20);
+    r_.setFaults(faults);
+  }
+
+  /// The user does what he can for so long: goes on with his walk where he sees a screen of it, and now and
+  /// then loses his patience. An adapter that was lost is plugged in again.
+  void Work(double seconds) {
+    const double until = r_.Now() + seconds;
+    while (r_.Now() < until) {
+      r_.p.loop.Run(0.3 + 0.1 * (random_() % 5));
+      if (r_.Now() < cleared_ + 0.3) continue;  // he has to see what has come of it
+      if (Chance(4)) r_.p.comPort.available = true;
+      if (Chance(60)) {
+        r_.p.Do([this] { r_.term.cmdTop[0].click(); });
+      } else if (Chance(40)) {
+        Clear();
+      } else if (const Step* step = StepInSight(); step != nullptr && step->act) {
+        // He may think better of it before it is done.
+        if (Chance(5)) r_.p.loop.After(std::chrono::milliseconds(random_() % 600), [this] { Clear(); });
+        Do(step->AllKeys(r_.term), step->act);
+      }
+    }
+  }
+
+  /// A step of the walk whose screen is seen, if the unit has it on its display as well: a user whom the line
+  /// has left with an old screen cannot know where his keys go.
+  const Step* StepInSight() {
+    std::vector<const Step*> steps;
+    for (const Step& step : test::Walk()) {
+      if (test::Sees(r_.term, step) && r_.UnitShows() == step.screen) steps.push_back(&step);
+    }
+    return steps.empty() ? nullptr : steps[random_() % steps.size()];
+  }
+
+  void Do(test::Keys keys, const std::function<void(frmTerm&)>& act) {
+    due_.assign(keys.begin(), keys.end());
+    screen_ = r_.UnitShows();
+    r_.p.Do([&] { act(r_.term); });
+    due_.clear();
+  }
+
+  /// Presses the clear key, which ends a walk through a list if one is going on.
+  void Clear() {
+    const auto due = std::exchange(due_, {"\x1b"});
+    const std::string screen = std::exchange(screen_, std::string(r_.UnitShows()));
+    r_.term.cmdESC.click();
+    cleared_ = r_.Now();
+    due_ = due_.empty() ? due_ : due;
+    screen_ = screen;
+  }
+
+  /// The unit hears a key: it has to be the next of those that the user is pressing, on the screen for which
+  /// they are meant. One that finds no session any more, whose link had to be opened for it, does no harm.
+  void Hear(std::string_view key) {
+    ASSERT_FALSE(due_.empty()) << "nobody has pressed " << testing::PrintToString(key);
+    EXPECT_EQ(key, due_.front());
+    EXPECT_TRUE(r_.UnitShows() == screen_ || r_.UnitShows().empty())
+        << "pressed on " << screen_ << ", heard on " << r_.UnitShows();
+    due_.pop_front();
+  }
+
+  void ComesBack() {
+    r_.p.loop.Run(25);
+    r_.p.comPort.available = true;
+    r_.p.loop.Run(45);
+    test::ExpectSessionOrWait(r_);
+    r_.p.Do([this] { r_.term.cmdTop[0].click(); });
+    r_.p.loop.Run(15);  // a MUB that was in use is had at the second try
+    test::WalkThrough(r_, [this](const Step& step) { Do(step.AllKeys(r_.term), step.act); });
+  }
+
+  std::mt19937 random_;
+  Routed r_;
+  std::deque<std::string> due_;  // the keys that are being pressed
+  double cleared_ = 0;           // when the clear key was last pressed
+  std::string screen_;           // what the unit had on its display when that began
+};
+
+TEST(FaultWalks, ComeBackAndSendEachKeyOnceWhereItWasPressed) {
+  const char* wanted = std::getenv("CORVEX_SEEDS");
+  const int seeds = wanted == nullptr ? 50 : std::atoi(wanted);
+  for (int seed = 1; seed <= seeds && !HasFailure(); ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    FaultWalk(static_cast<std::uint32_t>(seed)).Run();
+  }
+}
+
+}  // namespace
+}  // namespace corvex
