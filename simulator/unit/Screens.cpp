@@ -22,8 +22,8 @@ const Keys kLogKeys{SoftKey{"Print", 14, "print"}, SoftKey{"Clear", 12, "cleared
 std::vector<Screen> MakeScreens() {
   return {
       {.name = kIdleScreen,
-       .keys = {SoftKey{"Menu", 3, kMainMenu}, SoftKey{"Mail box", 6, "3"}, SoftKey{"Book", 7, "1"},
-                SoftKey{"Call", 5, "2"}},
+       .keys = {SoftKey{"Menu", 3, kMainMenu}, SoftKey{"Mail box", 10, "3"}, SoftKey{"Book", 7, "1"},
+                SoftKey{"Call", 6, "2"}},
        .rows = {"             CORVEX MARINE", "", "Network   {network}", "Beam      {beam}",
                 "Position  {position}", "Course    {heading}",
                 "Signal    {signal} dB/Hz   Unit {temperature} C"},
@@ -50,7 +50,7 @@ std::vector<Screen> MakeScreens() {
        .items = {{1, "Names", 5, "1.1"},
                  {2, "Add entry", 15, "1.2"},
                  {3, "Quick dial", 16, "1.3"},
-                 {4, "Erase all", 20, "erase"}}},
+                 {4, "Erase all", 34, "erase"}}},
       {.name = "1.1",
        .kind = Kind::Table,
        .title = "1.1 Names",

@@ -12,15 +12,17 @@ class QRectF;
 
 namespace corvex {
 
-inline constexpr int kMenuIcons = 64;  ///< Menu icons are numbered 0 to 63; any other number is shown as 10.
+/// Menu icons, and the images of soft keys, are numbered 0 to 63. Any other number is shown as 10, and as 2
+/// on a key.
+inline constexpr int kMenuIcons = 64;
 
 void DrawMenuIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette);
 
-/// A picture by name: "mail", "logo", "key N" for the image of a soft key, "icon N" for a menu icon. False,
+/// A picture by name: "logo", "key N" for the image of a soft key, or one of the table in Icons.cpp. False,
 /// with nothing drawn, for any other.
 bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, const QPalette& palette);
 
-/// An icon that is drawn when it is first shown; null for a name that is not known.
+/// An icon that is drawn when it is first shown; null for no name.
 QIcon PictureIcon(std::string_view name);
 
 }  // namespace corvex

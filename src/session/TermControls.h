@@ -36,13 +36,13 @@ class TermControls : public Form {
         .index = 0,
         .rect = {60, 30, 480, 480},
         .toolTip = "Show the modem user interface",
-        .picture = "icon 19"}},
+        .picture = "terminal"}},
       {frmTop,
        {.name = "cmdTop",
         .index = 1,
         .rect = {600, 30, 480, 480},
         .toolTip = "Device manager",
-        .picture = "icon 11"}},
+        .picture = "devices"}},
   }};
   Image Picture1{frmTop, {.name = "Picture1", .rect = {60, 630, 1020, 900}, .picture = "logo"}};
   Image imgLogo{frmTop, {.name = "imgLogo", .rect = {60, 630, 1020, 900}, .visible = false}};
