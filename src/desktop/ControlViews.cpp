@@ -1,14 +1,16 @@
 #include <QCheckBox>
-#include <QFile>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QTabBar>
 
 #include "desktop/Icons.h"
 #include "desktop/Panel.h"
+#include "desktop/Picture.h"
+#include "desktop/Style.h"
 #include "desktop/WidgetView.h"
 
 // The views of the plain kinds: frames, labels, buttons, pictures, tabs.
@@ -17,20 +19,49 @@ namespace corvex {
 
 namespace {
 
-/// Widget for something that is clicked but is no button to Qt.
-template <typename Base>
-class Clickable : public Base {
+/// One of the row of indicators: a text, behind a picture if it has one, on a ground of its own. With neither
+/// there is nothing to see.
+class IndicatorLabel : public Clickable<QLabel> {
  public:
-  using Base::Base;
-  std::function<void()> clicked;
+  IndicatorLabel(const std::string& picture, QWidget* parent) : Clickable(parent), picture_(picture) {}
 
  protected:
-  void mouseReleaseEvent(QMouseEvent* event) override {
-    if (event->button() == Qt::LeftButton && this->rect().contains(event->position().toPoint()) && clicked) {
-      clicked();
-    }
+  void resizeEvent(QResizeEvent*) override {
+    if (!picture_.empty()) setContentsMargins(IndicatorIcon(rect()).right() + 3, 0, 0, 0);
   }
-  void mousePressEvent(QMouseEvent* event) override { event->accept(); }
+  void paintEvent(QPaintEvent* event) override {
+    if (picture_.empty() && text().trimmed().isEmpty()) return;
+    QPainter painter(this);
+    DrawIndicator(painter, rect(), palette());
+    if (!picture_.empty()) DrawPicture(painter, IndicatorIcon(rect()), picture_, palette());
+    painter.end();
+    QLabel::paintEvent(event);
+  }
+
+ private:
+  std::string picture_;
+};
+
+Clickable<QLabel>* MakeLabel(const Label& label, QWidget* parent) {
+  if (label.look == Look::Indicator) return new IndicatorLabel(label.picture, parent);
+  return new Clickable<QLabel>(parent);
+}
+
+/// A key of the keyboard below the screen. An image lies on the square at its left.
+class KeyButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    painter.drawControl(QStyle::CE_PushButtonBevel, option);
+    if (option.state.testFlag(QStyle::State_HasFocus)) DrawFocusRing(painter, rect(), palette());
+    option.rect.adjust(height() * 3 / 4, 0, -2, -2);
+    painter.drawControl(QStyle::CE_PushButtonLabel, option);
+  }
 };
 
 class FrameView : public WidgetView<Frame, Panel> {
@@ -46,15 +77,19 @@ class FrameView : public WidgetView<Frame, Panel> {
 class LabelView : public WidgetView<Label, Clickable<QLabel>> {
  public:
   LabelView(FormWindow& window, Label& label)
-      : WidgetView(window, label, new Clickable<QLabel>(window.ParentFor(label))) {
-    constexpr int kScreenIndent = 6;  // keeps the first column off the screen's edge
+      : WidgetView(window, label, MakeLabel(label, window.ParentFor(label))),
+        panel_(dynamic_cast<Panel*>(shown_->parentWidget())) {
+    constexpr int kScreenIndent = 8;  // keeps the first column off the screen's edge
     shown_->setTextFormat(Qt::PlainText);
     if (label.look == Look::Screen) shown_->setIndent(kScreenIndent);
     shown_->clicked = [this] { window_.Post([&control = control_] { control.click(); }); };
   }
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
-    if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
+    if (changes.Has(Change::Caption)) {
+      shown_->setText(ToShown(control_.caption.Get()));
+      if (panel_ != nullptr && control_.accessible.Get().empty()) panel_->Announce();
+    }
     if (changes.Has(Change::Rect) || changes.Has(Change::Font)) {
       const bool wraps = shown_->height() >= 2 * shown_->fontMetrics().lineSpacing();
       const Qt::Alignment across = control_.align == Align::Right    ? Qt::AlignRight
@@ -64,12 +99,17 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
       shown_->setAlignment(across | (shown_->wordWrap() ? Qt::AlignTop : Qt::AlignVCenter));
     }
   }
+
+ private:
+  Panel* panel_;  ///< That it stands on, if it is one.
 };
 
 class ButtonView : public WidgetView<Button, QPushButton> {
  public:
   ButtonView(FormWindow& window, Button& button)
-      : WidgetView(window, button, new QPushButton(window.ParentFor(button))) {
+      : WidgetView(window, button,
+                   button.look == Look::Key ? new KeyButton(window.ParentFor(button))
+                                            : new QPushButton(window.ParentFor(button))) {
     shown_->setAutoDefault(true);  // Enter presses it as well as the space bar
     connect(shown_, &QPushButton::clicked, this,
             [this] { window_.Post([&control = control_] { control.click(); }); });
@@ -82,8 +122,6 @@ class ButtonView : public WidgetView<Button, QPushButton> {
       const int side = std::min(shown_->width(), shown_->height()) - 8;
       shown_->setIconSize({side, side});
     }
-    // A button without words is named by its tool tip.
-    shown_->setAccessibleName(control_.caption.Get().empty() ? ToShown(control_.toolTip.Get()) : QString());
   }
 };
 
@@ -125,45 +163,16 @@ class CheckBoxView : public WidgetView<CheckBox, QCheckBox> {
   }
 };
 
-/// A picture by name, or from a file, as large as fits.
-class Picture : public Clickable<QWidget> {
- public:
-  using Clickable::Clickable;
-  void SetName(const std::string& name) {
-    constexpr std::string_view kFile = "file:";
-    name_ = name;
-    // A path is in the encoding of the system's narrow file names, not in Latin-1.
-    file_ = name.starts_with(kFile) ? QPixmap(QFile::decodeName(name.c_str() + kFile.size())) : QPixmap();
-    update();
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    if (file_.isNull()) {
-      DrawPicture(painter, rect(), name_, palette());
-      return;
-    }
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    QRect place({}, file_.size().scaled(size(), Qt::KeepAspectRatio));
-    place.moveCenter(rect().center());
-    painter.drawPixmap(place, file_);
-  }
-
- private:
-  std::string name_;
-  QPixmap file_;
-};
-
 class ImageView : public WidgetView<Image, Picture> {
  public:
   ImageView(FormWindow& window, Image& image)
-      : WidgetView(window, image, new Picture(window.ParentFor(image))) {
+      : WidgetView(window, image, new Picture(image.look, window.ParentFor(image))) {
     shown_->clicked = [this] { window_.Post([&control = control_] { control.click(); }); };
   }
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Picture)) shown_->SetName(control_.picture);
+    shown_->SetButton(static_cast<bool>(control_.click));
   }
 };
 

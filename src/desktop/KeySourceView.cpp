@@ -49,7 +49,6 @@ class KeySourceView : public WidgetView<KeySource, KeyTaker> {
  public:
   KeySourceView(FormWindow& window, KeySource& source)
       : WidgetView(window, source, new KeyTaker(window.ParentFor(source))) {
-    shown_->setAccessibleName(QStringLiteral("Keys to the modem"));
     shown_->typed = [this](std::string text) {
       window_.Post([&control = control_, text = std::move(text)] { control.keys(text); });
     };

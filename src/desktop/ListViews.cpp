@@ -8,6 +8,8 @@
 
 #include "desktop/Icons.h"
 #include "desktop/KeyCodes.h"
+#include "desktop/Panel.h"
+#include "desktop/Style.h"
 #include "desktop/WidgetView.h"
 
 namespace corvex {
@@ -41,40 +43,43 @@ class EntryModel : public QAbstractListModel {
   std::vector<Entry> entries_;
 };
 
-constexpr int kIconSide = 32;
 constexpr int kMargin = 3;
 
-/// An icon above its text, which is centred on two lines at the most.
+/// Ground of an entry: what is selected stands out most while the list has the keyboard.
+void DrawEntryGround(QPainter& painter, const QStyleOptionViewItem& option) {
+  const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
+  if (option.state.testFlag(QStyle::State_Selected)) {
+    DrawSelection(painter, rect, option.palette);
+    const bool focused = option.widget != nullptr && option.widget->hasFocus();
+    if (focused) DrawFocusRing(painter, rect, option.palette);
+  } else if (option.state.testFlag(QStyle::State_MouseOver)) {
+    DrawHover(painter, rect, option.palette);
+  }
+}
+
+/// An icon above its text, which is centred on two lines at the most. Icons grow with the font.
 class IconDelegate : public QStyledItemDelegate {
  public:
   explicit IconDelegate(QListView* list) : QStyledItemDelegate(list), list_(list) {}
 
-  static int CellHeight(const QFontMetrics& metrics) {
-    return kIconSide + 2 * metrics.lineSpacing() + 4 * kMargin;
+  static int IconSide(const QFont& font) { return font.pixelSize() * 3 - 1; }
+  static QSize CellSize(const QFont& font) {
+    const int icon = IconSide(font);
+    return {icon + 2 * kMargin, icon + 2 * QFontMetrics(font).lineSpacing() + 3 * kMargin};
   }
 
   QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return list_->gridSize(); }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    const bool selected = option.state.testFlag(QStyle::State_Selected);
-    const bool focused = selected && option.state.testFlag(QStyle::State_Active) &&
-                         option.widget != nullptr && option.widget->hasFocus();
     painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    if (selected) {
-      QColor fill = option.palette.color(QPalette::Link);
-      painter->setPen(focused ? QPen(fill, 2) : QPen(BorderColor(option.palette), 1));
-      fill.setAlphaF(0.16F);
-      painter->setBrush(fill);
-      painter->drawRoundedRect(QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5), 4, 4);
-    }
-    const QRect icon(option.rect.center().x() - kIconSide / 2, option.rect.top() + 2 * kMargin, kIconSide,
-                     kIconSide);
+    DrawEntryGround(*painter, option);
+    const int side = IconSide(option.font);
+    const QRect icon(option.rect.center().x() - side / 2, option.rect.top() + kMargin + 1, side, side);
     DrawMenuIcon(*painter, icon, index.data(Qt::UserRole).toInt(), option.palette);
 
     painter->setFont(option.font);
     painter->setPen(option.palette.color(QPalette::Text));
-    const QRect text = option.rect.adjusted(kMargin, 3 * kMargin + kIconSide, -kMargin, 0);
+    const QRect text = option.rect.adjusted(kMargin, icon.bottom() + 1 - option.rect.top(), -kMargin, 0);
     const QStringList lines =
         Lines(index.data(Qt::DisplayRole).toString().trimmed(), option.font, text.width());
     for (int i = 0; i < lines.size(); ++i) {
@@ -114,6 +119,15 @@ class RowDelegate : public QStyledItemDelegate {
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kMargin);
   }
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    DrawEntryGround(*painter, option);
+    painter->setFont(option.font);
+    painter->setPen(option.palette.color(QPalette::Text));
+    const QRect place = option.rect.adjusted(3 * kMargin, 0, -kMargin, 0);
+    painter->drawText(
+        place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+        option.fontMetrics.elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight, place.width()));
+  }
 };
 
 /// Keys that mean something to the modem are told and not used by the list itself; letters are told, and
@@ -127,6 +141,10 @@ class EntryList : public QListView {
     setUniformItemSizes(true);
     setTabKeyNavigation(false);
     setItemDelegate(new RowDelegate(this));
+    viewport()->setAttribute(Qt::WA_Hover);
+    // On a panel of its own the list needs no frame.
+    const auto* panel = dynamic_cast<const corvex::Panel*>(parent);
+    if (panel != nullptr && panel->look() == Look::Window) setFrameShape(QFrame::NoFrame);
   }
   EntryModel model;
   std::function<void(char)> typed;
@@ -208,11 +226,13 @@ class IconListView : public EntryListView<ListView, 1> {
     EntryListView::Apply(changes);
     if (!changes.Has(Change::Spacing) && !changes.Has(Change::Font)) return;
     constexpr int kDefaultWidth = 75;
+    constexpr double kFontOfSpacing = 8;  // points
+    const double scale = control_.font.Get().size / kFontOfSpacing;
     const int across = static_cast<int>(control_.iconSpacing & 0xFFFF);
     const int down = static_cast<int>(control_.iconSpacing >> 16);
+    const QSize wanted(qRound((across == 0 ? kDefaultWidth : across) * scale), qRound(down * scale));
     // 0, or less than an icon and its text take, is what they take.
-    shown_->setGridSize({std::max(across == 0 ? kDefaultWidth : across, kIconSide + 2 * kMargin),
-                         std::max(down, IconDelegate::CellHeight(shown_->fontMetrics()))});
+    shown_->setGridSize(wanted.expandedTo(IconDelegate::CellSize(shown_->font())));
   }
 };
 

@@ -1,47 +1,133 @@
 #include "desktop/Panel.h"
 
+#include <QAccessible>
+#include <QLabel>
 #include <QPainter>
+#include <QPainterPath>
 
 #include "desktop/Theme.h"
 
 namespace corvex {
 
+namespace {
+
+constexpr qreal kRadius = 5;
+
+QRectF Inside(const QRect& rect, qreal line) {
+  return QRectF(rect).adjusted(line / 2, line / 2, -line / 2, -line / 2);
+}
+
+}  // namespace
+
 Panel::Panel(Look look, QWidget* parent) : QWidget(parent), look_(look) {
   if (look != Look::Plain) setPalette(PaletteFor(look, palette()));
-  setAutoFillBackground(true);
 }
 
 void Panel::SetTitle(const QString& title) {
   if (title == title_) return;
   title_ = title;
-  setAccessibleName(title);
+  QAccessibleEvent renamed(this, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&renamed);
   update();
 }
 
+QString Panel::ReadableText() const {
+  QStringList lines;
+  for (const QLabel* label : findChildren<QLabel*>(Qt::FindDirectChildrenOnly)) {
+    const QString line = label->text().trimmed();
+    if (label->isVisibleTo(this) && label->accessibleName().isEmpty() && !line.isEmpty()) lines << line;
+  }
+  return lines.join(u'\n');
+}
+
+void Panel::Announce() {
+  if ((look_ != Look::Screen && look_ != Look::PopUp) || std::exchange(announced_, true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        announced_ = false;
+        if (!isVisible()) return;
+        QAccessibleEvent alert(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+      },
+      Qt::QueuedConnection);
+}
+
+void Panel::showEvent(QShowEvent*) {
+  Announce();
+}
+
 void Panel::paintEvent(QPaintEvent*) {
-  if (look_ == Look::Plain && title_.isEmpty()) return;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const bool popUp = look_ == Look::PopUp;
-  const qreal line = popUp ? 2 : 1;
-  const qreal half = line / 2;
-  QRectF frame = QRectF(rect()).adjusted(half, half, -half, -half);
-  painter.setPen(QPen(popUp ? palette().color(QPalette::Link) : BorderColor(palette()), line));
-  if (title_.isEmpty()) {
-    painter.drawRoundedRect(frame, 3, 3);
-    return;
+  switch (look_) {
+    case Look::Screen:
+      return PaintScreen(painter);
+    case Look::PopUp:
+      return PaintPopUp(painter);
+    case Look::Window:
+      return PaintWindow(painter);
+    default:
+      painter.fillRect(rect(), palette().window());
+      if (!title_.isEmpty()) PaintGroup(painter);
   }
-  // The title is a strip across the top, so that a panel reads as a window within the window.
+}
+
+void Panel::PaintScreen(QPainter& painter) const {
+  const QColor glass = palette().color(QPalette::Window);
+  QLinearGradient light(0, 0, 0, height());
+  light.setColorAt(0, glass.lighter(104));
+  light.setColorAt(1, glass.darker(104));
+  painter.setPen(BorderColor(palette()));
+  painter.setBrush(light);
+  painter.drawRoundedRect(Inside(rect(), 1), kRadius, kRadius);
+  // The shade of the rim on the glass.
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(EdgeColor(palette()));
+  painter.drawRoundedRect(Inside(rect().adjusted(1, 1, -1, -1), 1), kRadius - 1, kRadius - 1);
+}
+
+void Panel::PaintPopUp(QPainter& painter) const {
+  constexpr qreal kLine = 2;
+  painter.setPen(QPen(palette().color(QPalette::Link), kLine));
+  painter.setBrush(palette().window());
+  painter.drawRoundedRect(Inside(rect(), kLine), kRadius, kRadius);
+}
+
+void Panel::PaintWindow(QPainter& painter) const {
+  constexpr int kAbove = 4;
+  const QRectF frame = Inside(rect(), 1);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(palette().window());
+  painter.drawRoundedRect(frame, kRadius, kRadius);
+  const QRect bar(0, 0, width(), fontMetrics().height() + 2 * kAbove);
+  QPainterPath outline;
+  outline.addRoundedRect(frame, kRadius, kRadius);
+  painter.save();
+  painter.setClipRect(bar);
+  painter.fillPath(outline, palette().color(QPalette::Link));
+  painter.restore();
+  painter.setPen(palette().color(QPalette::HighlightedText));
+  PaintTitle(painter, bar.adjusted(9, 0, -9, 0));
+  painter.setPen(palette().color(QPalette::Link));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawPath(outline);
+}
+
+void Panel::PaintGroup(QPainter& painter) const {
+  const int title = fontMetrics().height() + 2;
+  painter.setPen(BorderColor(palette()));
+  painter.drawRoundedRect(Inside(rect(), 1), kRadius, kRadius);
+  painter.setPen(palette().color(QPalette::WindowText));
+  PaintTitle(painter, QRect(8, 2, width() - 16, title));
+}
+
+void Panel::PaintTitle(QPainter& painter, const QRect& place) const {
   QFont bold = font();
   bold.setBold(true);
-  const QFontMetrics metrics(bold);
-  const QRect strip(0, 0, width(), metrics.height() + 4);
-  painter.fillRect(strip, palette().color(QPalette::AlternateBase));
-  painter.drawRoundedRect(frame, 3, 3);
   painter.setFont(bold);
-  painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-  painter.drawText(strip.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                   metrics.elidedText(title_, Qt::ElideRight, width() - 12));
+  painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                   QFontMetrics(bold).elidedText(title_, Qt::ElideRight, place.width()));
 }
 
 }  // namespace corvex

@@ -5,11 +5,13 @@
 #include <QPointer>
 #include <QScreen>
 
+#include "desktop/Accessibility.h"
 #include "desktop/FormWindow.h"
 
 namespace corvex {
 
 QtWindowSystem::QtWindowSystem(EventLoop& loop) : loop_(loop) {
+  InstallAccessibility();
   qApp->installEventFilter(this);
 }
 

@@ -2,9 +2,10 @@
 
 #include <QApplication>
 #include <QFontDatabase>
-#include <QStyleFactory>
+#include <QToolTip>
 
 #include "desktop/QtText.h"
+#include "desktop/Style.h"
 
 namespace corvex {
 
@@ -15,7 +16,7 @@ struct Colors {
 };
 
 constexpr Colors kLight{0xFFF1F3F4, 0xFFFFFFFF, 0xFFE8ECEE, 0xFF16212A, 0xFFE4E9EC,
-                        0xFF7C878F, 0xFF0A6E8A, 0xFFFFFFFF, 0xFF22313C, 0xFFF4F7F8};
+                        0xFF68737B, 0xFF0A6E8A, 0xFFFFFFFF, 0xFF22313C, 0xFFF4F7F8};
 constexpr Colors kDark{0xFF1F262B, 0xFF161C20, 0xFF262F35, 0xFFE3EAED, 0xFF303A41,
                        0xFF85929A, 0xFF37A6C4, 0xFF06181F, 0xFFE3EAED, 0xFF16212A};
 // The screen: ink on a lit green grey by day, lit ink on near black by night.
@@ -42,12 +43,17 @@ QPalette FromColors(const Colors& c) {
   palette.setColor(QPalette::Link, c.accent);
   palette.setColor(QPalette::ToolTipBase, c.tip);
   palette.setColor(QPalette::ToolTipText, c.onTip);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::Link}) {
     palette.setColor(QPalette::Disabled, role, c.muted);
   }
   palette.setColor(QPalette::Disabled, QPalette::Highlight, c.alternate);
   palette.setColor(QPalette::Disabled, QPalette::HighlightedText, c.muted);
   return palette;
+}
+
+QColor WithAlpha(QColor color, float alpha) {
+  color.setAlphaF(alpha);
+  return color;
 }
 
 bool IsTypewriter(const QString& name) {
@@ -68,8 +74,9 @@ QPalette MakePalette(bool dark) {
 
 void ApplyTheme(QApplication& application) {
   const bool dark = IsDark(QApplication::palette());
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new Style);
   QApplication::setPalette(MakePalette(dark));
+  QToolTip::setPalette(MakePalette(dark));
   application.setEffectEnabled(Qt::UI_AnimateMenu, false);
 }
 
@@ -80,16 +87,18 @@ QPalette PaletteFor(Look look, const QPalette& application) {
       return FromColors(dark ? kDarkScreen : kLightScreen);
     case Look::PopUp:
       return FromColors(dark ? kDarkPopUp : kLightPopUp);
-    case Look::Plain:
+    default:
       break;
   }
   return application;
 }
 
 QColor BorderColor(const QPalette& palette) {
-  QColor color = palette.color(QPalette::WindowText);
-  color.setAlphaF(0.28F);
-  return color;
+  return WithAlpha(palette.color(QPalette::Active, QPalette::WindowText), 0.30F);
+}
+
+QColor EdgeColor(const QPalette& palette) {
+  return WithAlpha(palette.color(QPalette::Active, QPalette::WindowText), 0.14F);
 }
 
 QFont MakeFont(const Font& font, bool fixedPitch) {

@@ -7,8 +7,8 @@
 
 class QApplication;
 
-// The one visual language of the program: the Fusion style with palettes of our own, light or dark as the
-// system is, and the modem's screen like a well-lit instrument. Palettes and fonts only: a style sheet over
+// The one visual language of the program: palettes of our own, light or dark as the system is, and the
+// modem's screen like a well-lit instrument. Palettes, fonts and the few shapes of Style: a style sheet over
 // the whole program would cost at every window.
 
 namespace corvex {
@@ -22,8 +22,9 @@ QPalette MakePalette(bool dark);
 /// The palette of a frame of that look and of all within it, on top of the program's.
 QPalette PaletteFor(Look look, const QPalette& application);
 
-/// Line around a panel, quiet against its background.
+/// Line around a panel or a key, and the fainter one around what is not in use.
 QColor BorderColor(const QPalette& palette);
+QColor EdgeColor(const QPalette& palette);
 
 /// A form's font. Sizes are in points at 96 DPI whatever the screen's density, as the rectangles are; names
 /// of typewriter fonts and `fixedPitch` give the system's fixed-pitch font.

@@ -6,6 +6,7 @@
 #include "desktop/FormWindow.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
+#include "forms/Controls.h"
 
 namespace corvex {
 
@@ -30,11 +31,25 @@ class WidgetView : public ControlView {
       shown_->setToolTip(ToToolTip(control_.toolTip.Get()));
       shown_->setAccessibleDescription(ToShown(control_.toolTip.Get()));
     }
+    if (changes.Has(Change::Accessible) || changes.Has(Change::Caption) || changes.Has(Change::ToolTip)) {
+      shown_->setAccessibleName(AccessibleName());
+    }
   }
 
   void ApplyVisible() override { shown_->setVisible(control_.visible); }
 
  protected:
+  /// None leaves it to Qt, which takes the text that is shown.
+  QString AccessibleName() const {
+    QString shown;
+    if constexpr (requires { control_.caption; }) shown = ToShown(control_.caption.Get()).trimmed();
+    QString name = ToShown(control_.accessible.Get());
+    if (!name.isEmpty()) return name.replace(u'%', shown.isEmpty() ? QStringLiteral("none") : shown);
+    // A button without words is named by its tool tip.
+    const bool wordless = std::is_same_v<Kind, Button> && shown.isEmpty();
+    return wordless ? ToShown(control_.toolTip.Get()) : QString();
+  }
+
   FormWindow& window_;
   Kind& control_;
   Widget* const shown_;

@@ -9,6 +9,7 @@ Control::Control(Container& parent, const Design& design)
       visible{*this, Change::Visible, design.visible},
       enabled{*this, Change::Enabled, design.enabled},
       toolTip{*this, Change::ToolTip, std::string(design.toolTip)},
+      accessible{*this, Change::Accessible, std::string(design.accessible)},
       font{*this, Change::Font, design.font},
       look(design.look),
       align(design.align),

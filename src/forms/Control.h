@@ -10,9 +10,12 @@ namespace corvex {
 /// How a control is to look beyond its kind.
 enum class Look {
   Plain,
-  Screen,  ///< A frame: the modem's lit screen, whose colours all within it share. A label: a row of it,
-           ///< fixed-pitch.
-  PopUp,   ///< A frame that lies over others and is to catch the eye.
+  Screen,     ///< A frame: the modem's lit screen, whose colours all within it share. A label: a row of it,
+              ///< fixed-pitch.
+  PopUp,      ///< A frame that lies over others and is to catch the eye.
+  Window,     ///< A frame that is a window within the window, with its title in a bar.
+  Indicator,  ///< A label or an image: one of a row of small signs, each on a ground of its own.
+  Key,        ///< A button: its text leaves a square at its left for an image that lies there.
 };
 
 enum class Align { Left, Centre, Right };
@@ -27,9 +30,10 @@ struct Design {
   bool visible = true;
   bool enabled = true;
   Font font = {};
-  int interval = 0;                ///< Timers: milliseconds.
-  std::string_view picture = {};   ///< Images: see Image::picture.
-  std::string_view shortcut = {};  ///< Menu entries: see MenuItem::shortcut.
+  int interval = 0;                  ///< Timers: milliseconds.
+  std::string_view picture = {};     ///< See Image::picture.
+  std::string_view shortcut = {};    ///< Menu entries: see MenuItem::shortcut.
+  std::string_view accessible = {};  ///< See Control::accessible.
   Look look = Look::Plain;
   Align align = Align::Left;  ///< Labels.
 };
@@ -53,6 +57,9 @@ class Control : public Observable {
   Property<bool> visible;
   Property<bool> enabled;
   Property<std::string> toolTip;
+  /// What a screen reader says of the control, with "%" in the place of the text that it shows, such as
+  /// "Temperature: %". Empty: that text alone.
+  Property<std::string> accessible;
   Property<Font> font;
   const Look look;
   const Align align;

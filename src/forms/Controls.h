@@ -30,9 +30,12 @@ class Frame : public Control, public Container {
 class Label : public Control {
  public:
   Label(Container& parent, const Design& design)
-      : Control(parent, design), caption{*this, Change::Caption, std::string(design.caption)} {}
+      : Control(parent, design),
+        caption{*this, Change::Caption, std::string(design.caption)},
+        picture(design.picture) {}
   std::string_view TypeName() const override { return "Label"; }
   Property<std::string> caption;
+  const std::string picture;  ///< As Image::picture; stands before the caption of an indicator.
   Event<> click;
 };
 
@@ -146,7 +149,8 @@ class ListView : public Control {
 
   /// Place of the selected item, from 1; 0 is none.
   Property<int> selected{*this, Change::Selection, 0};
-  /// Horizontal spacing of the icons in the low 16 bits, vertical in the high ones, in pixels.
+  /// Horizontal spacing of the icons in the low 16 bits, vertical in the high ones, in pixels for a font of 8
+  /// points: it grows with the font.
   Property<std::uint32_t> iconSpacing{*this, Change::Spacing, 0};
   Event<char> keyPress;  ///< A typed character. Arrow keys move the selection without it.
   Event<> doubleClick;

@@ -26,6 +26,7 @@ enum class Change : std::uint32_t {
   Pointer = 1u << 14,
   WindowState = 1u << 15,
   Value = 1u << 16,
+  Accessible = 1u << 17,
 };
 
 /// Something whose changes are told to one observer.
@@ -88,6 +89,8 @@ class Event {
     handler_ = std::move(handler);
     return *this;
   }
+  /// Whether there is anything to call.
+  explicit operator bool() const { return static_cast<bool>(handler_); }
   void operator()(Args... args) const {
     if (handler_) handler_(std::forward<Args>(args)...);
   }

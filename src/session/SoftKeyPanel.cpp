@@ -15,6 +15,9 @@ void ShowSoftKeys(TermControls& window, const MainState& main, const SessionStat
     window.cmdSK[key].caption = blank ? std::string() : text;
     window.imgKey[key].visible = !blank;
     if (blank) continue;
+    std::string spoken = text;
+    std::erase(spoken, '&');
+    window.imgKey[key].accessible = spoken;
     const int code = state.softKeyCode[key] == 0 ? 2 : state.softKeyCode[key];
     window.imgKey[key].picture = "key " + std::to_string(ownImages ? code : 0);
   }

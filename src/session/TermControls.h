@@ -44,15 +44,21 @@ class TermControls : public Form {
         .toolTip = "Device manager",
         .picture = "devices"}},
   }};
-  Image Picture1{frmTop, {.name = "Picture1", .rect = {60, 630, 1020, 900}, .picture = "logo"}};
-  Image imgLogo{frmTop, {.name = "imgLogo", .rect = {60, 630, 1020, 900}, .visible = false}};
+  Image Picture1{frmTop,
+                 {.name = "Picture1", .rect = {60, 630, 1020, 900}, .picture = "logo", .accessible = "Logo"}};
+  Image imgLogo{frmTop,
+                {.name = "imgLogo", .rect = {60, 630, 1020, 900}, .visible = false, .accessible = "Logo"}};
   std::array<Label, 2> lblGps{{
-      {frmTop, {.name = "lblGps", .index = 0, .rect = {30, 1650, 1110, 660}}},
-      {frmTop, {.name = "lblGps", .index = 1, .rect = {30, 2340, 1110, 330}}},
+      {frmTop, {.name = "lblGps", .index = 0, .rect = {30, 1650, 1110, 660}, .accessible = "Position: %"}},
+      {frmTop, {.name = "lblGps", .index = 1, .rect = {30, 2340, 1110, 330}, .accessible = "Course: %"}},
   }};
 
   // The terminal area, with the indicators above the rows.
-  Frame frmScreen{*this, {.name = "frmScreen", .rect = {1260, 60, 7530, 2720}, .look = Look::Screen}};
+  Frame frmScreen{*this,
+                  {.name = "frmScreen",
+                   .rect = {1260, 60, 7530, 2720},
+                   .accessible = "Screen of the modem unit",
+                   .look = Look::Screen}};
   std::array<Label, 8> corvexLbl{{
       {frmScreen, RowDesign(0)},
       {frmScreen, RowDesign(1)},
@@ -64,77 +70,135 @@ class TermControls : public Form {
       {frmScreen,
        {.name = "corvexLbl",
         .index = kSignal,
-        .rect = {60, 30, 700, 250},
+        .rect = IndicatorRect(60, 720),
         .toolTip = "Signal to noise ration, dB/Hz",
-        .visible = false}},
+        .visible = false,
+        .picture = "signal",
+        .accessible = "Signal to noise ratio: % dB/Hz",
+        .look = Look::Indicator}},
   }};
   Label lblsim{frmScreen,
                {.name = "lblsim",
-                .rect = {800, 30, 400, 250},
+                .rect = IndicatorRect(825, 660),
                 .caption = "SIM",
                 .toolTip = "SIM card is in use",
-                .visible = false}};
+                .visible = false,
+                .picture = "sim",
+                .accessible = "SIM card in use",
+                .look = Look::Indicator}};
   Label lblTemp{frmScreen,
                 {.name = "lblTemp",
-                 .rect = {1250, 30, 500, 250},
+                 .rect = IndicatorRect(1530, 660),
                  .toolTip = "Modem unit termperature",
-                 .visible = false}};
-  Label lblTempPsu{
-      frmScreen,
-      {.name = "lblTempPsu", .rect = {1800, 30, 500, 250}, .toolTip = "PSU temperature", .visible = false}};
+                 .visible = false,
+                 .picture = "temperature",
+                 .accessible = "Temperature of the modem unit: %",
+                 .look = Look::Indicator}};
+  Label lblTempPsu{frmScreen,
+                   {.name = "lblTempPsu",
+                    .rect = IndicatorRect(2235, 660),
+                    .toolTip = "PSU temperature",
+                    .visible = false,
+                    .picture = "supply",
+                    .accessible = "Temperature of the power supply: %",
+                    .look = Look::Indicator}};
   std::array<Image, 1> imgMail{{
       {frmScreen,
-       {.name = "imgMail", .index = 0, .rect = {2350, 30, 300, 250}, .visible = false, .picture = "mail"}},
+       {.name = "imgMail",
+        .index = 0,
+        .rect = IndicatorRect(7140, 330),
+        .visible = false,
+        .picture = "mail",
+        .accessible = "Mail waiting",
+        .look = Look::Indicator}},
   }};
-  Label lblComp{frmScreen, {.name = "lblComp", .rect = {2700, 30, 650, 250}, .visible = false}};
-  Label lblSpot{
-      frmScreen,
-      {.name = "lblSpot", .rect = {3400, 30, 450, 250}, .caption = "SBS", .toolTip = "Spot Beam Selection"}};
-  Label lblPort{frmScreen, {.name = "lblPort", .rect = {3900, 30, 750, 250}}};
-  Label lblZone{frmScreen, {.name = "lblZone", .rect = {6000, 30, 1450, 250}}};
+  Label lblComp{frmScreen,
+                {.name = "lblComp",
+                 .rect = IndicatorRect(2940, 675),
+                 .visible = false,
+                 .accessible = "Compression: %",
+                 .look = Look::Indicator,
+                 .align = Align::Centre}};
+  Label lblSpot{frmScreen,
+                {.name = "lblSpot",
+                 .rect = IndicatorRect(3660, 480),
+                 .caption = "SBS",
+                 .toolTip = "Spot Beam Selection",
+                 .accessible = "Spot beam: %",
+                 .look = Look::Indicator,
+                 .align = Align::Centre}};
+  Label lblPort{frmScreen,
+                {.name = "lblPort",
+                 .rect = IndicatorRect(4185, 675),
+                 .accessible = "Port: %",
+                 .look = Look::Indicator,
+                 .align = Align::Centre}};
+  // The time moves to the zone's place, and over it, when the unit tells no zone.
+  Label lblZone{frmScreen,
+                {.name = "lblZone",
+                 .rect = IndicatorRect(6000, 1050),
+                 .accessible = "Time zone: %",
+                 .look = Look::Indicator,
+                 .align = Align::Centre}};
   Label lblTime{frmScreen,
                 {.name = "lblTime",
-                 .rect = {6000, 30, 1050, 250},
+                 .rect = IndicatorRect(6000, 1050),
                  .caption = "12:12",
-                 .toolTip = "The time on the modem unit"}};
+                 .toolTip = "The time on the modem unit",
+                 .accessible = "Time on the modem unit: %",
+                 .look = Look::Indicator,
+                 .align = Align::Centre}};
 
   Frame frmMenu{frmScreen,
-                {.name = "frmMenu", .rect = {0, 300, 7530, 2420}, .caption = "Title", .visible = false}};
-  ListView ListMenu{frmMenu, {.name = "ListMenu", .rect = {60, 270, 7410, 2090}, .visible = false}};
-  Frame frmChoice{frmScreen, {.name = "frmChoice", .rect = {900, 300, 5700, 2420}, .visible = false}};
-  ListBox ListChoice{frmChoice, {.name = "ListChoice", .rect = {60, 270, 5580, 2090}}};
+                {.name = "frmMenu",
+                 .rect = {0, 315, 7530, 2405},
+                 .caption = "Title",
+                 .visible = false,
+                 .look = Look::Window}};
+  ListView ListMenu{frmMenu,
+                    {.name = "ListMenu",
+                     .rect = {60, 330, 7410, 2030},
+                     .visible = false,
+                     .accessible = "Menu of the unit"}};
+  Frame frmChoice{
+      frmScreen,
+      {.name = "frmChoice", .rect = {900, 315, 5700, 2405}, .visible = false, .look = Look::Window}};
+  ListBox ListChoice{
+      frmChoice, {.name = "ListChoice", .rect = {60, 345, 5580, 2000}, .accessible = "Choices of the unit"}};
 
   // Below the terminal area.
   Frame frmKeys{*this, {.name = "frmKeys", .rect = {1260, 2840, 6330, 630}}};
-  std::array<Image, kSoftKeys> imgKey{{
-      {frmKeys, KeyImageDesign(0)},
-      {frmKeys, KeyImageDesign(1)},
-      {frmKeys, KeyImageDesign(2)},
-      {frmKeys, KeyImageDesign(3)},
-  }};
   std::array<Button, kSoftKeys> cmdSK{{
       {frmKeys, KeyDesign(0)},
       {frmKeys, KeyDesign(1)},
       {frmKeys, KeyDesign(2)},
       {frmKeys, KeyDesign(3)},
   }};
+  // They lie on the keys.
+  std::array<Image, kSoftKeys> imgKey{{
+      {frmKeys, KeyImageDesign(0)},
+      {frmKeys, KeyImageDesign(1)},
+      {frmKeys, KeyImageDesign(2)},
+      {frmKeys, KeyImageDesign(3)},
+  }};
   Frame frmNav{*this, {.name = "frmNav", .rect = {7650, 2840, 1140, 630}}};
   Button cmdESC{frmNav, {.name = "cmdESC", .rect = {60, 60, 1020, 510}, .caption = "ESC"}};
-  KeySource CorvexFocus1{*this, {.name = "CorvexFocus1"}};
+  KeySource CorvexFocus1{*this, {.name = "CorvexFocus1", .accessible = "Keys to the modem unit"}};
 
   /// What the modem says in the service panels, in place of its screen.
   TextBox txtRx{*this,
                 {.name = "txtRx",
                  .rect = {1260, 60, 7530, 2720},
                  .visible = false,
-                 .font = {.name = "Courier", .size = 10}}};
+                 .font = {.name = "Courier", .size = 10},
+                 .accessible = "What the modem unit says"}};
 
   // The popup, in front of all that.
   Frame frmMsg{*this,
                {.name = "frmMsg", .rect = {2400, 900, 5250, 960}, .visible = false, .look = Look::PopUp}};
   std::array<Label, 2> LblMsg{{
-      {frmMsg, {.name = "LblMsg", .index = 0, .rect = {150, 150, 4950, 330}, .align = Align::Centre}},
-      {frmMsg, {.name = "LblMsg", .index = 1, .rect = {150, 480, 4950, 330}, .align = Align::Centre}},
+      {frmMsg, MessageDesign(0, 150)},
+      {frmMsg, MessageDesign(1, 480)},
   }};
 
   // The service panels; fmOnTab(0) port settings, (1) test interface, (4) free commands.
@@ -221,18 +285,27 @@ class TermControls : public Form {
   Timer logCheck{*this, {.name = "logCheck", .interval = 50000}};
 
  private:
+  static Rect IndicatorRect(Twips left, Twips width) { return {left, 45, width, 270}; }
   static Design RowDesign(int row) {
-    return {.name = "corvexLbl", .index = row, .rect = {0, 330 + row * 335, 7450, 335}, .look = Look::Screen};
+    return {.name = "corvexLbl", .index = row, .rect = {0, 345 + row * 333, 7450, 333}, .look = Look::Screen};
   }
   static Design KeyDesign(int key) {
     return {.name = "cmdSK",
             .index = key,
-            .rect = {30 + key * 1575 + 420, 60, 1110, 510},
+            .rect = {30 + key * 1575, 60, 1500, 510},
             .toolTip = "ALT + underlined character to select",
-            .enabled = false};
+            .enabled = false,
+            .look = Look::Key};
   }
   static Design KeyImageDesign(int key) {
-    return {.name = "imgKey", .index = key, .rect = {30 + key * 1575, 90, 390, 450}, .visible = false};
+    return {.name = "imgKey", .index = key, .rect = {75 + key * 1575, 105, 390, 390}, .visible = false};
+  }
+  static Design MessageDesign(int line, Twips top) {
+    return {.name = "LblMsg",
+            .index = line,
+            .rect = {150, top, 4950, 330},
+            .font = {.size = 9, .bold = line == 0},
+            .align = Align::Centre};
   }
   // The four values of the serial panel side by side, each a label over a text box with its arrows.
   static constexpr Twips ValueLeft(int place) { return 150 + place * 1980; }

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace corvex {
+
+/// Lets screen readers know our own widgets for what they are: the modem's screen and a popup as texts that
+/// change by themselves, panels by their titles, and pictures that are clicked as buttons.
+void InstallAccessibility();
+
+}  // namespace corvex
