@@ -206,7 +206,11 @@ void Wrench(Sketch& s) {
 }
 
 void Bars(Sketch& s) {
-  s.Line({{4, 20}, {4, 16}}).Line({{12, 20}, {12, 10}}).Accent().Line({{20, 20}, {20, 4}});
+  s.Line({{3, 20}, {3, 17}})
+      .Line({{9, 20}, {9, 13}})
+      .Line({{15, 20}, {15, 8}})
+      .Accent()
+      .Line({{21, 20}, {21, 3}});
 }
 
 void Bolt(Sketch& s) {

@@ -290,6 +290,21 @@ void FormWindow::closeEvent(QCloseEvent* event) {
   });
 }
 
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::NoModifier && menuBar_ != nullptr) {
+    OpenMenu();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void FormWindow::OpenMenu() {
+  const QList<QAction*> menus = menuBar_->actions();
+  const auto first =
+      std::find_if(menus.begin(), menus.end(), [](const QAction* menu) { return menu->isVisible(); });
+  if (first != menus.end()) menuBar_->setActiveAction(*first);
+}
+
 void FormWindow::AdoptFocus() {
   if (form_ == nullptr || applying_) return;
   // The widget that has the focus, or will have it when the window is active again.
@@ -317,6 +332,8 @@ bool FormWindow::TakeKey(QKeyEvent& event) {
     key.ctrl = key.alt = false;
   }
   if (key.keyCode != 0) Enter([this, &key] { form_->keyDown(key); });
+  // Tapping Alt alone opens the menu bar, whatever the form makes of letters with Alt.
+  if (event.key() == Qt::Key_Alt) key.handled = false;
   // Remembered only now: the handler may have waited, and other keys have come.
   keySeen_ = event.type() == QEvent::ShortcutOverride;
   keyHandled_ = key.handled;

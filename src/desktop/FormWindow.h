@@ -63,6 +63,7 @@ class FormWindow : public QWidget, public FormObserver {
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void MakeViews();
@@ -72,6 +73,7 @@ class FormWindow : public QWidget, public FormObserver {
   void ApplyRect();
   void LayOut();
   void AdoptGeometry();
+  void OpenMenu();
   void AdoptFocus();
   void PostResize();
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
 
@@ -64,6 +65,7 @@ bool QtWindowSystem::eventFilter(QObject* object, QEvent* event) {
   // An event that no widget wants climbs up to the window; it counts where it begins.
   const QWidget* focused = window->focusWidget();
   if (widget != (focused == nullptr ? window : focused)) return false;
+  if (qobject_cast<const QMenuBar*>(focused) != nullptr) return false;  // the user walks through it
   auto* key = static_cast<QKeyEvent*>(event);
   if (!window->TakeKey(*key)) return false;
   key->accept();
