@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleFactory>
 #include <QStyleOption>
+#include <algorithm>
 
 #include "desktop/Theme.h"
 
@@ -62,6 +63,52 @@ void DrawKey(QPainter& painter, const QStyleOption& option) {
   painter.restore();
 }
 
+/// The box of a check box, or the ring of a radio button.
+void DrawMark(QPainter& painter, const QStyleOption& option, bool round) {
+  const QPalette& palette = option.palette;
+  const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+  const bool on = option.state.testFlag(QStyle::State_On);
+  const QColor fill = !enabled ? palette.color(QPalette::Window)
+                      : on     ? palette.color(QPalette::Link)
+                               : palette.color(QPalette::Base);
+  const bool hovered = enabled && option.state.testFlag(QStyle::State_MouseOver);
+  const qreal side = std::min(option.rect.width(), option.rect.height()) - 1;
+  QRectF box(0, 0, side, side);
+  box.moveCenter(QRectF(option.rect).center());
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(hovered || (on && enabled) ? palette.color(QPalette::Link) : BorderColor(palette));
+  painter.setBrush(option.state.testFlag(QStyle::State_Sunken) ? fill.darker(115) : fill);
+  painter.drawRoundedRect(box, round ? side / 2 : 3, round ? side / 2 : 3);
+  const QColor mark = palette.color(enabled ? QPalette::HighlightedText : QPalette::Text);
+  if (on && round) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(mark);
+    painter.drawEllipse(box.center(), side / 5, side / 5);
+  } else if (on) {
+    painter.setPen(QPen(mark, side / 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPointF points[] = {{0.24, 0.52}, {0.43, 0.70}, {0.77, 0.32}};
+    QPolygonF check;
+    for (const QPointF& point : points) check << box.topLeft() + point * side;
+    painter.drawPolyline(check);
+  }
+  painter.restore();
+}
+
+/// Around a field or a long text.
+void DrawFieldFrame(QPainter& painter, const QStyleOption& option) {
+  if (option.state.testFlag(QStyle::State_HasFocus)) {
+    DrawFocusRing(painter, option.rect, option.palette);
+    return;
+  }
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(BorderColor(option.palette));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+  painter.restore();
+}
+
 void DrawTab(QPainter& painter, const QStyleOption& option) {
   constexpr int kLine = 2;
   const bool selected = option.state.testFlag(QStyle::State_Selected);
@@ -114,14 +161,15 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     case PE_FrameFocusRect:
       DrawFocusRing(*painter, option->rect, option->palette);
       return;
+    case PE_IndicatorRadioButton:
+      DrawMark(*painter, *option, true);
+      return;
+    case PE_IndicatorCheckBox:
+      DrawMark(*painter, *option, false);
+      return;
     case PE_Frame:
-      // Around long texts and lists, which have no other mark of the focus while nothing in them is selected.
-      painter->save();
-      painter->setRenderHint(QPainter::Antialiasing);
-      painter->setPen(BorderColor(option->palette));
-      painter->drawRoundedRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
-      painter->restore();
-      if (option->state.testFlag(State_HasFocus)) DrawFocusRing(*painter, option->rect, option->palette);
+    case PE_FrameLineEdit:
+      DrawFieldFrame(*painter, *option);
       return;
     default:
       QProxyStyle::drawPrimitive(element, option, painter, widget);
@@ -134,12 +182,31 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
     DrawTab(*painter, *option);
     return;
   }
+  if (element == CE_MenuBarItem && option->state.testFlag(State_Selected) &&
+      !option->state.testFlag(State_Sunken)) {
+    // Walked to by keys, or under the pointer: with its menu closed Fusion hardly marks it.
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    QStyleOptionMenuItem plain = item == nullptr ? QStyleOptionMenuItem() : *item;
+    plain.state &= ~State_Selected;
+    QProxyStyle::drawControl(element, &plain, painter, widget);
+    DrawHover(*painter, option->rect, option->palette);
+    if (widget != nullptr && widget->hasFocus()) DrawFocusRing(*painter, option->rect, option->palette);
+    return;
+  }
   QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 QRect Style::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
-  if (element == SE_PushButtonFocusRect) return option->rect;
-  return QProxyStyle::subElementRect(element, option, widget);
+  const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+  switch (element) {
+    case SE_PushButtonFocusRect:
+      return option->rect;
+    case SE_CheckBoxFocusRect:
+    case SE_RadioButtonFocusRect:
+      return rect.adjusted(-3, -1, 3, 1) & option->rect;
+    default:
+      return rect;
+  }
 }
 
 }  // namespace corvex

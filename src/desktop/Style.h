@@ -4,8 +4,9 @@
 
 namespace corvex {
 
-/// The Fusion style, with buttons like the keys of an instrument, flat tabs, and a ring in the accent colour
-/// around what has the keyboard focus, however it came there.
+/// The Fusion style, with buttons like the keys of an instrument, flat tabs, marks and frames that can be
+/// told from their ground in the dark too, and a ring in the accent colour around what has the keyboard
+/// focus, however it came there.
 class Style : public QProxyStyle {
  public:
   Style();
