@@ -49,6 +49,10 @@ void Panel::Announce() {
         if (!isVisible()) return;
         QAccessibleEvent alert(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
+        if (look_ != Look::PopUp) return;
+        // Not every bridge passes alerts on. A popup's name is its text.
+        QAccessibleEvent renamed(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&renamed);
       },
       Qt::QueuedConnection);
 }
