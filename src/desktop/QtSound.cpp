@@ -1,11 +1,33 @@
 #include "desktop/QtSound.h"
 
-#include <QApplication>
+#include <algorithm>
+#include <system_error>
+#include <thread>
+
+#include "desktop/Tone.h"
 
 namespace corvex {
 
-void QtSound::Beep(double, int) {
-  QApplication::beep();
+namespace {
+
+// What a small loudspeaker and an ear can do.
+constexpr double kLowest = 40;
+constexpr double kHighest = 16'000;
+constexpr int kLongest = 2000;  // milliseconds
+
+}  // namespace
+
+void QtSound::Beep(double hertz, int milliseconds) {
+  if (!(hertz >= kLowest && hertz <= kHighest) || milliseconds <= 0) return;  // nor what is no number
+  if (playing_->exchange(true)) return;
+  try {
+    std::thread([playing = playing_, hertz, time = std::min(milliseconds, kLongest)] {
+      PlayTone(hertz, time);
+      *playing = false;
+    }).detach();
+  } catch (const std::system_error&) {
+    *playing_ = false;  // no more threads: no tone
+  }
 }
 
 }  // namespace corvex
