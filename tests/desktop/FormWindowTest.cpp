@@ -299,6 +299,29 @@ TEST_F(FormWindowTest, AnUpDownGoesOnWhileItsButtonIsHeld) {
   QTest::mouseRelease(arrows, Qt::LeftButton, {}, up);
 }
 
+TEST_F(FormWindowTest, TheMenuBarIsReachedByAltAloneAndByF10WhateverTheFormTakes) {
+  NEEDS_ACTIVE_WINDOW();
+  std::string log;
+  form->keyDown = [&](KeyEvent& key) {
+    log += std::to_string(key.keyCode) + ' ';
+    key.handled = key.alt;
+  };
+  form->keys.SetFocus();
+  Turn();
+  auto* bar = Find<QMenuBar>("");
+  QTest::keyClick(Find<QWidget>("keys"), Qt::Key_Alt, Qt::AltModifier);
+  EXPECT_EQ(QApplication::focusWidget(), bar);
+  log.clear();
+  QTest::keyClick(bar, Qt::Key_Tab);  // walks through the menus, and is no key to the modem
+  EXPECT_EQ(log, "");
+  QTest::keyClick(bar, Qt::Key_Escape);
+  EXPECT_EQ(QApplication::focusWidget(), Find<QWidget>("keys"));
+  QTest::keyClick(Find<QWidget>("keys"), Qt::Key_F10);
+  EXPECT_EQ(QApplication::activePopupWidget(), bar->actions().front()->menu());
+  EXPECT_EQ(log, "121 ");
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+}
+
 TEST_F(FormWindowTest, LongTextsFollowEachEdit) {
   auto* pages = Find<QPlainTextEdit>("pages");
   const auto shown = [&] { return FromQt(pages->toPlainText()); };
