@@ -32,27 +32,33 @@ class WidgetView : public ControlView {
       shown_->setAccessibleDescription(ToShown(control_.toolTip.Get()));
     }
     if (changes.Has(Change::Accessible) || changes.Has(Change::Caption) || changes.Has(Change::ToolTip)) {
-      shown_->setAccessibleName(AccessibleName());
+      const QString name = AccessibleName();
+      if (!name.isEmpty() || named_) shown_->setAccessibleName(name);
+      named_ = !name.isEmpty();
     }
   }
 
   void ApplyVisible() override { shown_->setVisible(control_.visible); }
 
  protected:
-  /// None leaves it to Qt, which takes the text that is shown.
+  /// None leaves it to the view, or to Qt, which takes the text that is shown.
   QString AccessibleName() const {
-    QString shown;
-    if constexpr (requires { control_.caption; }) shown = ToShown(control_.caption.Get()).trimmed();
     QString name = ToShown(control_.accessible.Get());
-    if (!name.isEmpty()) return name.replace(u'%', shown.isEmpty() ? QStringLiteral("none") : shown);
-    // A button without words is named by its tool tip.
-    const bool wordless = std::is_same_v<Kind, Button> && shown.isEmpty();
-    return wordless ? ToShown(control_.toolTip.Get()) : QString();
+    if constexpr (requires { control_.caption; }) {
+      const QString shown = ToShown(control_.caption.Get()).trimmed();
+      if (!name.isEmpty()) return name.replace(u'%', shown.isEmpty() ? QStringLiteral("none") : shown);
+      // A button without words is named by its tool tip.
+      if (std::is_same_v<Kind, Button> && shown.isEmpty()) return ToShown(control_.toolTip.Get());
+    }
+    return name;
   }
 
   FormWindow& window_;
   Kind& control_;
   Widget* const shown_;
+
+ private:
+  bool named_ = false;  ///< For a screen reader, by what the control says and not by the view itself.
 };
 
 }  // namespace corvex

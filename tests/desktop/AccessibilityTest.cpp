@@ -44,7 +44,7 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
   term.lblZone.caption = "";
   term.lblGps[0].caption = "N 59 54.21\r\nE 010 44.61";
   term.cmdSK[0].caption = "Ma&il";
-  term.imgKey[0].accessible = "Mail";
+  term.imgKey[0].accessible = "Mail 5%";
   term.imgKey[0].picture = "key 1";
   term.imgKey[0].visible = true;
   term.imgMail[0].visible = true;
@@ -65,7 +65,7 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
       {term.lblZone, QAccessible::StaticText, "Time zone: none"},
       {term.lblGps[0], QAccessible::StaticText, "Position: N 59 54.21\nE 010 44.61"},
       {term.imgMail[0], QAccessible::Graphic, "Mail waiting"},
-      {term.imgKey[0], QAccessible::Button, "Mail"},
+      {term.imgKey[0], QAccessible::Button, "Mail 5%"},
       {term.cmdSK[0], QAccessible::Button, "Mail"},
       {term.cmdTop[1], QAccessible::Button, "Device manager"},  // has no words but its tool tip
       {term.ListMenu, QAccessible::List, "Menu of the unit"},
