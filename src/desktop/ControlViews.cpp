@@ -91,7 +91,9 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
       if (panel_ != nullptr && control_.accessible.Get().empty()) panel_->Announce();
     }
     if (changes.Has(Change::Rect) || changes.Has(Change::Font)) {
-      const bool wraps = shown_->height() >= 2 * shown_->fontMetrics().lineSpacing();
+      // Metrics would load the font, of a popup that may never be shown too.
+      constexpr double kLineSpacing = 1.2;  // in sizes of the font
+      const bool wraps = shown_->height() >= 2 * kLineSpacing * shown_->font().pixelSize();
       const Qt::Alignment across = control_.align == Align::Right    ? Qt::AlignRight
                                    : control_.align == Align::Centre ? Qt::AlignHCenter
                                                                      : Qt::AlignLeft;
