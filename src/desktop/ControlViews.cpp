@@ -58,7 +58,6 @@ class KeyButton : public QPushButton {
     QStyleOptionButton option;
     initStyleOption(&option);
     painter.drawControl(QStyle::CE_PushButtonBevel, option);
-    if (option.state.testFlag(QStyle::State_HasFocus)) DrawFocusRing(painter, rect(), palette());
     option.rect.adjust(height() * 3 / 4, 0, -2, -2);
     painter.drawControl(QStyle::CE_PushButtonLabel, option);
   }

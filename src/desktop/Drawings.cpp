@@ -217,6 +217,15 @@ void Bolt(Sketch& s) {
   s.Accent().Line({{14, 2}, {7, 13}, {17, 11}, {10, 22}});
 }
 
+void Question(Sketch& s) {
+  s.Tinted()
+      .Ring(12, 12, 9)
+      .Accent()
+      .Arc(12, 9.7, 2.9, -40, 210)
+      .Line({{14.2, 11.5}, {12, 13.8}})
+      .Dot(12, 17.2, 1.3);
+}
+
 void Terminal(Sketch& s) {
   Monitor(s);
   s.Accent().Line({{6, 8}, {9, 10.5}, {6, 13}}).Line({{12, 13}, {16, 13}});

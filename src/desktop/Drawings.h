@@ -45,9 +45,10 @@ void SpotBeam(Sketch& s);
 void TestSheet(Sketch& s);
 void Wrench(Sketch& s);
 
-// For the indicators, where they are as small as a letter, and for the window's own buttons.
+// For the indicators, where they are as small as a letter, and for the program's own buttons and questions.
 void Bars(Sketch& s);
 void Bolt(Sketch& s);
+void Question(Sketch& s);
 void Terminal(Sketch& s);
 void Thermometer(Sketch& s);
 

@@ -83,13 +83,15 @@ struct NamedDrawing {
   Drawing drawing;
 };
 
-constexpr std::array<NamedDrawing, 7> kNamed{{{"mail", drawings::Envelope},
+constexpr std::array<NamedDrawing, 9> kNamed{{{"mail", drawings::Envelope},
                                               {"signal", drawings::Bars},
                                               {"sim", drawings::SimCard},
                                               {"temperature", drawings::Thermometer},
                                               {"supply", drawings::Bolt},
                                               {"terminal", drawings::Terminal},
-                                              {"devices", drawings::Wrench}}};
+                                              {"devices", drawings::Wrench},
+                                              {"info", drawings::Info},
+                                              {"question", drawings::Question}}};
 
 void DrawNumber(Sketch& sketch, const Table& table, int number, int otherwise) {
   if (number < 0 || number >= kMenuIcons) number = otherwise;

@@ -5,6 +5,7 @@
 #include <QStyleOption>
 #include <algorithm>
 
+#include "desktop/Icons.h"
 #include "desktop/Theme.h"
 
 namespace corvex {
@@ -61,6 +62,7 @@ void DrawKey(QPainter& painter, const QStyleOption& option) {
     }
   }
   painter.restore();
+  if (option.state.testFlag(QStyle::State_HasFocus)) DrawFocusRing(painter, option.rect, palette);
 }
 
 /// The box of a check box, or the ring of a radio button.
@@ -167,6 +169,10 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     case PE_IndicatorCheckBox:
       DrawMark(*painter, *option, false);
       return;
+    case PE_FrameMenu:
+      painter->setPen(BorderColor(option->palette));
+      painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+      return;
     case PE_Frame:
     case PE_FrameLineEdit:
       DrawFieldFrame(*painter, *option);
@@ -196,11 +202,33 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
   QProxyStyle::drawControl(element, option, painter, widget);
 }
 
+int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                     QStyleHintReturn* returned) const {
+  switch (hint) {
+    case SH_EtchDisabledText:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+      return 0;
+    default:
+      return QProxyStyle::styleHint(hint, option, widget, returned);
+  }
+}
+
+QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const {
+  switch (icon) {
+    case SP_MessageBoxInformation:
+      return PictureIcon("info");
+    case SP_MessageBoxQuestion:
+      return PictureIcon("question");
+    default:
+      return QProxyStyle::standardIcon(icon, option, widget);
+  }
+}
+
 QRect Style::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
   const QRect rect = QProxyStyle::subElementRect(element, option, widget);
   switch (element) {
     case SE_PushButtonFocusRect:
-      return option->rect;
+      return {};  // its key has the ring
     case SE_CheckBoxFocusRect:
     case SE_RadioButtonFocusRect:
       return rect.adjusted(-3, -1, 3, 1) & option->rect;
