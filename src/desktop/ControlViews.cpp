@@ -78,7 +78,6 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
   LabelView(FormWindow& window, Label& label)
       : WidgetView(window, label, MakeLabel(label, window.ParentFor(label))),
         panel_(dynamic_cast<Panel*>(shown_->parentWidget())) {
-    constexpr int kScreenIndent = 8;  // keeps the first column off the screen's edge
     shown_->setTextFormat(Qt::PlainText);
     if (label.look == Look::Screen) shown_->setIndent(kScreenIndent);
     shown_->clicked = [this] { window_.Post([&control = control_] { control.click(); }); };
@@ -89,19 +88,43 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
       shown_->setText(ToShown(control_.caption.Get()));
       if (panel_ != nullptr && control_.accessible.Get().empty()) panel_->Announce();
     }
-    if (changes.Has(Change::Rect) || changes.Has(Change::Font)) {
-      // Metrics would load the font, of a popup that may never be shown too.
-      constexpr double kLineSpacing = 1.2;  // in sizes of the font
-      const bool wraps = shown_->height() >= 2 * kLineSpacing * shown_->font().pixelSize();
-      const Qt::Alignment across = control_.align == Align::Right    ? Qt::AlignRight
-                                   : control_.align == Align::Centre ? Qt::AlignHCenter
-                                                                     : Qt::AlignLeft;
-      shown_->setWordWrap(wraps && control_.look != Look::Screen);
-      shown_->setAlignment(across | (shown_->wordWrap() ? Qt::AlignTop : Qt::AlignVCenter));
-    }
+    const bool placed = changes.Has(Change::Rect) || changes.Has(Change::Font);
+    if (control_.look == Look::Screen ? placed : placed || changes.Has(Change::Caption)) Arrange();
   }
 
  private:
+  static constexpr int kScreenIndent = 8;  ///< Keeps the first column off the screen's edge.
+
+  void Arrange() {
+    const bool row = control_.look == Look::Screen;
+    // An empty one, as of a popup that may never be shown, needs no font to be loaded.
+    if (!row && shown_->text().isEmpty()) return;
+    QFont font = MakeFont(control_.font, row);
+    // What has lines of its own, or no room for two, is not wrapped.
+    const bool wraps =
+        !row && !shown_->text().contains(u'\n') && shown_->height() >= 2 * QFontMetrics(font).lineSpacing();
+    const Qt::Alignment across = control_.align == Align::Right    ? Qt::AlignRight
+                                 : control_.align == Align::Centre ? Qt::AlignHCenter
+                                                                   : Qt::AlignLeft;
+    const bool several = wraps || shown_->text().contains(u'\n');
+    // A text that is a little too large for its place is shown smaller, so that nothing of it is lost. A row
+    // of the screen has room for all its columns at any size.
+    const int smallest = row ? 1 : font.pixelSize() * 2 / 3;
+    while (font.pixelSize() > smallest && !Fits(font, wraps)) font.setPixelSize(font.pixelSize() - 1);
+    shown_->setFont(font);
+    shown_->setWordWrap(wraps);
+    shown_->setAlignment(across | (several ? Qt::AlignTop : Qt::AlignVCenter));
+  }
+
+  bool Fits(const QFont& font, bool wraps) const {
+    constexpr int kColumns = 40;
+    const bool row = control_.look == Look::Screen;
+    const QRect place = shown_->contentsRect().adjusted(row ? kScreenIndent : 0, 0, 0, 0);
+    const QRect taken = QFontMetrics(font).boundingRect(place, wraps ? Qt::TextWordWrap : 0,
+                                                        row ? QString(kColumns, u'M') : shown_->text());
+    return taken.width() <= place.width() && taken.height() <= place.height();
+  }
+
   Panel* panel_;  ///< That it stands on, if it is one.
 };
 
@@ -177,12 +200,55 @@ class ImageView : public WidgetView<Image, Picture> {
   }
 };
 
-class TabStripView : public WidgetView<TabStrip, QTabBar> {
+/// A line, drawn within the rectangle of which it is a diagonal or an edge.
+class Stroke : public QWidget {
+ public:
+  using QWidget::QWidget;
+  void SetEnds(const LineEnds& ends) {
+    const auto pixels = [](Twips x, Twips y) { return ToPixels({x, y, 0, 0}).topLeft(); };
+    const QLine line(pixels(ends.x1, ends.y1), pixels(ends.x2, ends.y2));
+    setGeometry(QRect(line.p1(), line.p1()).united(QRect(line.p2(), line.p2())));
+    line_ = line.translated(-pos());
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setPen(BorderColor(palette()));
+    painter.drawLine(line_);
+  }
+
+ private:
+  QLine line_;
+};
+
+class StrokeView : public WidgetView<Line, Stroke> {
+ public:
+  StrokeView(FormWindow& window, Line& line) : WidgetView(window, line, new Stroke(window.ParentFor(line))) {}
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (changes.Has(Change::Rect)) shown_->SetEnds(control_.ends);
+  }
+};
+
+/// Tabs as high as the strip.
+class Tabs : public QTabBar {
+ public:
+  using QTabBar::QTabBar;
+
+ protected:
+  QSize tabSizeHint(int index) const override { return {QTabBar::tabSizeHint(index).width(), height()}; }
+};
+
+/// The strip reaches across its container, however wide that has become.
+class TabStripView : public WidgetView<TabStrip, Tabs> {
  public:
   TabStripView(FormWindow& window, TabStrip& tabs)
-      : WidgetView(window, tabs, new QTabBar(window.ParentFor(tabs))) {
+      : WidgetView(window, tabs, new Tabs(window.ParentFor(tabs))) {
     for (const std::string& caption : tabs.captions) shown_->addTab(ToShown(caption));
     shown_->setExpanding(false);
+    shown_->parentWidget()->installEventFilter(this);
     connect(shown_, &QTabBar::currentChanged, this, [this](int index) {
       if (index + 1 == control_.selected) return;
       control_.selected.Adopt(index + 1);
@@ -192,7 +258,15 @@ class TabStripView : public WidgetView<TabStrip, QTabBar> {
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Selection)) shown_->setCurrentIndex(control_.selected - 1);
+    if (changes.Has(Change::Rect)) Widen();
   }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == shown_->parentWidget() && event->type() == QEvent::Resize) Widen();
+    return WidgetView::eventFilter(watched, event);
+  }
+
+ private:
+  void Widen() { shown_->resize(shown_->parentWidget()->width() - 2 * shown_->x(), shown_->height()); }
 };
 
 }  // namespace
@@ -215,6 +289,7 @@ std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& contro
   }
   if (auto* box = dynamic_cast<CheckBox*>(&control)) return std::make_unique<CheckBoxView>(window, *box);
   if (auto* image = dynamic_cast<Image*>(&control)) return std::make_unique<ImageView>(window, *image);
+  if (auto* line = dynamic_cast<Line*>(&control)) return std::make_unique<StrokeView>(window, *line);
   if (auto* tabs = dynamic_cast<TabStrip*>(&control)) return std::make_unique<TabStripView>(window, *tabs);
   if (auto* box = dynamic_cast<TextBox*>(&control)) return MakeTextBoxView(window, *box);
   if (auto* arrows = dynamic_cast<UpDown*>(&control)) return MakeUpDownView(window, *arrows);

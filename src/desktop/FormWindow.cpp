@@ -43,7 +43,10 @@ QRect ToPixels(const Rect& twips) {
 }
 
 FormWindow::FormWindow(Form& form, EventLoop& loop, QWidget* owner)
-    : QWidget(owner, Qt::Window), loop_(loop), form_(&form), client_(new QWidget(this)) {
+    : QWidget(owner, form.fixedSize ? Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint : Qt::Window),
+      loop_(loop),
+      form_(&form),
+      client_(new QWidget(this)) {
   setObjectName(ToQt(form.name()));
   MakeViews();
   connect(qApp, &QApplication::focusChanged, this, &FormWindow::AdoptFocus);
@@ -212,6 +215,11 @@ void FormWindow::ApplyRect() {
   const int bar = menuBar_ == nullptr ? 0 : menuBar_->sizeHint().height();
   const QSize size(inner.width(), inner.height() + bar);
   if (size != shownSize_) {
+    if (form_->fixedSize) {
+      setFixedSize(size);
+    } else if (shownSize_.isEmpty()) {
+      setMinimumSize(size / 2);  // below half of what it was made for a window is of no use
+    }
     shownSize_ = size;
     resize(size);
     PostResize();

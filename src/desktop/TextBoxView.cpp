@@ -43,25 +43,70 @@ std::string FromPage(const QString& page) {
   return bytes;
 }
 
+/// A colour that the logic has chosen, or the theme's for one that it leaves to the system.
+QColor ColorOf(Color color, QPalette::ColorRole role, const QPalette& theme) {
+  if (color == kWindowColor) return theme.color(QPalette::Base);
+  if (color == kWindowTextColor) return theme.color(QPalette::Text);
+  if (color > 0xFFFFFF) return theme.color(role);
+  return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
+                static_cast<int>(color >> 16));
+}
+
+void ApplyLockAndColors(const Changes& changes, const TextBox& box, auto& shown) {
+  if (changes.Has(Change::Enabled)) shown.setReadOnly(box.locked);
+  if (!changes.Has(Change::BackColor) && !changes.Has(Change::ForeColor)) return;
+  QPalette palette;  // of the surroundings, unless the logic has chosen colours
+  if (box.backColor == kWindowColor && box.foreColor == kWindowTextColor) {
+    shown.setPalette(palette);
+    return;
+  }
+  const QPalette theme = shown.parentWidget()->palette();
+  palette.setColor(QPalette::Base, ColorOf(box.backColor, QPalette::Base, theme));
+  palette.setColor(QPalette::Text, ColorOf(box.foreColor, QPalette::Text, theme));
+  shown.setPalette(palette);
+}
+
 /// One line, set as a whole.
 class LineView : public WidgetView<TextBox, QLineEdit> {
  public:
   LineView(FormWindow& window, TextBox& box) : WidgetView(window, box, new QLineEdit(window.ParentFor(box))) {
-    shown_->setReadOnly(box.locked);
-    if (box.locked) shown_->setFocusPolicy(Qt::ClickFocus);  // to copy from; Tab has nothing to do there
     shown_->setAccessibleName(NameByLabel(box));
     connect(shown_, &QLineEdit::textEdited, this, [this](const QString& text) {
       if (pending.Has(Change::Caption)) return;  // what the logic has set since counts for more
       control_.AdoptText(FromQt(text));
       window_.Post([&control = control_] { control.change(); });
     });
+    connect(shown_, &QLineEdit::selectionChanged, this, &LineView::AdoptSelection);
+    connect(shown_, &QLineEdit::cursorPositionChanged, this, &LineView::AdoptSelection);
   }
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
-    if (!changes.Has(Change::Caption)) return;
-    QString text = ToShown(control_.Text());
-    text.replace(u'\n', u' ');
-    if (text != shown_->text()) shown_->setText(text);
+    ApplyLockAndColors(changes, control_, *shown_);
+    // A locked box is there to be copied from; Tab has nothing to do in it.
+    if (changes.Has(Change::Enabled))
+      shown_->setFocusPolicy(control_.locked ? Qt::ClickFocus : Qt::StrongFocus);
+    const TextBox::Selection selection = control_.selection;
+    if (changes.Has(Change::Caption)) {
+      QString text = ToShown(control_.Text());
+      text.replace(u'\n', u' ');
+      if (text != shown_->text()) shown_->setText(text);
+    }
+    if (changes.Has(Change::Selection)) {
+      const auto limit = static_cast<std::size_t>(shown_->text().size());
+      const std::size_t start = std::min(selection.start, limit);
+      shown_->setCursorPosition(static_cast<int>(start));
+      shown_->setSelection(static_cast<int>(start),
+                           static_cast<int>(std::min(selection.length, limit - start)));
+    }
+  }
+
+ private:
+  void AdoptSelection() {
+    if (pending.Has(Change::Selection)) return;  // what the logic has set since counts for more
+    const bool any = shown_->hasSelectedText();
+    control_.selection.Adopt(
+        {static_cast<std::size_t>(any ? shown_->selectionStart() : shown_->cursorPosition()),
+         static_cast<std::size_t>(shown_->selectionLength())});
   }
 };
 
@@ -86,7 +131,6 @@ class Pages : public QPlainTextEdit {
 class PagesView : public WidgetView<TextBox, Pages> {
  public:
   PagesView(FormWindow& window, TextBox& box) : WidgetView(window, box, new Pages(window.ParentFor(box))) {
-    shown_->setReadOnly(box.locked);
     shown_->setUndoRedoEnabled(!box.locked);
     shown_->setTabChangesFocus(box.locked);
     connect(shown_, &QPlainTextEdit::textChanged, this, &PagesView::Typed);
@@ -116,6 +160,7 @@ class PagesView : public WidgetView<TextBox, Pages> {
 
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
+    ApplyLockAndColors(changes, control_, *shown_);
     if (!changes.Has(Change::Caption)) return;
     applying_ = true;
     QScrollBar& bar = *shown_->verticalScrollBar();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDropEvent>
 #include <QWidget>
 
 #include "desktop/ControlView.h"
@@ -19,6 +20,9 @@ class WidgetView : public ControlView {
     widget_ = widget;
     widget->setObjectName(ToQt(control.name()));
     widget->hide();
+    if (!control.drop) return;
+    widget->setAcceptDrops(true);
+    widget->installEventFilter(this);
   }
 
   Kind& control() const override { return control_; }
@@ -39,6 +43,16 @@ class WidgetView : public ControlView {
   }
 
   void ApplyVisible() override { shown_->setVisible(control_.visible); }
+
+  /// Of widgets whose control takes what is dropped: nothing of it goes to the widget itself.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const auto type = event->type();
+    if (watched != shown_ || !control_.drop) return false;
+    if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
+    static_cast<QDropEvent*>(event)->acceptProposedAction();
+    if (type == QEvent::Drop) window_.Post([&control = control_] { control.drop(); });
+    return true;
+  }
 
  protected:
   /// None leaves it to the view, or to Qt, which takes the text that is shown.

@@ -61,6 +61,7 @@ class Control : public Observable {
   /// "Temperature: %". Empty: that text alone.
   Property<std::string> accessible;
   Property<Font> font;
+  Event<> drop;  ///< Something was dragged here. Filled, if at all, before the form is shown.
   const Look look;
   const Align align;
   std::string tag;  ///< Shown nowhere; for what belongs to the control.

@@ -34,6 +34,11 @@ void UpDown::Changed(Change what) {
   Control::Changed(what);
 }
 
+std::string_view TextBox::SelText() const {
+  const std::size_t start = std::min(selection.Get().start, text_.size());
+  return std::string_view(text_).substr(start, selection.Get().length);
+}
+
 void ListView::Clear() {
   selected = 0;
   if (items_.empty()) return;

@@ -79,6 +79,12 @@ class TextBox : public Control {
   TextBox(Container& parent, const Design& design) : Control(parent, design), text_(design.caption) {}
   std::string_view TypeName() const override { return "TextBox"; }
 
+  struct Selection {
+    std::size_t start = 0;  ///< From 0; where the next character goes if nothing is selected.
+    std::size_t length = 0;
+    friend bool operator==(const Selection&, const Selection&) = default;
+  };
+
   const std::string& Text() const { return text_; }
   void SetText(std::string_view text) { Edit(0, text_.size(), text); }
   void Append(std::string_view text) { Edit(text_.size(), 0, text); }
@@ -87,8 +93,13 @@ class TextBox : public Control {
   /// For the window system: takes over what the user typed; `change` comes behind it.
   void AdoptText(std::string text);
 
-  bool multiLine = false;  ///< Set before the form is shown.
-  bool locked = false;     ///< The user cannot type; set before the form is shown.
+  std::string_view SelText() const;
+
+  bool multiLine = false;                                       ///< Set before the form is shown.
+  Property<bool> locked{*this, Change::Enabled, false};         ///< The user cannot type.
+  Property<Selection> selection{*this, Change::Selection, {}};  ///< Followed in boxes of one line.
+  Property<Color> backColor{*this, Change::BackColor, kWindowColor};
+  Property<Color> foreColor{*this, Change::ForeColor, kWindowTextColor};
   Event<> change;
 
  private:
@@ -128,6 +139,20 @@ class Image : public Control {
   /// "file:". Nothing is shown for one that it does not know or cannot load.
   Property<std::string> picture;
   Event<> click;
+};
+
+/// A straight line.
+class Line : public Control {
+ public:
+  /// From the upper left of the design's place to the lower right.
+  Line(Container& parent, const Design& design)
+      : Control(parent, design),
+        ends{*this,
+             Change::Rect,
+             {design.rect.left, design.rect.top, design.rect.left + design.rect.width,
+              design.rect.top + design.rect.height}} {}
+  std::string_view TypeName() const override { return "Line"; }
+  Property<LineEnds> ends;
 };
 
 struct ListItem {

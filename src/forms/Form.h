@@ -87,6 +87,7 @@ class Form : public Container, public Observable {
   Property<bool> visible{*this, Change::Visible, false};
   Property<Pointer> pointer{*this, Change::Pointer, Pointer::Normal};
   Property<WindowState> windowState{*this, Change::WindowState, WindowState::Normal};
+  bool fixedSize = false;  ///< The user cannot resize the window; set before the form is shown.
 
   Event<> activate;
   Event<> deactivate;

@@ -20,6 +20,24 @@ struct Rect {
   }
 };
 
+/// A straight line from one point to another, within the container.
+struct LineEnds {
+  Twips x1 = 0;
+  Twips y1 = 0;
+  Twips x2 = 0;
+  Twips y2 = 0;
+  friend bool operator==(const LineEnds&, const LineEnds&) = default;
+  friend std::ostream& operator<<(std::ostream& out, const LineEnds& l) {
+    return out << '{' << l.x1 << ", " << l.y1 << ", " << l.x2 << ", " << l.y2 << '}';
+  }
+};
+
+/// A colour: blue, green and red from the highest byte of the low 24 bits down, or, with the highest bit set,
+/// the number of one that the system has chosen.
+using Color = std::uint32_t;
+inline constexpr Color kWindowColor = 0x80000005;
+inline constexpr Color kWindowTextColor = 0x80000008;
+
 struct Font {
   std::string name = {};  ///< Empty: the font of the system.
   double size = 8;        ///< In points.

@@ -27,6 +27,7 @@ enum class Change : std::uint32_t {
   WindowState = 1u << 15,
   Value = 1u << 16,
   Accessible = 1u << 17,
+  BackColor = 1u << 18,
 };
 
 /// Something whose changes are told to one observer.
@@ -94,6 +95,8 @@ class Event {
   void operator()(Args... args) const {
     if (handler_) handler_(std::forward<Args>(args)...);
   }
+  /// Whether the slot is filled.
+  explicit operator bool() const { return static_cast<bool>(handler_); }
 
  private:
   Handler handler_;

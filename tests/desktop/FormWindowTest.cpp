@@ -369,6 +369,39 @@ TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
   EXPECT_EQ(form->line.Text(), "7");
 }
 
+TEST_F(FormWindowTest, ABoxHasASelectionAColourAndALock) {
+  auto* line = Find<QLineEdit>("line");
+  form->line.selection = TextBox::Selection{2, 3};
+  form->line.backColor = 0x0000FFU;
+  form->line.locked = true;
+  Turn();
+  EXPECT_EQ(line->selectedText(), QStringLiteral("520"));
+  EXPECT_EQ(line->palette().color(QPalette::Base), QColor(Qt::red));
+  EXPECT_TRUE(line->isReadOnly());
+  line->setSelection(0, 2);
+  EXPECT_EQ(form->line.SelText(), "11");
+}
+
+TEST_F(FormWindowTest, WhatIsDroppedIsToldToTheLogicAlone) {
+  Form target(loop, windows, "target");
+  TextBox box(target, {.name = "box", .caption = "text"});
+  int drops = 0;
+  box.drop = [&drops] { ++drops; };
+  target.visible = true;
+  auto* widget = windows.WindowOf(target)->findChild<QLineEdit*>();
+  QMimeData data;
+  data.setText(QStringLiteral("dropped"));
+  QDragEnterEvent enters(QPoint(3, 3), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(widget, &enters);
+  QDropEvent dropped(QPointF(3, 3), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(widget, &dropped);
+  EXPECT_TRUE(dropped.isAccepted());
+  Turn();
+  EXPECT_EQ(drops, 1);
+  EXPECT_EQ(widget->text(), QStringLiteral("text"));
+  target.Withdraw();
+}
+
 TEST_F(FormWindowTest, ABurstIsPaintedOnce) {
   struct Painted : QObject {
     int count = 0;
