@@ -4,6 +4,8 @@
 #include "platform/Services.h"
 
 class QDialog;
+class QString;
+class QWidget;
 
 namespace corvex {
 
@@ -19,9 +21,13 @@ class QtDialogs : public Dialogs {
   void MessageBox(std::string_view text) override;
   bool AskYesNo(std::string_view text) override;
   std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) override;
+  std::optional<std::string> OpenFile(const FileQuestion& question) override;
+  std::optional<std::string> SaveFile(const FileQuestion& question) override;
 
  private:
   int Run(QDialog& dialog);
+  bool AskYesNo(const QString& text, QWidget* owner);
+  std::optional<std::string> AskFile(const FileQuestion& question, bool saves);
 
   EventLoop& loop_;
   const QtWindowSystem& windows_;

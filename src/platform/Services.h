@@ -9,6 +9,18 @@ namespace corvex {
 
 class Form;
 
+/// A question for a file.
+struct FileQuestion {
+  std::string title;
+  /// Texts and patterns in turn, all separated by "|": "Text files|*.txt|All files|*.*". Several patterns of
+  /// one text stand between ";". Outer blanks do not count, and a text without a pattern is one.
+  std::string filter;
+  /// The folder to begin in, or the file that is proposed. One that does not exist counts for nothing.
+  std::string start;
+  const Form* owner = nullptr;
+  bool asksBeforeNew = false;  ///< SaveFile: asks before a file is made that does not exist yet.
+};
+
 /// Questions to the user in windows of their own. Each call returns when it has been answered, and pumps
 /// events meanwhile.
 class Dialogs {
@@ -20,6 +32,12 @@ class Dialogs {
   virtual bool AskYesNo(std::string_view text) = 0;
   /// The text typed, or none if the user gave up.
   virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) = 0;
+  // The path of the file picked, in the encoding of the system's narrow file names, or none if the user gave
+  // up.
+  /// A file that exists.
+  virtual std::optional<std::string> OpenFile(const FileQuestion& question) = 0;
+  /// A file to write to; one that exists has been given up by the user.
+  virtual std::optional<std::string> SaveFile(const FileQuestion& question) = 0;
 };
 
 /// The window system: shows forms.

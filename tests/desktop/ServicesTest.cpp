@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
@@ -64,6 +65,45 @@ TEST_F(QtDialogsTest, AnswersAreReturnedAndTextsShownAsTheyAre) {
     const auto answer = dialogs.InputBox(secret ? "Enter password for owner" : "Enter a name", "Owner");
     EXPECT_EQ(answer, secret ? std::optional<std::string>("p\xE6") : std::nullopt);
   }
+}
+
+TEST_F(QtDialogsTest, FilesAreAskedForBeforeTheyAreOverwrittenOrMade) {
+  const QTemporaryDir folder;
+  QFile(folder.filePath(QStringLiteral("old"))).open(QIODevice::WriteOnly);
+  const std::string start = QFile::encodeName(folder.path()).toStdString();
+  FileQuestion question{
+      .title = "Pick", .filter = "Text Files | *.txt;*.log|All (*)|*.*|Rest", .start = start};
+  const auto pick = [&](const char* file) {
+    WhenShown<QFileDialog>([this, file](QFileDialog& box) {
+      EXPECT_EQ(box.nameFilters(), QStringList({QStringLiteral("Text Files (*.txt *.log)"),
+                                                QStringLiteral("All (*)"), QStringLiteral("Rest")}));
+      if (file == nullptr) {
+        box.reject();
+        return;
+      }
+      box.findChild<QLineEdit*>()->setText(QString::fromLatin1(file));
+      QMetaObject::invokeMethod(&box, "accept");
+    });
+  };
+  pick("old");
+  EXPECT_EQ(dialogs.OpenFile(question), start + "/old");
+  pick("new");
+  EXPECT_EQ(dialogs.SaveFile(question), start + "/new");
+  question.asksBeforeNew = true;
+  for (const char* file : {"old", "new"}) {
+    // The first answer is No, which leads back to the dialog.
+    pick(file);
+    WhenShown<QMessageBox>([&](QMessageBox& no) {
+      EXPECT_NE(no.text().indexOf(file == std::string_view("old") ? u"Replace" : u"Create"), -1);
+      pick(file);
+      WhenShown<QMessageBox>([](QMessageBox& yes) { yes.button(QMessageBox::Yes)->click(); });
+      no.button(QMessageBox::No)->click();
+    });
+    EXPECT_EQ(dialogs.SaveFile(question), start + '/' + file);
+  }
+  question.start = "C:\\nowhere";
+  pick(nullptr);
+  EXPECT_EQ(dialogs.OpenFile(question), std::nullopt);
 }
 
 TEST_F(QtDialogsTest, TheEndOfTheProgramGetsThroughAnOpenBox) {

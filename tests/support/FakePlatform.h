@@ -192,10 +192,24 @@ class FakeDialogs : public Dialogs {
     if (onBox) onBox();
     return input;
   }
+  std::optional<std::string> OpenFile(const FileQuestion& question) override {
+    return AnswerFile("open", question);
+  }
+  std::optional<std::string> SaveFile(const FileQuestion& question) override {
+    return AnswerFile("save", question);
+  }
   std::vector<std::string> shown;
   bool yes = false;
   std::optional<std::string> input;
+  std::optional<std::string> file;
   std::function<void()> onBox;  ///< What happens while a box is open.
+
+ private:
+  std::optional<std::string> AnswerFile(std::string_view kind, const FileQuestion& question) {
+    shown.push_back(std::string(kind) + '/' + question.title + '/' + question.filter + '/' + question.start);
+    if (onBox) onBox();
+    return file;
+  }
 };
 
 /// Windows that nobody sees. A form becomes the active window when it is first shown, if `activates`.
