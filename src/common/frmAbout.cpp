@@ -1,0 +1,41 @@
+#include "common/frmAbout.h"
+
+#include <string>
+
+#include "common/Version.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr int kEnter = 13;
+constexpr int kEsc = 27;
+constexpr Twips kWidth = 5190;
+constexpr Twips kHeight = 3600;
+
+}  // namespace
+
+frmAbout::frmAbout(Form& owner, const SettingsStore& settings)
+    : Form(owner.loop(), owner.windows(), "frmAbout", &owner) {
+  const Rect& around = owner.rect;
+  caption = "Corvex Marine";
+  rect = Rect{around.left + (around.width - kWidth) / 2, around.top + (around.height - kHeight) / 2, kWidth,
+              kHeight};
+  fixedSize = true;
+  const std::string revision = std::to_string(kVersionRevision);
+  lblVersion.caption = " Corvex Mobile 206118/" + std::to_string(kVersionMajor) + '.' +
+                       std::to_string(kVersionMinor) + '.' + revision;
+  lblbuild.caption = " Build(" + revision + ')';
+  lblConf.caption = "Designed for " + settings.config.brand.Get() + "  mobile terminals";
+  const auto close = [this] { visible = false; };
+  cmdOK.click = close;
+  queryUnload = close;
+  keyDown = [close](KeyEvent& key) {
+    if (key.keyCode != kEnter && key.keyCode != kEsc) return;
+    key.handled = true;
+    close();
+  };
+  cmdOK.SetFocus();
+}
+
+}  // namespace corvex
