@@ -1,6 +1,7 @@
 #include "session/StatusPanel.h"
 
 #include <chrono>
+#include <cstdint>
 
 #include "common/Text.h"
 
@@ -8,17 +9,11 @@ namespace corvex {
 
 namespace {
 
-// Where the time stands with a zone behind it, and without.
+// Where the time stands with a zone behind it, and without; on a screen of the width that it is made with.
 constexpr Twips kTimeLeftWithZone = 4905;
 constexpr Twips kTimeLeft = 6000;
 
 constexpr int kToneMilliseconds = 100;
-
-void MoveLeft(Control& control, Twips left) {
-  Rect rect = control.rect;
-  rect.left = left;
-  control.rect = rect;
-}
 
 void ShowDegrees(Label& label, const std::string& text) {
   // One blank means that there is no such sensor; a number that is too large is taken for the same.
@@ -51,17 +46,20 @@ void StatusPanel::ShowSignal() {
 
 void StatusPanel::ShowTime() {
   window_.lblTime.caption = state_.timeText;
-  if (!state_.zoneText.empty()) {
-    window_.lblZone.caption = state_.zoneText;
-    MoveLeft(window_.lblTime, kTimeLeftWithZone);
-  } else {
-    // The time moves over the zone, whose text stays.
-    MoveLeft(window_.lblTime, kTimeLeft);
-  }
+  if (!state_.zoneText.empty()) window_.lblZone.caption = state_.zoneText;
+  PlaceTime();
   window_.lblTime.toolTip = state_.dateLongText;
   window_.lblTime.visible = true;
   window_.lblTime.BringToFront();
   main_.rxSeen = true;
+}
+
+void StatusPanel::PlaceTime() {
+  // Without a zone the time stands over the old one, whose text stays.
+  const std::int64_t left = state_.zoneText.empty() ? kTimeLeft : kTimeLeftWithZone;
+  Rect rect = window_.lblTime.rect;
+  rect.left = static_cast<Twips>(left * window_.frmScreen.rect.Get().width / TermControls::kScreenWidth);
+  window_.lblTime.rect = rect;
 }
 
 void StatusPanel::ShowMail(bool waiting) {

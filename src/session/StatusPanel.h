@@ -21,7 +21,8 @@ class StatusPanel {
 
   void SoundTone();
   void ShowSignal();
-  void ShowTime();  ///< A time tag also counts as a sign of life of the modem.
+  void ShowTime();   ///< A time tag also counts as a sign of life of the modem.
+  void PlaceTime();  ///< In proportion to the width of the screen, which has changed.
   void ShowMail(bool waiting);
   void ShowSim(bool inUse);
   void ShowTemperature();

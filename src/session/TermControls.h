@@ -23,6 +23,7 @@ class TermControls : public Form {
  public:
   static constexpr Twips kWidth = 8950;          ///< Outer width of the window.
   static constexpr Twips kCompactHeight = 4095;  ///< Outer height without the service panels.
+  static constexpr Twips kScreenWidth = 7530;    ///< Of the terminal area.
   static constexpr std::size_t kSoftKeys = 4;
   static constexpr int kSignal = 7;  ///< The place of the signal display in corvexLbl.
 
@@ -56,7 +57,7 @@ class TermControls : public Form {
   // The terminal area, with the indicators above the rows.
   Frame frmScreen{*this,
                   {.name = "frmScreen",
-                   .rect = {1260, 60, 7530, 2720},
+                   .rect = {1260, 60, kScreenWidth, 2720},
                    .accessible = "Screen of the modem unit",
                    .look = Look::Screen}};
   std::array<Label, 8> corvexLbl{{
@@ -210,7 +211,8 @@ class TermControls : public Form {
       {frmAux, PanelDesign(3)},
       {frmAux, PanelDesign(4)},
   }};
-  TabStrip tabConnect{fmOnTab[0], {.name = "tabConnect", .rect = {60, 30, 8400, 360}}, {"Serial", "LAN"}};
+  // The tabs keep their size at any zoom; their panels begin below them at the smallest.
+  TabStrip tabConnect{fmOnTab[0], {.name = "tabConnect", .rect = {60, 0, 8400, 330}}, {"Serial", "LAN"}};
   Frame frmSerial{fmOnTab[0], {.name = "frmSerial", .rect = {60, 390, 8400, 1830}, .visible = false}};
   Label lblPortNumber{frmSerial, ValueLabelDesign(0, "lblPortNumber", "Port")};
   TextBox txtPort{frmSerial, ValueDesign(0, "txtPort", "Which serial port is the modem connected to?")};
@@ -271,7 +273,7 @@ class TermControls : public Form {
   MenuItem mnuSlaveONSlave{mnuTelnet, {.name = "mnuSlaveONSlave", .caption = "Slave Mub on Slave SDU"}};
   MenuItem mnuHelp{*this, {.name = "mnuHelp", .caption = "&Help"}};
   MenuItem mnuManual{mnuHelp, {.name = "mnuManual", .caption = "User Manual"}};
-  MenuItem mnuAbout{mnuHelp, {.name = "mnuAbout", .caption = "About", .enabled = false}};
+  MenuItem mnuAbout{mnuHelp, {.name = "mnuAbout", .caption = "About"}};
 
   // Intervals in milliseconds.
   Timer tmrStart{*this, {.name = "tmrStart", .enabled = false, .interval = 100}};

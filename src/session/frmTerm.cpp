@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "common/frmAbout.h"
 #include "session/PopUp.h"
 
 namespace corvex {
@@ -53,6 +54,7 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
   txtRx.multiLine = true;
   txtRx.locked = true;
   for (TextBox* shown : {&txtPort, &txtSpeed, &txtData, &txtStopBits}) shown->locked = true;
+  tabConnect.BringToFront();  // its panels, which are zoomed, begin a little under it at the smallest
   ConnectEvents();
   keys_.Connect();
 }
@@ -66,6 +68,7 @@ void frmTerm::ConnectEvents() {
   tags_.onCompression = [this](TagToken kind, std::string_view toolTip) {
     status_.ShowCompression(kind, toolTip);
   };
+  layout_.adjusted = [this] { status_.PlaceTime(); };
   dispatcher_.shutdown = [this] { modes_.ShutDown(); };
 
   // A click while the program is closing must not start anything that talks to the modem.
@@ -90,6 +93,8 @@ void frmTerm::ConnectEvents() {
     Close();
   };
   mnuGPS.click = [this] { ToggleGps(); };
+  mnuZoomIn.click = unlessClosing([this] { layout_.ZoomIn(); });
+  mnuZoomOut.click = unlessClosing([this] { layout_.ZoomOut(); });
   mnuSndBeep.click = [this] {
     settings_.config.sound.SetBeep();
     SetSoundMenu();
@@ -103,6 +108,7 @@ void frmTerm::ConnectEvents() {
   mnuMasterONSlave.click = unlessClosing([this] { modes_.SelectMub(2); });
   mnuSlaveONSlave.click = unlessClosing([this] { modes_.SelectMub(3); });
   mnuManual.click = [this] { platform_.dialogs.MessageBox("Insert the user CD for your terminal"); };
+  mnuAbout.click = unlessClosing([this] { frmAbout(*this, settings_).ShowModal(); });
   tabConnect.click = [this] {
     frmSerial.visible = tabConnect.selected == 1;
     frmLan.visible = tabConnect.selected == 2;
@@ -136,13 +142,23 @@ void frmTerm::ConnectEvents() {
     tmrMsg.enabled = false;
     if (main_.mode != ModemMode::Closing) ClearPopUp(*this);
   };
-  tmrResize.tick = [this] { tmrResize.enabled = false; };
+  tmrResize.tick = [this] {
+    tmrResize.enabled = false;
+    if (main_.mode != ModemMode::Closing) layout_.Settle();
+  };
   tmrSpawnBook.tick = unlessClosing([this] { modes_.OpenPhoneBook(); });
 
   activate = [this] { OnActivate(); };
   deactivate = [this] { SavePosition(); };
   resize = [this] {
-    if (windowState == WindowState::Minimized) modes_.StopTimers();
+    if (windowState == WindowState::Minimized) {
+      modes_.StopTimers();
+      return;
+    }
+    const Pointer before = pointer;  // of a probe, perhaps
+    pointer = Pointer::Hourglass;
+    layout_.FollowSize();
+    pointer = before;
   };
   queryUnload = [this] { Close(); };
 }
@@ -265,6 +281,7 @@ void frmTerm::Close() {
   modes_.StopTimers();
   link_.CloseLink();
   Pause(loop(), 0.2);
+  layout_.EndScaling();
   loop().End();
 }
 

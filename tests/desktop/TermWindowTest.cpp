@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QStyleOptionButton>
+#include <QTabBar>
 #include <QTest>
 
 #include "Wait.h"
@@ -138,6 +140,59 @@ TEST_F(TermWindowTest, TheTextViewTakesNoKeyButTheCopying) {
   EXPECT_EQ(view.toPlainText(), QStringLiteral("answer"));
   EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("answer"));
   EXPECT_EQ(TakeSent(), "");
+}
+
+/// What of a widget and of its text does not fit where it stands; empty if all does.
+std::string Cut(const QWidget& widget) {
+  const QRect place = widget.geometry();
+  if (!widget.parentWidget()->rect().contains(place)) return "outside its container";
+  QSize text;
+  QRect room = widget.contentsRect();
+  if (const auto* label = dynamic_cast<const QLabel*>(&widget)) {
+    const int flags = label->wordWrap() ? Qt::TextWordWrap : 0;
+    text = label->fontMetrics().boundingRect(room, flags, label->text()).size();
+  } else if (const auto* button = dynamic_cast<const QAbstractButton*>(&widget)) {
+    text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text());
+  }
+  return text.width() <= room.width() && text.height() <= room.height() ? "" : "text cut off";
+}
+
+TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
+  NEEDS_SESSION();
+  port.Arrive(
+      "<tml><Gps>N 59 54.21 E 010 44.61</tml><tml><Date>12:34|2006.03.31|UTC</tml><tml><Temp>41</tml>");
+  ASSERT_TRUE(Becomes(loop, [&] { return term.mnuZoomOut.enabled.Get(); }));
+  const auto click = [this](MenuItem& entry) {
+    loop.Enter([&entry] { entry.click(); });
+    test::Elapse(loop, 150ms);
+  };
+  const auto look = [this](int step) {
+    SCOPED_TRACE(step);
+    for (const QWidget* widget : window().findChildren<QWidget*>()) {
+      if (widget->objectName().isEmpty() || widget->objectName().startsWith(u"qt_")) continue;
+      if (widget->visibleRegion().isEmpty()) continue;
+      EXPECT_EQ(Cut(*widget), "") << widget->objectName().toStdString();
+    }
+    const QLabel& row = Find<QLabel>("corvexLbl");
+    EXPECT_LE(row.fontMetrics().horizontalAdvance(QString(40, u'M')), row.width() - row.indent());
+  };
+  const QSize compact = window().size();
+  click(term.mnuZoomOut);
+  for (int step = -1; step <= 3; ++step) {
+    look(step);
+    if (step < 3) click(term.mnuZoomIn);
+  }
+  click(term.mnuPort);
+  ASSERT_TRUE(Becomes(loop, [&] { return term.main().mode == ModemMode::PortSetup; }));
+  for (int step = 3; step >= -1; --step) {
+    test::Elapse(loop, 150ms);
+    EXPECT_FALSE(Find<QTabBar>("tabConnect").visibleRegion().isEmpty());
+    look(step);
+    click(term.mnuZoomOut);
+  }
+  click(term.mnuPort);
+  click(term.mnuZoomIn);
+  EXPECT_TRUE(Becomes(loop, [&] { return window().size() == compact; }));
 }
 
 TEST_F(TermWindowTest, ClosingInTheMiddleOfAWalkSaysGoodbyeAndEnds) {
