@@ -95,8 +95,6 @@ class Event {
   void operator()(Args... args) const {
     if (handler_) handler_(std::forward<Args>(args)...);
   }
-  /// Whether the slot is filled.
-  explicit operator bool() const { return static_cast<bool>(handler_); }
 
  private:
   Handler handler_;
