@@ -295,6 +295,7 @@ void TerminalLink::CloseLink() {
     log_.Closed();
     comPort_.Close();
   }
+  if (std::exchange(loginDoubted_, false)) login_.ResetLogin();
 }
 
 void TerminalLink::LeaveMub() {

@@ -59,6 +59,8 @@ class TerminalLink {
   /// The next opening logs in anew. Over a serial port nothing else asks for it: the ERB unit keeps its
   /// session while the port is closed, and so does the login.
   void ForgetLogin() { login_.ResetLogin(); }
+  /// The same once the link is closed: no modem has answered, and it may be the ERB unit that has begun anew.
+  void DoubtLogin() { loginDoubted_ = true; }
 
   // Command and response.
 
@@ -97,6 +99,7 @@ class TerminalLink {
   TelnetLogin login_;
   bool commBusy_ = false;
   bool openRefused_ = false;
+  bool loginDoubted_ = false;
   bool socketRecorded_ = true;  // the present connection, if there is one, stands in the recording
 };
 

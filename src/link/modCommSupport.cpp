@@ -62,7 +62,11 @@ ProbeWord ModemProbe::DetectModem() {
   PauseShort(window_.loop());
   if (overtaken()) return ProbeWord::None;
   const ProbeWord word = AskModel();
-  if (word == ProbeWord::Ok) AskUpgrade();
+  if (word == ProbeWord::Ok) {
+    AskUpgrade();
+  } else if (!overtaken()) {
+    link_.DoubtLogin();
+  }
   return word;
 }
 

@@ -52,6 +52,7 @@ struct Routed {
   Program p;
   frmTerm& term = p.term;
   std::function<void(simulation::Faults)> setFaults;
+  std::function<void(std::string_view)> hear;  ///< The far side hears what the program has not said.
   std::function<void()> hangUp;  ///< A serial port is gone then until `available` says otherwise.
   std::function<const simulation::Unit*()> unit;  ///< The unit that is reached, or null.
   std::function<void(std::string_view)>
@@ -70,6 +71,7 @@ struct Routed {
     };
     setFaults = [link](simulation::Faults faults) { link->SetFaults(faults); };
     hangUp = [link] { link->HangUp(); };
+    hear = [link](std::string_view bytes) { link->unit.Receive(bytes); };
     unit = [link] { return Reached(link->unit); };
   }
 };

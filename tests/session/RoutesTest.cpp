@@ -102,6 +102,16 @@ TEST_P(RoutesTest, ComesBackFromAHangUpBehindAnyByteOfItsDialogue) {
   }
 }
 
+TEST_P(RoutesTest, ComesBackWhenTheFarSideHasBegunAnew) {
+  Routed r(GetParam());
+  r.p.Start(2);
+  r.hear("AT+ERB_TRANSPARENT_MODE\x18");
+  EXPECT_EQ(r.UnitShows(), "");
+  r.p.loop.Run(30);
+  EXPECT_EQ(r.term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(r.UnitShows(), "idle");
+}
+
 class ErbRoutesTest : public RoutesTest {};
 
 // An empty prompt is met by whatever comes, so that a login cannot succeed with some. Nothing may run away.
