@@ -354,7 +354,8 @@ void ModeMachine::RefreshMenuMarks() {
 }
 
 void ModeMachine::Watchdog() {
-  // A failed connect is tried again whatever the line says: a key may have opened it to a modem that talks on.
+  // A failed connect is tried again whatever the line says: a key may have opened it to a modem that talks
+  // on.
   if (!p_.main.rxSeen || p_.main.mode == ModemMode::Failed) {
     const Overtaken overtaken = BeginPassage();
     p_.link.CloseLink();
