@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <deque>
 #include <random>
@@ -8,14 +9,14 @@
 #include "session/Route.h"
 
 // A user at work on a bad line. Each seed is one run: its route, its ERB unit, and several phases in which
-// the line drops, garbles, delays, cuts or hangs up. CORVEX_SEEDS sets how many seeds are run.
+// the line drops, garbles, delays, cuts or hangs up. CORVEX_SEEDS sets how many are run, CORVEX_SEED runs one
+// alone.
 
 namespace corvex {
 namespace {
 
 using simulation::Faults;
 using simulation::MubState;
-using test::Route;
 using test::Routed;
 using test::Step;
 
@@ -61,7 +62,6 @@ class FaultWalk {
   /// again without an end, and the program is meant to.
   void Spoil() {
     r_.p.loop.After(std::chrono::seconds(5 + random_() % 20), [this] { r_.setFaults({}); });
-
     Faults faults{.seed = static_cast<std::uint32_t>(random_()), .garble = Share(0.01), .drop = Share(0.01)};
     if (Chance(3)) faults.late = std::chrono::milliseconds(random_() % 1500);
     faults.cut = Chance(2);
@@ -71,7 +71,7 @@ class FaultWalk {
   }
 
   /// The user does what he can for so long: goes on with his walk where he sees a screen of it, and now and
-  /// then loses his patience. An adapter that was lost is plugged in again.
+  /// then loses his patience or takes another MUB. An adapter that was lost is plugged in again.
   void Work(double seconds) {
     const double until = r_.Now() + seconds;
     while (r_.Now() < until) {
@@ -80,6 +80,8 @@ class FaultWalk {
       if (Chance(4)) r_.p.comPort.available = true;
       if (Chance(60)) {
         r_.p.Do([this] { r_.term.cmdTop[0].click(); });
+      } else if (r_.HasErb() && Chance(60)) {
+        r_.p.Do([this] { (Chance(2) ? r_.term.mnuSlaveONMaster : r_.term.mnuMasterONSlave).click(); });
       } else if (Chance(40)) {
         Clear();
       } else if (const Step* step = StepInSight(); step != nullptr && step->act) {
@@ -145,10 +147,14 @@ class FaultWalk {
 };
 
 TEST(FaultWalks, ComeBackAndSendEachKeyOnceWhereItWasPressed) {
-  const char* wanted = std::getenv("CORVEX_SEEDS");
-  const int seeds = wanted == nullptr ? 50 : std::atoi(wanted);
-  for (int seed = 1; seed <= seeds && !HasFailure(); ++seed) {
-    SCOPED_TRACE("seed " + std::to_string(seed));
+  const auto number = [](const char* name, int otherwise) {
+    const char* text = std::getenv(name);
+    return text == nullptr ? otherwise : std::atoi(text);
+  };
+  const int only = number("CORVEX_SEED", 0);
+  const int last = only > 0 ? only : number("CORVEX_SEEDS", 50);
+  for (int seed = std::max(only, 1); seed <= last && !HasFailure(); ++seed) {
+    SCOPED_TRACE("CORVEX_SEED=" + std::to_string(seed));
     FaultWalk(static_cast<std::uint32_t>(seed)).Run();
   }
 }

@@ -62,6 +62,15 @@ TEST(FaultyLine, IsLateAndCutsButKeepsTheOrder) {
   EXPECT_LE(faulty.Text().size(), FaultyLine::kLimit);
 }
 
+TEST(FaultyLine, KeepsTheOrderWhenItsFaultsEnd) {
+  Faulty faulty({.late = 1s});
+  faulty.line.Send("late, ");
+  faulty.line.SetFaults({});
+  faulty.line.Send("in time");
+  faulty.loop.Run(2);
+  EXPECT_EQ(faulty.Text(), "late, in time");
+}
+
 TEST(FaultyLine, HangsUpOnceAfterItsBytesAndStartsAfresh) {
   Faulty faulty({.hangUpAfter = 5});
   faulty.line.Send("abc");
