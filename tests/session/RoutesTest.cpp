@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "session/Route.h"
 
@@ -28,6 +29,21 @@ std::string Recorded(const Routed& r) {
     if (file.path().filename().string().starts_with("wire-")) return ReadFile(file.path());
   }
   return {};
+}
+
+/// The first line that two recordings do not share; empty if they are the same.
+std::string FirstDifference(const std::string& got, const std::string& wanted) {
+  std::istringstream a(got);
+  std::istringstream b(wanted);
+  std::string lineA;
+  std::string lineB;
+  for (int line = 1;; ++line) {
+    const bool moreA = static_cast<bool>(std::getline(a, lineA));
+    const bool moreB = static_cast<bool>(std::getline(b, lineB));
+    if (!moreA && !moreB) return "";
+    if (moreA == moreB && lineA == lineB) continue;
+    return "line " + std::to_string(line) + "\n  " + lineA + "\nwanted\n  " + lineB;
+  }
 }
 
 class RoutesTest : public ::testing::TestWithParam<Route> {};
@@ -63,7 +79,7 @@ TEST_P(RoutesTest, PassesTheBytesOfItsRecording) {
   if (std::getenv("CORVEX_RENEW_RECORDINGS") != nullptr) {
     std::ofstream(path.string() + ".log", std::ios::binary) << recorded;
   }
-  EXPECT_EQ(recorded, ReadFile(path.string() + ".log"));
+  EXPECT_EQ(FirstDifference(recorded, ReadFile(path.string() + ".log")), "");
 }
 
 TEST_P(RoutesTest, AKeyThatFindsTheLinkDownOpensItOnce) {
