@@ -29,6 +29,8 @@ class TerminalLink {
 
   bool LinkIsLan() const { return settings_.config.lan.Get(); }
   bool LoginComplete() const { return login_.LoginComplete(); }
+  /// The login waits for the user, who is typing the password.
+  bool AsksPassword() const { return login_.Asking(); }
 
   // Sending.
 

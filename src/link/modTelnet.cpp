@@ -1,5 +1,6 @@
 #include "link/modTelnet.h"
 
+#include "common/ScopedFlag.h"
 #include "common/Text.h"
 
 namespace corvex {
@@ -7,6 +8,7 @@ namespace corvex {
 void TelnetLogin::ResetLogin() {
   loginBuffer_.clear();
   state_ = LoginState::Idle;
+  ++login_;
 }
 
 bool TelnetLogin::Holds(const std::string& prompt) const {
@@ -16,6 +18,7 @@ bool TelnetLogin::Holds(const std::string& prompt) const {
 void TelnetLogin::LoginStep(std::string_view text) {
   if (text.empty()) return;
   loginBuffer_ += UpperCase(text);
+  const unsigned login = login_;
   const auto& config = settings_.config;
   // The order decides when several prompts have come in one piece.
   if (Holds(config.promptusername.Get())) {
@@ -49,6 +52,7 @@ void TelnetLogin::LoginStep(std::string_view text) {
     loginBuffer_.clear();
     actions_.sendCancel();
   }
+  if (login != login_) return;  // another login has begun in a wait of this step; the line is its affair
   // After a refused password this is the second CR LF; both are meant.
   if (state_ == LoginState::Idle && loginBuffer_.empty()) actions_.writeText(kCrLf);
   if (loginBuffer_.size() > kBufferBound) loginBuffer_.erase(0, loginBuffer_.size() - kBufferBound / 2);
@@ -56,10 +60,16 @@ void TelnetLogin::LoginStep(std::string_view text) {
 
 void TelnetLogin::AskForPassword() {
   auto& config = settings_.config;
-  const auto typed = actions_.ask("Enter password for " + config.username.Get(),
-                                  "Telnet login Mub " + config.mubselect.Get());
+  const unsigned login = login_;
+  std::optional<std::string> typed;
+  {
+    const ScopedFlag asking(asking_);
+    typed = actions_.ask("Enter password for " + config.username.Get(),
+                         "Telnet login Mub " + config.mubselect.Get());
+  }
   // An empty text is stored too; a user who typed nothing at all keeps what he has.
   if (typed) config.password.Set(*typed);
+  if (login != login_) return;  // the next login uses it
   actions_.writeText(kCrLf);
   state_ = LoginState::Idle;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "common/INIFuncs.h"
 
@@ -43,6 +44,8 @@ class TelnetLogin {
   bool LoginComplete() const { return state_ == LoginState::Connected; }
   bool LoginFailed() const { return state_ == LoginState::Refused; }
   LoginState state() const { return state_; }
+  /// The user is being asked for the password.
+  bool Asking() const { return asking_; }
   /// The route needs no login, or it is over.
   void SetConnected() { state_ = LoginState::Connected; }
 
@@ -56,6 +59,8 @@ class TelnetLogin {
   SettingsStore& settings_;
   Actions actions_;
   LoginState state_ = LoginState::Idle;
+  unsigned login_ = 0;  // counts the logins that have begun
+  bool asking_ = false;
   std::string loginBuffer_;  // upper case; everything since the last match
 };
 

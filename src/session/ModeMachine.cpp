@@ -354,6 +354,8 @@ void ModeMachine::RefreshMenuMarks() {
 }
 
 void ModeMachine::Watchdog() {
+  // A second question would come over the one that is being answered.
+  if (p_.link.AsksPassword()) return;
   // A failed connect is tried again whatever the line says: a key may have opened it to a modem that talks
   // on.
   if (!p_.main.rxSeen || p_.main.mode == ModemMode::Failed) {

@@ -11,6 +11,7 @@ struct LoginTest : ::testing::Test, test::FakePlatform {
   std::string sent;
   std::vector<std::string> asked;
   std::optional<std::string> typed;
+  std::function<void()> whileAsked;
   TelnetLogin login{
       settings,
       {.writeText = [this](std::string_view text) { sent += text; },
@@ -19,6 +20,7 @@ struct LoginTest : ::testing::Test, test::FakePlatform {
        .ask =
            [this](std::string_view prompt, std::string_view title) {
              asked.push_back(std::string(prompt) + "|" + std::string(title));
+             if (whileAsked) whileAsked();
              return typed;
            }}};
 };
@@ -59,6 +61,18 @@ TEST_F(LoginTest, ARefusedPasswordIsAskedForAndStored) {
   EXPECT_EQ(settings.config.password.Get(), "kept");
 }
 
+TEST_F(LoginTest, APasswordTypedAfterTheNextLoginIsStoredAndDisturbsNothing) {
+  typed = "late";
+  whileAsked = [this] {
+    login.ResetLogin();
+    login.LoginStep("connected to modem");
+  };
+  login.LoginStep("Login incorrect");
+  EXPECT_EQ(settings.config.password.Get(), "late");
+  EXPECT_EQ(sent, "");
+  EXPECT_TRUE(login.LoginComplete());
+}
+
 TEST_F(LoginTest, AModemThatTalksAlreadyNeedsNoLogin) {
   login.LoginStep("<tml><Sig>");
   EXPECT_TRUE(login.LoginComplete());
@@ -88,6 +102,23 @@ TEST(LoginRoutes, AreGivenUpAfterTheirTime) {
     // A start returns when the probe is over, whatever time that takes.
     EXPECT_NEAR(std::chrono::duration<double>(p.loop.Now()).count(), c.seconds, 0.5);
   }
+}
+
+TEST(LoginRoutes, AQuestionThatStaysOpenIsNotAskedAgainByTheWatchdog) {
+  test::Program p;
+  p.settings.config.lan.Set(true);
+  p.settings.config.erbaccess.Set(true);
+  p.windows.activates = false;
+  p.sock.onOpened = [&] { p.sock.Arrive("Login incorrect"); };
+  p.dialogs.onBox = [&] { Pause(p.loop, 60); };
+  p.Start(0.2);
+  p.term.tmrWatchdog.enabled = true;
+  p.Do([&] { p.term.mnuTerminal.click(); });
+  EXPECT_EQ(p.dialogs.shown.size(), 1u);
+  EXPECT_EQ(p.sock.connects, 1);
+  p.dialogs.onBox = nullptr;
+  p.loop.Run(9);
+  EXPECT_EQ(p.sock.connects, 2) << "it goes on once the user has answered";
 }
 
 }  // namespace
