@@ -255,7 +255,7 @@ bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
     if (elapsed == giveUpAt) {
       CloseLink();
       Pause(loop_, 0.2);
-      login_.ResetLogin();
+      if (!overtaken()) login_.ResetLogin();
       return false;
     }
     if (elapsed > 10) return false;
@@ -299,8 +299,10 @@ void TerminalLink::CloseLink() {
 }
 
 void TerminalLink::LeaveMub() {
+  const Overtaken overtaken(main_);
   SendCancel();
   Pause(loop_, 0.1);
+  if (overtaken()) return;
   WriteText(kTransparentMode);
   Pause(loop_, 0.1);
 }

@@ -61,7 +61,7 @@ void ModeMachine::ConnectProbe() {
       // Nothing is detected in spite of the wording: the user is led to the port settings.
       if (p_.platform.dialogs.AskYesNo("Bad response - try and autodetect modem?") && !overtaken()) {
         EnterPortSetup();
-        main.mode = ModemMode::Failed;
+        if (main.mode == ModemMode::PortSetup) main.mode = ModemMode::Failed;  // else it was overtaken
       }
       break;
   }
@@ -209,8 +209,8 @@ void ModeMachine::EnterPortSetup() {
       window.fmOnTab[kAtPanel].visible = false;
       break;
     case ModemMode::Terminal:
-      p_.link.SendCancel();
       p_.main.tagSession = true;
+      p_.link.SendCancel();
       break;
     default:
       break;
@@ -327,6 +327,7 @@ void ModeMachine::SelectMub(int mub) {
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
   p_.state.mubInfoText.clear();
   const Overtaken overtaken = BeginPassage();
+  StopTimers();  // the watchdog would connect to the old one in the wait
   p_.link.LeaveMub();
   if (overtaken() || !TakeOffline(overtaken)) return;
   p_.link.CloseLink();
@@ -392,7 +393,9 @@ void ModeMachine::LeavePanel() {
 }
 
 void ModeMachine::LeaveTerminal() {
+  const Overtaken overtaken(p_.main);
   p_.link.SendCancel();
+  if (overtaken()) return;
   ClearScreen();
   p_.link.SendCancel();
 }

@@ -310,6 +310,43 @@ TEST(Overtaken, AProbeEndsWithoutAFurtherByteWhenTheUserGoesElsewhere) {
   }
 }
 
+TEST(Overtaken, WhatLeavesTheMenusSendsNothingMoreWhenTheUserGoesElsewhere) {
+  for (MenuItem frmTerm::*first :
+       {&frmTerm::mnuAT, &frmTerm::mnuTest, &frmTerm::mnuPort, &frmTerm::mnuSlaveONSlave}) {
+    for (MenuItem frmTerm::*second : {&frmTerm::mnuOffline, &frmTerm::mnuTerminal}) {
+      for (int after = 10; after < 300; after += 40) {
+        test::Session s;
+        std::size_t sentThen = 0;  // when what was clicked second had run to its end
+        s.p.loop.After(std::chrono::milliseconds(after), [&] {
+          s.p.loop.Enter([&] { (s.term.*second).click(); });
+          sentThen = s.p.comPort.sent.size();
+        });
+        s.p.Do([&] { (s.term.*first).click(); });
+        s.p.loop.Run(2);
+        SCOPED_TRACE((s.term.*first).name() + ' ' + (s.term.*second).name() + ' ' + std::to_string(after));
+        const bool online = second == &frmTerm::mnuTerminal;
+        EXPECT_EQ(s.term.main().mode, online ? ModemMode::Terminal : ModemMode::Offline);
+        EXPECT_EQ(s.p.comPort.sent.size(), sentThen);
+        EXPECT_EQ(s.term.main().tagSession, online);
+      }
+    }
+  }
+}
+
+TEST(Overtaken, TheWayIntoThePortPanelDoesNotFailASessionBegunMeanwhile) {
+  Program p;
+  std::optional<Responder> modem;
+  p.comPort.onSent = [&](std::string_view) { p.comPort.Arrive("\xF0\x0F"); };
+  p.dialogs.yes = true;  // to the port panel after rubbish
+  p.dialogs.onBox = [&] {
+    modem.emplace(p.comPort, HeronModem());
+    p.loop.After(std::chrono::milliseconds(20), [&] { p.loop.Enter([&] { p.term.mnuTerminal.click(); }); });
+  };
+  p.Start(6);
+  EXPECT_EQ(p.dialogs.shown.size(), 1u);
+  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
+}
+
 TEST(Overtaken, ALanConnectThatIsLeftStaysClosed) {
   for (const bool fallsBack : {true, false}) {
     Program p;
