@@ -129,6 +129,7 @@ void frmTerm::ConnectEvents() {
   });
   Command1.click = unlessClosing([this] {
     portPanel_.StoreRoute();
+    link_.ForgetLogin();  // of the route before
     modes_.RefreshMenuMarks();
     modes_.EnterPortSetup();
   });

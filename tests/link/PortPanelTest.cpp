@@ -144,6 +144,19 @@ TEST_F(PortPanelTest, TheLanPanelStoresTheRouteAndLeaves) {
   EXPECT_EQ(p.settings.port.com.Get(), "1");
 }
 
+TEST_F(PortPanelTest, ALoginOfTheRouteBeforeDoesNotCountOnTheNextOne) {
+  p.settings.config.lan.Set(true);
+  test::Responder modem(p.sock, test::HeronModem());
+  p.Start(1);
+  p.Do([this] { term.mnuTerminal.click(); });
+  ASSERT_EQ(term.main().mode, ModemMode::Terminal);
+  p.Do([this] { term.mnuPort.click(); });
+  Click(term.chkEnableLAN, false);
+  Click(term.chkEnableERB, true);
+  p.Do([this] { term.Command1.click(); });
+  EXPECT_TRUE(p.comPort.sent.starts_with("AT+ERB_TRANSPARENT_MODE\r\n")) << p.comPort.sent;
+}
+
 TEST_F(PortPanelTest, KeysOfTheWindowWorkWhereTheKeyboardIsNotTheModems) {
   p.Start(1);
   Key(112, false);
