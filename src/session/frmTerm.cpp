@@ -1,5 +1,6 @@
 #include "session/frmTerm.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -221,9 +222,10 @@ void frmTerm::SetSoundMenu() {
 
 void frmTerm::RestorePosition() {
   if (windowState == WindowState::Minimized) return;
+  constexpr Twips kMost = 1'000'000'000;  // beyond any screen, and leaves room to add a size
   Rect outer = rect;
-  outer.left = settings_.positions.termleft.Get();
-  outer.top = settings_.positions.termtop.Get();
+  outer.left = std::clamp(settings_.positions.termleft.Get(), -kMost, kMost);
+  outer.top = std::clamp(settings_.positions.termtop.Get(), -kMost, kMost);
   rect = outer;
 }
 

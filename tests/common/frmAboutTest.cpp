@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <cstdlib>
+
 #include "common/Version.h"
 #include "support/Program.h"
 
@@ -42,6 +45,23 @@ TEST_F(AboutTest, TellsTheVersionAndTheSessionGoesOnBehindIt) {
   EXPECT_EQ(p.comPort.sent, "");
   Open([this](frmAbout&) { term.queryUnload(); });
   EXPECT_TRUE(p.loop.Ended()) << "the program can end while it is open";
+}
+
+TEST(About, OpensOverAWindowThatTheSettingsHavePutAnywhere) {
+  for (const std::int32_t edge : {INT32_MAX, INT32_MIN}) {
+    test::Program p;
+    p.settings.positions.termleft.Set(edge);
+    p.settings.positions.termtop.Set(edge);
+    p.Start(0.2);
+    Rect place;
+    p.loop.After(std::chrono::milliseconds(50), [&] {
+      place = p.windows.attached.back()->rect;
+      p.windows.attached.back()->queryUnload();
+    });
+    p.Do([&] { p.term.mnuAbout.click(); });
+    EXPECT_EQ(place.left > 0, edge > 0);
+    EXPECT_LT(std::abs(place.left - p.term.rect.Get().left), p.term.rect.Get().width);
+  }
 }
 
 }  // namespace
