@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QToolTip>
+#include <algorithm>
 
 #include "desktop/QtText.h"
 #include "desktop/Style.h"
@@ -106,7 +107,9 @@ QFont MakeFont(const Font& font, bool fixedPitch) {
   QFont made = fixedPitch || IsTypewriter(name) ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
                                                 : QFont(QApplication::font());
   if (!name.isEmpty() && !IsTypewriter(name)) made.setFamily(name);
-  made.setPixelSize(std::max(qRound(font.size * 96 / 72), 1));
+  // The size may be any number of the settings file; no row of a screen has room for as much as this bound.
+  constexpr double kMostPixels = 500;
+  made.setPixelSize(qRound(std::clamp(font.size * 96 / 72, 1.0, kMostPixels)));
   made.setBold(font.bold);
   made.setItalic(font.italic);
   made.setUnderline(font.underline);

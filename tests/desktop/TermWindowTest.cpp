@@ -157,6 +157,20 @@ std::string Cut(const QWidget& widget) {
   return text.width() <= room.width() && text.height() <= room.height() ? "" : "text cut off";
 }
 
+TEST_F(TermWindowTest, ARowsFontOfAnySizeIsMadeToFitAtOnce) {
+  NEEDS_SESSION();
+  const QLabel& row = Find<QLabel>("corvexLbl");
+  for (const double size : {30'000.0, 2'147'483'647.0}) {
+    loop.Enter([&] { term.corvexLbl[0].font = Font{.name = "Courier", .size = size}; });
+    QElapsedTimer timer;
+    timer.start();
+    test::Elapse(loop, 50ms);
+    EXPECT_LT(timer.elapsed(), 1000);
+    EXPECT_LE(row.fontMetrics().horizontalAdvance(QString(40, u'M')), row.width() - row.indent());
+    EXPECT_GT(row.font().pixelSize(), 5);
+  }
+}
+
 TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   NEEDS_SESSION();
   port.Arrive(
