@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 
 #include "desktop/FormWindow.h"
@@ -85,6 +86,7 @@ std::optional<std::string> QtDialogs::InputBox(std::string_view prompt, std::str
   QInputDialog box(windows_.FrontWindow());
   box.setInputMode(QInputDialog::TextInput);
   box.setLabelText(ToShown(prompt));
+  for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box.setWindowTitle(ToShown(title).trimmed() + u' ');
   if (prompt.starts_with("Enter password")) box.setTextEchoMode(QLineEdit::Password);
   if (Run(box) != QDialog::Accepted) return std::nullopt;

@@ -60,6 +60,7 @@ TEST_F(QtDialogsTest, AnswersAreReturnedAndTextsShownAsTheyAre) {
       auto* line = box.findChild<QLineEdit*>();
       EXPECT_EQ(line->echoMode(), secret ? QLineEdit::Password : QLineEdit::Normal);
       line->setText(QStringLiteral(u"p\u00E6"));
+      EXPECT_EQ(box.findChild<QLabel*>()->textFormat(), Qt::PlainText);
       secret ? box.accept() : box.reject();
     });
     const auto answer = dialogs.InputBox(secret ? "Enter password for owner" : "Enter a name", "Owner");
