@@ -37,20 +37,23 @@ bool IsCharacterKey(int keyCode) {
 
 }  // namespace
 
-/// A walk of the modem's cursor, from its beginning on.
+/// A walk of the modem's cursor in a screen of one kind, from its beginning on.
 class Keys::Walk {
  public:
-  explicit Walk(Keys& keys)
+  Walk(Keys& keys, ScreenKind kind)
       : keys_(keys),
         walking_(keys.walking_),
         overtaken_(keys.p_.main),
-        kind_(keys.p_.state.screenKind),
+        kind_(kind),
+        began_(keys.p_.state.screenKind),
         escapes_(keys.escapes_) {}
 
   /// Whether a key would still reach the screen for which it was meant.
   bool GoesOn() const {
+    // A message or a print job that came over the screen has a kind of its own until the modem's next answer.
+    const ScreenKind kind = keys_.p_.state.screenKind;
     return !overtaken_() && keys_.p_.main.mode == ModemMode::Terminal && keys_.escapes_ == escapes_ &&
-           keys_.p_.state.screenKind == kind_;
+           (kind == kind_ || kind == began_);
   }
 
  private:
@@ -58,6 +61,7 @@ class Keys::Walk {
   ScopedFlag walking_;
   Overtaken overtaken_;
   ScreenKind kind_;
+  ScreenKind began_;
   unsigned escapes_;
 };
 
@@ -175,11 +179,13 @@ void Keys::ClickEscape() {
 /// Walks the modem's cursor to the chosen row. False if it did not get there; the list may then open again.
 bool Keys::MoveChoiceTo() {
   EventLoop& loop = p_.window.loop();
-  const int distance = p_.window.ListChoice.listIndex - ChoiceIndexOfCurrent(p_.state.choiceScreen);
+  const int chosen = p_.window.ListChoice.listIndex;
+  // Where the modem's cursor stands on no item and the user has chosen none, there is nowhere to go.
+  const int distance = chosen < 0 ? 0 : chosen - ChoiceIndexOfCurrent(p_.state.choiceScreen);
   p_.window.frmChoice.visible = false;
   RestoreFocus();
   if (distance == 0) return true;
-  const Walk walk(*this);
+  const Walk walk(*this, ScreenKind::ChoiceScreen);
   // The modem answers each step with the list anew, which must not open again.
   p_.main.screenHold = true;
   for (int step = 0; step < std::abs(distance) && walk.GoesOn(); ++step) {
@@ -200,9 +206,10 @@ bool Keys::MoveChoiceTo() {
 }
 
 void Keys::ChooseFromList() {
-  if (walking_ || p_.state.screenKind != ScreenKind::ChoiceScreen) return;
+  // A list that is left from before the screen was reset is none of the modem's.
+  if (walking_ || !p_.window.frmChoice.visible || p_.state.screenKind == ScreenKind::NoScreen) return;
   if (!MoveChoiceTo()) return;
-  const Walk walk(*this);
+  const Walk walk(*this, ScreenKind::ChoiceScreen);
   Pause(p_.window.loop(), 0.2);
   if (walk.GoesOn()) p_.link.WriteText(kEnter);
 }
@@ -316,7 +323,7 @@ void Keys::ClickRow(int row) {
 
 /// Walks the modem's cursor to a row, or presses enter in its own. False if it did not get there.
 bool Keys::WalkTable(int row) {
-  const Walk walk(*this);
+  const Walk walk(*this, ScreenKind::TableScreen);
   if (row == kCursorRow) p_.link.WriteText(kEnter);
   for (int step = row; step > kCursorRow && walk.GoesOn(); --step) SendCursorDown();
   for (int step = row; step < kCursorRow && walk.GoesOn(); ++step) SendCursorUp();
