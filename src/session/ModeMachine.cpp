@@ -440,6 +440,9 @@ void ModeMachine::StopTimers() {
     if (dynamic_cast<Timer*>(control) != nullptr) control->enabled = false;
   }
   ClearPopUp(p_.window);
+  if (!p_.main.rowsFrozen) return;
+  p_.main.rowsFrozen = false;
+  PaintRows(p_.window, p_.main, p_.state, p_.grid);
 }
 
 void ModeMachine::UpdateModeMenu() {

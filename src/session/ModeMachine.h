@@ -76,7 +76,8 @@ class ModeMachine {
   /// The tick of tmrWatchdog: connects anew if the modem has given no sign of life since the last one.
   void Watchdog();
 
-  /// Stops every timer of the window, and takes the popup down, which would stay for ever.
+  /// Stops every timer of the window, and ends what would stay for ever without: the popup, and rows that
+  /// stand still until the modem's cursor has been walked.
   void StopTimers();
   void UpdateModeMenu();
 

@@ -58,6 +58,16 @@ TEST(Keys, PressedAgainWhileTheLinkIsOpenedTheyAreNotSentTwice) {
   EXPECT_EQ(p.sock.sent, "AT+ERB_TRANSPARENT_MODE\r\n\x1B");
 }
 
+TEST_F(SessionTest, RowsDoNotStandStillWhereTheirTimerIsStopped) {
+  Feed("<tml><TableScreen></tml><tml><Paint></tml>");
+  p.Do([&] { term.corvexLbl[4].click(); });
+  Feed("\x1B[4;5Hnews");
+  EXPECT_EQ(term.corvexLbl[2].caption.Get().find("news"), std::string::npos);
+  term.windowState.Adopt(WindowState::Minimized);
+  p.Do([&] { term.resize(); });
+  EXPECT_NE(term.corvexLbl[2].caption.Get().find("news"), std::string::npos);
+}
+
 TEST_F(SessionTest, TheWayBackToTheTopIsSevenTimesClear) {
   p.comPort.sent.clear();
   p.Do([&] { term.keys().SendEscapeSeries(); });
