@@ -111,7 +111,8 @@ void Dispatcher::ServeFlags() {
   if (Taken(s.userChanged)) p_.status.ShowUserInfo();
   if (Taken(s.spotChanged)) p_.status.ShowSpotBeam();
   if (Taken(s.shutdown) && shutdown) shutdown();
-  if (Taken(s.bookMode)) window.tmrSpawnBook.enabled = true;
+  // Not behind the end of the session, which has stopped the timers.
+  if (Taken(s.bookMode) && p_.main.mode == ModemMode::Terminal) window.tmrSpawnBook.enabled = true;
 }
 
 void Dispatcher::ServePrint() {
