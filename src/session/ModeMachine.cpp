@@ -376,6 +376,7 @@ void ModeMachine::Watchdog() {
 void ModeMachine::LeavePanel() {
   switch (p_.main.mode) {
     case ModemMode::PortSetup:
+    case ModemMode::Failed:  // a wrong line speed has led to the panel
       p_.window.fmOnTab[kPortPanel].visible = false;
       break;
     case ModemMode::TestInterface:
