@@ -340,7 +340,7 @@ void Keys::ResyncScreen() {
 void Keys::Refresh() {
   p_.main.rowsFrozen = false;
   p_.window.tmrRefresh.enabled = false;
-  if (p_.main.mode == ModemMode::Closing) return;
+  if (LinkTaken()) return;
   p_.link.WriteText(kRefresh);
   p_.state.rowClean.fill(false);
   PaintRows(p_.window, p_.main, p_.state, p_.grid);

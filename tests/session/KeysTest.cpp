@@ -61,11 +61,20 @@ TEST(Keys, PressedAgainWhileTheLinkIsOpenedTheyAreNotSentTwice) {
 TEST_F(SessionTest, RowsDoNotStandStillWhereTheirTimerIsStopped) {
   Feed("<tml><TableScreen></tml><tml><Paint></tml>");
   p.Do([&] { term.corvexLbl[4].click(); });
-  Feed("\x1B[4;5Hnews");
+  Feed("\x1B[4;5Hnews<tml><Sig>31</tml>");
   EXPECT_EQ(term.corvexLbl[2].caption.Get().find("news"), std::string::npos);
   term.windowState.Adopt(WindowState::Minimized);
   p.Do([&] { term.resize(); });
   EXPECT_NE(term.corvexLbl[2].caption.Get().find("news"), std::string::npos);
+}
+
+TEST_F(SessionTest, ATableThatIsLeftDoesNotDisturbTheProbe) {
+  Feed("<tml><TableScreen></tml><tml><Paint></tml>");
+  p.Do([&] { term.corvexLbl[2].click(); });
+  p.loop.Run(0.6);
+  p.comPort.sent.clear();
+  p.Do([&] { term.mnuTerminal.click(); });
+  EXPECT_LT(p.comPort.sent.find("WQUILSTARTTMLB"), p.comPort.sent.find('\x12')) << p.comPort.sent;
 }
 
 TEST_F(SessionTest, TheWayBackToTheTopIsSevenTimesClear) {
