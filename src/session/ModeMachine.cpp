@@ -183,6 +183,7 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   p_.layout.HideTextView();
   window.frmNav.visible = true;
   window.frmNav.BringToFront();
+  p_.layout.FocusScreen();  // and not to whatever comes behind a list or a panel that is gone
   p_.main.rxSeen = false;
   p_.main.mode = ModemMode::Offline;
   UpdateModeMenu();

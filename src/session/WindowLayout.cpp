@@ -150,7 +150,9 @@ void WindowLayout::HideTextView() {
 
 void WindowLayout::HideLists() {
   window_.frmMenu.visible = false;
+  window_.ListMenu.visible = false;
   window_.frmChoice.visible = false;
+  if (window_.ListMenu.HasFocus() || window_.ListChoice.HasFocus()) FocusScreen();
 }
 
 void WindowLayout::FocusScreen() {

@@ -188,6 +188,7 @@ void frmTerm::Load() {
   ShowLogo();
   SetRowFont();
   modes_.RefreshMenuMarks();
+  CorvexFocus1.SetFocus();
   // From here on the window is seen; what follows waits for the first time.
   visible = true;
   link_.CloseLink();
@@ -258,6 +259,7 @@ void frmTerm::OnActivate() {
   lblGps[0].visible = show;
   mnuGPS.checked = show;
   logCheck.enabled = true;
+  keys_.RestoreFocus();  // what the modem has shown meanwhile was not focused
 }
 
 void frmTerm::ToggleGps() {

@@ -68,6 +68,26 @@ TEST_F(SessionTest, RowsDoNotStandStillWhereTheirTimerIsStopped) {
   EXPECT_NE(term.corvexLbl[2].caption.Get().find("news"), std::string::npos);
 }
 
+TEST_F(SessionTest, TheFocusGoesBackToTheScreenWhereverItsPlaceIsGone) {
+  const char* const menu = "<tml><MenuScreen><Title>Main menu<1>001Call|5<INDEXLINE>1</tml>";
+  const auto focusMenu = [&] {
+    Feed(menu, 0.1);
+    ASSERT_TRUE(term.ListMenu.HasFocus());
+  };
+  focusMenu();
+  term.SetActive(false);
+  Feed("<tml><TextScreen></tml><tml><Paint></tml>");
+  term.SetActive(true);
+  EXPECT_TRUE(term.CorvexFocus1.HasFocus()) << "a screen that came while another window was active";
+  for (MenuItem* way : {&term.mnuTest, &term.mnuOffline}) {
+    p.Do([&] { term.mnuTerminal.click(); });
+    focusMenu();
+    p.Do([&] { way->click(); });
+    EXPECT_TRUE(term.CorvexFocus1.HasFocus()) << way->name();
+    EXPECT_FALSE(term.ListMenu.visible);
+  }
+}
+
 TEST_F(SessionTest, ATableThatIsLeftDoesNotDisturbTheProbe) {
   Feed("<tml><TableScreen></tml><tml><Paint></tml>");
   p.Do([&] { term.corvexLbl[2].click(); });
