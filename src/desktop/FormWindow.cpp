@@ -159,6 +159,7 @@ void FormWindow::Flush() {
   work.reserve(dirty.size());
   for (ControlView* view : dirty) work.emplace_back(view, std::exchange(view->pending, {}));
 
+  const QWidget* const focused = focusWidget();
   for (const auto& [view, changes] : work) view->Apply(changes);
   for (const auto& [view, changes] : work) {
     if (changes.Has(Change::Visible)) view->ApplyVisible();
@@ -173,6 +174,8 @@ void FormWindow::Flush() {
   for (const ControlView* view : raised) view->widget()->raise();
 
   if (formChanges.Any()) ApplyForm(formChanges);
+  // What has gone with the focus leaves it to nothing: Qt would give it to the next button, for the next key.
+  if (focused != nullptr && (focusWidget() != focused || !focused->isVisibleTo(this))) client_->setFocus();
   if (const Control* focus = std::exchange(focusPending_, nullptr); focus != nullptr) {
     QWidget* const widget = viewOf_.at(focus)->widget();
     if (widget != nullptr && widget->isVisibleTo(this)) widget->setFocus(Qt::OtherFocusReason);
@@ -318,6 +321,7 @@ void FormWindow::AdoptFocus() {
   // The widget that has the focus, or will have it when the window is active again.
   const QWidget* focused = focusWidget();
   if (focused == nullptr) return;
+  if (focused == client_) form_->AdoptFocus(nullptr);
   for (const auto& view : views_) {
     if (view->widget() == focused) form_->AdoptFocus(&view->control());
   }

@@ -147,6 +147,7 @@ class EntryList : public QListView {
     if (panel != nullptr && panel->look() == Look::Window) setFrameShape(QFrame::NoFrame);
   }
   EntryModel model;
+  bool takesDigits = false;  ///< They are keys to the modem too.
   std::function<void(char)> typed;
   std::function<void(int)> moved;
 
@@ -160,8 +161,15 @@ class EntryList : public QListView {
   void keyPressEvent(QKeyEvent* event) override {
     const char c = TypedCharacter(*event);
     if (c != 0) typed(c);
-    if (c == '\r' || c == '\n' || c == '\x1B' || (c >= '0' && c <= '9')) return;
+    if (c == '\r' || c == '\n' || c == '\x1B' || (takesDigits && c >= '0' && c <= '9')) return;
     QListView::keyPressEvent(event);
+  }
+  /// Without a selection there is nothing that Enter would choose; Qt would begin with the first entry,
+  /// unseen.
+  void focusInEvent(QFocusEvent* event) override {
+    const bool none = !currentIndex().isValid();
+    QListView::focusInEvent(event);
+    if (none) setCurrentIndex({});
   }
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
     QListView::currentChanged(current, previous);
@@ -216,6 +224,7 @@ class EntryListView : public WidgetView<Kind, EntryList> {
 class IconListView : public EntryListView<ListView, 1> {
  public:
   IconListView(FormWindow& window, ListView& list) : EntryListView(window, list, list.selected) {
+    shown_->takesDigits = true;
     shown_->setViewMode(QListView::IconMode);
     shown_->setMovement(QListView::Static);
     shown_->setResizeMode(QListView::Adjust);

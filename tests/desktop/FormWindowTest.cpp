@@ -192,6 +192,10 @@ TEST_F(FormWindowTest, ListsTellKeysAndUseOnlyTheOthers) {
   EXPECT_EQ(typed,
             "1\r\x1B"
             "e");
+  form->box.AddItem("2 more");
+  Turn();
+  QTest::keyClick(Find<QWidget>("box"), Qt::Key_2);
+  EXPECT_EQ(form->box.listIndex, 2) << "in a plain list it does";
 }
 
 TEST_F(FormWindowTest, ASelectionOfTheLogicIsNotUndoneByAnOlderOneOfTheUser) {
@@ -217,7 +221,19 @@ TEST_F(FormWindowTest, AShownControlCanHaveTheFocusInTheSameTurn) {
   EXPECT_EQ(form->Focused(), &form->up);
   form->frame.visible = false;
   Turn();
-  EXPECT_FALSE(form->up.HasFocus());
+  EXPECT_EQ(form->Focused(), nullptr) << "nothing that the user has not chosen";
+  form->check.SetFocus();
+  Turn();
+  form->check.enabled = false;
+  Turn();
+  EXPECT_EQ(form->Focused(), nullptr);
+  // A list without a selection is not given one by the focus.
+  form->box.SetFocus();
+  Turn();
+  ASSERT_TRUE(form->box.HasFocus());
+  EXPECT_EQ(form->box.listIndex, -1);
+  QTest::keyClick(Find<QWidget>("box"), Qt::Key_Down);
+  EXPECT_EQ(form->box.listIndex, 0);
   // A hidden control is not given it.
   form->keys.SetFocus();
   form->button.SetFocus();
