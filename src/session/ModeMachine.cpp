@@ -165,15 +165,12 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
   CloseTrace();
-  ResetScreen();
-  StopTimers();
-  window.lblsim.visible = false;
-  window.corvexLbl[TermControls::kSignal].visible = false;
-  window.lblTemp.visible = false;
-  window.lblTempPsu.visible = false;
-  p_.main.tagSession = false;
-  if (p_.main.mode == ModemMode::Terminal) p_.link.SendCancel();
-  if (overtaken()) return false;
+  EndSession();
+  if (p_.main.mode == ModemMode::Terminal) {
+    p_.link.SendCancel();
+    if (overtaken()) return false;
+    EndSession();  // what the modem has still said is shown no more
+  }
   window.pointer = Pointer::Normal;  // of a probe that was left
   p_.layout.HideLists();
   PaintRows(window, p_.main, p_.state, p_.grid);
@@ -188,6 +185,17 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   p_.main.mode = ModemMode::Offline;
   UpdateModeMenu();
   return true;
+}
+
+void ModeMachine::EndSession() {
+  TermControls& window = p_.window;
+  ResetScreen();
+  StopTimers();
+  window.lblsim.visible = false;
+  window.corvexLbl[TermControls::kSignal].visible = false;
+  window.lblTemp.visible = false;
+  window.lblTempPsu.visible = false;
+  p_.main.tagSession = false;
 }
 
 void ModeMachine::EnterPortSetup() {

@@ -84,6 +84,7 @@ class ModeMachine {
  private:
   Overtaken BeginPassage();
   bool TakeOffline(const Overtaken& overtaken);
+  void EndSession();
   void EnterByTagMode(const Overtaken& overtaken, bool tellsFailure);
   void LeavePanel();
   void LeaveTerminal();
