@@ -443,6 +443,7 @@ void ModeMachine::ShowTextPanel(std::size_t panel) {
   window.txtRx.visible = true;
   p_.layout.ShowPanel(panel);
   p_.layout.HideLists();
+  p_.layout.FocusScreen();
 }
 
 void ModeMachine::StopTimers() {

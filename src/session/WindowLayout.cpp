@@ -152,7 +152,6 @@ void WindowLayout::HideLists() {
   window_.frmMenu.visible = false;
   window_.ListMenu.visible = false;
   window_.frmChoice.visible = false;
-  if (window_.ListMenu.HasFocus() || window_.ListChoice.HasFocus()) FocusScreen();
 }
 
 void WindowLayout::FocusScreen() {

@@ -79,6 +79,10 @@ TEST_F(SessionTest, TheFocusGoesBackToTheScreenWhereverItsPlaceIsGone) {
   Feed("<tml><TextScreen></tml><tml><Paint></tml>");
   term.SetActive(true);
   EXPECT_TRUE(term.CorvexFocus1.HasFocus()) << "a screen that came while another window was active";
+  p.Do([&] { term.mnuPort.click(); });
+  ASSERT_TRUE(term.tabConnect.HasFocus());
+  p.Do([&] { term.mnuAT.click(); });
+  EXPECT_TRUE(term.CorvexFocus1.HasFocus()) << "from one panel to another";
   for (MenuItem* way : {&term.mnuTest, &term.mnuOffline}) {
     p.Do([&] { term.mnuTerminal.click(); });
     focusMenu();
