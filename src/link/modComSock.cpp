@@ -300,6 +300,7 @@ void TerminalLink::CloseLink() {
 
 void TerminalLink::LeaveMub() {
   const Overtaken overtaken(main_);
+  DoubtLogin();  // at once: whoever overtakes this logs in anew too
   SendCancel();
   Pause(loop_, 0.1);
   if (overtaken()) return;

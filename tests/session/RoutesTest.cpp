@@ -130,6 +130,20 @@ TEST_P(RoutesTest, ComesBackWhenTheFarSideHasBegunAnew) {
 
 class ErbRoutesTest : public RoutesTest {};
 
+TEST_P(ErbRoutesTest, TakesAnotherMubForAnImpatientUserToo) {
+  for (int after = 10; after < 500; after += 40) {
+    SCOPED_TRACE(after);
+    Routed r(GetParam());
+    r.p.Start(2);
+    r.p.loop.After(std::chrono::milliseconds(after),
+                   [&r] { r.p.loop.Enter([&r] { r.term.mnuTerminal.click(); }); });
+    r.p.Do([&r] { r.term.mnuMasterONSlave.click(); });
+    r.p.loop.Run(5);
+    EXPECT_EQ(r.term.caption.Get(), "Quil Wren  Master MUB on Slave SDU");
+    EXPECT_EQ(r.UnitShows(), "idle");
+  }
+}
+
 // An empty prompt is met by whatever comes, so that a login cannot succeed with some. Nothing may run away.
 TEST_P(ErbRoutesTest, SaysLittleWhateverThePromptsAre) {
   for (std::string text : {std::string(), std::string(" "), std::string("*"), std::string(100'000, 'x')}) {
