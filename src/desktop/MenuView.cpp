@@ -55,7 +55,8 @@ class MenuView : public ControlView {
 
  private:
   void ApplyChecked() {
-    if (item_.checked) action_->setCheckable(true);
+    // One that is not checked has no empty box either: it is then an action like those around it.
+    action_->setCheckable(item_.checked);
     action_->setChecked(item_.checked);
   }
 
