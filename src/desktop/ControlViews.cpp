@@ -6,6 +6,7 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 #include <QTabBar>
+#include <algorithm>
 
 #include "desktop/Icons.h"
 #include "desktop/Panel.h"
@@ -111,18 +112,41 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     // of the screen has room for all its columns at any size.
     const int smallest = row ? 1 : font.pixelSize() * 2 / 3;
     while (font.pixelSize() > smallest && !Fits(font, wraps)) font.setPixelSize(font.pixelSize() - 1);
+    if (wraps) font = SavingLine(font);
     shown_->setFont(font);
     shown_->setWordWrap(wraps);
     shown_->setAlignment(across | (several ? Qt::AlignTop : Qt::AlignVCenter));
   }
 
   bool Fits(const QFont& font, bool wraps) const {
-    constexpr int kColumns = 40;
-    const bool row = control_.look == Look::Screen;
-    const QRect place = shown_->contentsRect().adjusted(row ? kScreenIndent : 0, 0, 0, 0);
-    const QRect taken = QFontMetrics(font).boundingRect(place, wraps ? Qt::TextWordWrap : 0,
-                                                        row ? QString(kColumns, u'M') : shown_->text());
+    const QRect place = Place();
+    const QRect taken = Taken(font, wraps);
     return taken.width() <= place.width() && taken.height() <= place.height();
+  }
+
+  /// A font that is but a little smaller if the text then takes fewer lines, as a position does that would
+  /// have its last figures on a third one; else the same.
+  QFont SavingLine(const QFont& font) const {
+    const auto lines = [this](const QFont& in) {
+      return qRound(static_cast<double>(Taken(in, true).height()) / QFontMetrics(in).lineSpacing());
+    };
+    const int least = font.pixelSize() * 5 / 6;
+    QFont smaller = font;
+    while (smaller.pixelSize() > least) {
+      smaller.setPixelSize(smaller.pixelSize() - 1);
+      if (lines(smaller) < lines(font)) return smaller;
+    }
+    return font;
+  }
+
+  QRect Place() const {
+    return shown_->contentsRect().adjusted(control_.look == Look::Screen ? kScreenIndent : 0, 0, 0, 0);
+  }
+
+  QRect Taken(const QFont& font, bool wraps) const {
+    constexpr int kColumns = 40;
+    const QString text = control_.look == Look::Screen ? QString(kColumns, u'M') : shown_->text();
+    return QFontMetrics(font).boundingRect(Place(), wraps ? Qt::TextWordWrap : 0, text);
   }
 
   Panel* panel_;  ///< That it stands on, if it is one.
@@ -241,11 +265,15 @@ class Tabs : public QTabBar {
   QSize tabSizeHint(int index) const override { return {QTabBar::tabSizeHint(index).width(), height()}; }
 };
 
-/// The strip reaches across its container, however wide that has become.
+/// The strip reaches across its container, however wide that has become, and grows with it.
 class TabStripView : public WidgetView<TabStrip, Tabs> {
  public:
   TabStripView(FormWindow& window, TabStrip& tabs)
       : WidgetView(window, tabs, new Tabs(window.ParentFor(tabs))) {
+    for (const Control* other : tabs.form().controls()) {
+      const auto* frame = dynamic_cast<const Frame*>(other);
+      if (frame == &tabs.parent()) container_ = ToPixels(frame->rect).size();
+    }
     for (const std::string& caption : tabs.captions) shown_->addTab(ToShown(caption));
     shown_->setExpanding(false);
     shown_->parentWidget()->installEventFilter(this);
@@ -258,15 +286,25 @@ class TabStripView : public WidgetView<TabStrip, Tabs> {
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Selection)) shown_->setCurrentIndex(control_.selected - 1);
-    if (changes.Has(Change::Rect)) Widen();
+    if (changes.Has(Change::Rect) || changes.Has(Change::Font)) Fill();
   }
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (watched == shown_->parentWidget() && event->type() == QEvent::Resize) Widen();
+    if (watched == shown_->parentWidget() && event->type() == QEvent::Resize) Fill();
     return WidgetView::eventFilter(watched, event);
   }
 
  private:
-  void Widen() { shown_->resize(shown_->parentWidget()->width() - 2 * shown_->x(), shown_->height()); }
+  void Fill() {
+    const QSize now = shown_->parentWidget()->size();
+    const double growth = std::max(Growth(now, container_), 1.0);
+    QFont font = MakeFont(control_.font, false);
+    font.setPixelSize(static_cast<int>(font.pixelSize() * growth));
+    shown_->setFont(font);
+    const int height = ToPixels(control_.rect).height();
+    shown_->resize(now.width() - 2 * shown_->x(), static_cast<int>(height * growth));
+  }
+
+  QSize container_;  ///< As it was made, if it is a panel that can grow.
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <QTextLayout>
+#include <algorithm>
 
 #include "desktop/Icons.h"
 #include "desktop/KeyCodes.h"
@@ -57,7 +58,8 @@ void DrawEntryGround(QPainter& painter, const QStyleOptionViewItem& option) {
   }
 }
 
-/// An icon above its text, which is centred on two lines at the most. Icons grow with the font.
+/// An icon above its text, which is centred on two lines at the most. Icons grow with the font. A text with a
+/// word that is a little too long for its cell is shown smaller, so that nothing of it is lost.
 class IconDelegate : public QStyledItemDelegate {
  public:
   explicit IconDelegate(QListView* list) : QStyledItemDelegate(list), list_(list) {}
@@ -77,11 +79,12 @@ class IconDelegate : public QStyledItemDelegate {
     const QRect icon(option.rect.center().x() - side / 2, option.rect.top() + kMargin + 1, side, side);
     DrawMenuIcon(*painter, icon, index.data(Qt::UserRole).toInt(), option.palette);
 
-    painter->setFont(option.font);
     painter->setPen(option.palette.color(QPalette::Text));
     const QRect text = option.rect.adjusted(kMargin, icon.bottom() + 1 - option.rect.top(), -kMargin, 0);
-    const QStringList lines =
-        Lines(index.data(Qt::DisplayRole).toString().trimmed(), option.font, text.width());
+    const QString shown = index.data(Qt::DisplayRole).toString().trimmed();
+    const QFont font = FontFor(shown, option.font, text.width());
+    painter->setFont(font);
+    const QStringList lines = Lines(shown, font, text.width());
     for (int i = 0; i < lines.size(); ++i) {
       const QRect line(text.left(), text.top() + i * option.fontMetrics.lineSpacing(), text.width(),
                        option.fontMetrics.lineSpacing());
@@ -91,6 +94,17 @@ class IconDelegate : public QStyledItemDelegate {
   }
 
  private:
+  static QFont FontFor(const QString& text, QFont font, int width) {
+    const int smallest = font.pixelSize() * 3 / 4;
+    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+    const auto tooLong = [&](const QString& word) {
+      return QFontMetrics(font).horizontalAdvance(word) > width;
+    };
+    while (font.pixelSize() > smallest && std::any_of(words.begin(), words.end(), tooLong)) {
+      font.setPixelSize(font.pixelSize() - 1);
+    }
+    return font;
+  }
   static QStringList Lines(const QString& text, const QFont& font, int width) {
     QTextLayout layout(text, font);
     QTextOption wrapping;
@@ -221,9 +235,11 @@ class EntryListView : public WidgetView<Kind, EntryList> {
   bool applying_ = false;
 };
 
+/// Nothing but its size tells an icon list how large the window has become: its icons and texts grow with it.
 class IconListView : public EntryListView<ListView, 1> {
  public:
-  IconListView(FormWindow& window, ListView& list) : EntryListView(window, list, list.selected) {
+  IconListView(FormWindow& window, ListView& list)
+      : EntryListView(window, list, list.selected), designed_(ToPixels(list.rect).size()) {
     shown_->takesDigits = true;
     shown_->setViewMode(QListView::IconMode);
     shown_->setMovement(QListView::Static);
@@ -233,16 +249,24 @@ class IconListView : public EntryListView<ListView, 1> {
   }
   void Apply(const Changes& changes) override {
     EntryListView::Apply(changes);
-    if (!changes.Has(Change::Spacing) && !changes.Has(Change::Font)) return;
+    if (!changes.Has(Change::Spacing) && !changes.Has(Change::Font) && !changes.Has(Change::Rect)) return;
     constexpr int kDefaultWidth = 75;
     constexpr double kFontOfSpacing = 8;  // points
-    const double scale = control_.font.Get().size / kFontOfSpacing;
+    constexpr double kLeast = 0.8;        // smaller than that, texts are not to be read
+    const double growth = std::max(Growth(shown_->size(), designed_), kLeast);
+    QFont font = MakeFont(control_.font, false);
+    font.setPixelSize(static_cast<int>(font.pixelSize() * growth));
+    shown_->setFont(font);
+    const double scale = control_.font.Get().size / kFontOfSpacing * growth;
     const int across = static_cast<int>(control_.iconSpacing & 0xFFFF);
     const int down = static_cast<int>(control_.iconSpacing >> 16);
     const QSize wanted(qRound((across == 0 ? kDefaultWidth : across) * scale), qRound(down * scale));
     // 0, or less than an icon and its text take, is what they take.
-    shown_->setGridSize(wanted.expandedTo(IconDelegate::CellSize(shown_->font())));
+    shown_->setGridSize(wanted.expandedTo(IconDelegate::CellSize(font)));
   }
+
+ private:
+  const QSize designed_;
 };
 
 using PlainListView = EntryListView<ListBox, 0>;

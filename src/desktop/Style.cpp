@@ -224,6 +224,19 @@ QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const
   }
 }
 
+int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+  const int size = QProxyStyle::pixelMetric(metric, option, widget);
+  switch (metric) {
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+      return widget == nullptr ? size : std::max(size, widget->fontInfo().pixelSize() * 5 / 4);
+    default:
+      return size;
+  }
+}
+
 QRect Style::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
   const QRect rect = QProxyStyle::subElementRect(element, option, widget);
   switch (element) {

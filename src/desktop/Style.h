@@ -18,6 +18,8 @@ class Style : public QProxyStyle {
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* returned) const override;
   QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;
+  /// Marks grow with the font of the text beside them.
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
   QRect subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const override;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QDropEvent>
 #include <QWidget>
+#include <algorithm>
 
 #include "desktop/ControlView.h"
 #include "desktop/FormWindow.h"
@@ -10,6 +11,14 @@
 #include "forms/Controls.h"
 
 namespace corvex {
+
+/// How much larger something is than it was made, in the direction in which it has grown less. 1 if it was
+/// made without a size.
+inline double Growth(QSize now, QSize made) {
+  if (made.isEmpty()) return 1;
+  return std::min(static_cast<double>(now.width()) / made.width(),
+                  static_cast<double>(now.height()) / made.height());
+}
 
 /// What the views of all controls that are widgets have in common.
 template <typename Kind, typename Widget>
