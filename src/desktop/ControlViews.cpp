@@ -20,6 +20,8 @@ namespace corvex {
 
 namespace {
 
+constexpr int kSmallestText = 7;  ///< In pixels: how small a text may become so that nothing of it is lost.
+
 /// One of the row of indicators: a text, behind a picture if it has one, on a ground of its own. With neither
 /// there is nothing to see.
 class IndicatorLabel : public Clickable<QLabel> {
@@ -28,13 +30,13 @@ class IndicatorLabel : public Clickable<QLabel> {
 
  protected:
   void resizeEvent(QResizeEvent*) override {
-    if (!picture_.empty()) setContentsMargins(IndicatorIcon(rect()).right() + 3, 0, 0, 0);
+    if (!picture_.empty()) setContentsMargins(IndicatorIcon(rect(), false).right() + 3, 0, 0, 0);
   }
   void paintEvent(QPaintEvent* event) override {
     if (picture_.empty() && text().trimmed().isEmpty()) return;
     QPainter painter(this);
     DrawIndicator(painter, rect(), palette());
-    if (!picture_.empty()) DrawPicture(painter, IndicatorIcon(rect()), picture_, palette());
+    if (!picture_.empty()) DrawPicture(painter, IndicatorIcon(rect(), false), picture_, palette());
     painter.end();
     QLabel::paintEvent(event);
   }
@@ -52,6 +54,9 @@ Clickable<QLabel>* MakeLabel(const Label& label, QWidget* parent) {
 class KeyButton : public QPushButton {
  public:
   using QPushButton::QPushButton;
+  QRect TextPlace() const {
+    return rect().adjusted(std::min(height() * 3 / 4, width() * 29 / 100), 0, -2, -2);
+  }
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -59,7 +64,7 @@ class KeyButton : public QPushButton {
     QStyleOptionButton option;
     initStyleOption(&option);
     painter.drawControl(QStyle::CE_PushButtonBevel, option);
-    option.rect.adjust(height() * 3 / 4, 0, -2, -2);
+    option.rect = TextPlace();
     painter.drawControl(QStyle::CE_PushButtonLabel, option);
   }
 };
@@ -110,9 +115,9 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     const bool several = wraps || shown_->text().contains(u'\n');
     // A text that is a little too large for its place is shown smaller, so that nothing of it is lost. A row
     // of the screen has room for all its columns at any size.
-    const int smallest = row ? 1 : font.pixelSize() * 2 / 3;
+    const int smallest = row ? 1 : kSmallestText;
     while (font.pixelSize() > smallest && !Fits(font, wraps)) font.setPixelSize(font.pixelSize() - 1);
-    if (wraps) font = SavingLine(font);
+    if (wraps) font = OnTwoLines(font);
     shown_->setFont(font);
     shown_->setWordWrap(wraps);
     shown_->setAlignment(across | (several ? Qt::AlignTop : Qt::AlignVCenter));
@@ -124,17 +129,17 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     return taken.width() <= place.width() && taken.height() <= place.height();
   }
 
-  /// A font that is but a little smaller if the text then takes fewer lines, as a position does that would
+  /// A font that is but a little smaller if the text then has room on two lines, as a position that would
   /// have its last figures on a third one; else the same.
-  QFont SavingLine(const QFont& font) const {
+  QFont OnTwoLines(const QFont& font) const {
     const auto lines = [this](const QFont& in) {
       return qRound(static_cast<double>(Taken(in, true).height()) / QFontMetrics(in).lineSpacing());
     };
-    const int least = font.pixelSize() * 5 / 6;
+    if (lines(font) <= 2) return font;
     QFont smaller = font;
-    while (smaller.pixelSize() > least) {
+    while (smaller.pixelSize() > font.pixelSize() * 5 / 6) {
       smaller.setPixelSize(smaller.pixelSize() - 1);
-      if (lines(smaller) < lines(font)) return smaller;
+      if (lines(smaller) <= 2) return smaller;
     }
     return font;
   }
@@ -170,6 +175,24 @@ class ButtonView : public WidgetView<Button, QPushButton> {
       const int side = std::min(shown_->width(), shown_->height()) - 8;
       shown_->setIconSize({side, side});
     }
+    if (changes.Has(Change::Rect) || changes.Has(Change::Font) || changes.Has(Change::Caption)) FitText();
+  }
+
+ private:
+  /// In a window that has become high and narrow, or the reverse, a text may be too large for its button.
+  void FitText() {
+    constexpr int kAround = 2;
+    if (shown_->text().isEmpty()) return;
+    const auto* key = dynamic_cast<const KeyButton*>(shown_);
+    const QSize room =
+        (key != nullptr ? key->TextPlace() : shown_->rect()).size() - QSize(2 * kAround, 2 * kAround);
+    const auto fits = [&](const QFont& font) {
+      const QSize taken = QFontMetrics(font).size(Qt::TextShowMnemonic, shown_->text());
+      return taken.width() <= room.width() && taken.height() <= room.height();
+    };
+    QFont font = MakeFont(control_.font, false);
+    while (font.pixelSize() > kSmallestText && !fits(font)) font.setPixelSize(font.pixelSize() - 1);
+    shown_->setFont(font);
   }
 };
 

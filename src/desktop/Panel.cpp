@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 
 #include "desktop/Theme.h"
 
@@ -104,7 +105,10 @@ void Panel::PaintWindow(QPainter& painter) const {
   painter.setPen(Qt::NoPen);
   painter.setBrush(palette().window());
   painter.drawRoundedRect(frame, kRadius, kRadius);
-  const QRect bar(0, 0, width(), fontMetrics().height() + 2 * kAbove);
+  // Not over what stands below, in a window that has become wide and low.
+  const int wanted = fontMetrics().height() + 2 * kAbove;
+  const int room = childrenRect().top();
+  const QRect bar(0, 0, width(), room > 0 ? std::min(wanted, room) : wanted);
   QPainterPath outline;
   outline.addRoundedRect(frame, kRadius, kRadius);
   painter.save();
@@ -129,6 +133,9 @@ void Panel::PaintGroup(QPainter& painter) const {
 void Panel::PaintTitle(QPainter& painter, const QRect& place) const {
   QFont bold = font();
   bold.setBold(true);
+  while (bold.pixelSize() > 1 && QFontMetrics(bold).height() > place.height()) {
+    bold.setPixelSize(bold.pixelSize() - 1);
+  }
   painter.setFont(bold);
   painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
                    QFontMetrics(bold).elidedText(title_, Qt::ElideRight, place.width()));

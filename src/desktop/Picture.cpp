@@ -27,7 +27,7 @@ void Picture::paintEvent(QPaintEvent*) {
   QRect place = rect();
   if (look_ == Look::Indicator) {
     DrawIndicator(painter, place, palette());
-    place = IndicatorIcon(place);
+    place = IndicatorIcon(place, true);
   } else if (button_ && isEnabled() && underMouse()) {
     DrawHover(painter, place, palette());
   }

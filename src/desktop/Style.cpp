@@ -138,10 +138,11 @@ void DrawIndicator(QPainter& painter, const QRectF& rect, const QPalette& palett
   DrawGround(painter, rect, palette.color(QPalette::Button));
 }
 
-QRect IndicatorIcon(const QRect& indicator) {
+QRect IndicatorIcon(const QRect& indicator, bool alone) {
   constexpr int kAround = 3;
-  const int side = indicator.height() - 2 * kAround;
-  return {indicator.left() + kAround + 1, indicator.top() + kAround, side, side};
+  const int across = alone ? indicator.width() - 2 * kAround : indicator.width() * 3 / 10;
+  const int side = std::min(indicator.height() - 2 * kAround, across);
+  return {indicator.left() + kAround + 1, indicator.top() + (indicator.height() - side) / 2, side, side};
 }
 
 void DrawHover(QPainter& painter, const QRectF& rect, const QPalette& palette) {

@@ -26,9 +26,9 @@ class Style : public QProxyStyle {
 /// The ring around what has the focus, just within `rect`.
 void DrawFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette);
 
-/// Ground of one in a row of indicators, and where its picture stands.
+/// Ground of one in a row of indicators, and where its picture stands: before a text, or alone.
 void DrawIndicator(QPainter& painter, const QRectF& rect, const QPalette& palette);
-QRect IndicatorIcon(const QRect& indicator);
+QRect IndicatorIcon(const QRect& indicator, bool alone);
 
 /// Ground behind what the pointer is over, or behind what is selected.
 void DrawHover(QPainter& painter, const QRectF& rect, const QPalette& palette);

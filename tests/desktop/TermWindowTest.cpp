@@ -176,8 +176,8 @@ TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   port.Arrive(
       "<tml><Gps>N 59 54.21 E 010 44.61</tml><tml><Date>12:34|2006.03.31|UTC</tml><tml><Temp>41</tml>");
   ASSERT_TRUE(Becomes(loop, [&] { return term.mnuZoomOut.enabled.Get(); }));
-  const auto click = [this](MenuItem& entry) {
-    loop.Enter([&entry] { entry.click(); });
+  const auto click = [this](auto& control) {
+    loop.Enter([&control] { control.click(); });
     test::Elapse(loop, 150ms);
   };
   const auto look = [this](int step) {
@@ -207,6 +207,19 @@ TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   click(term.mnuPort);
   click(term.mnuZoomIn);
   EXPECT_TRUE(Becomes(loop, [&] { return window().size() == compact; }));
+
+  ASSERT_TRUE(
+      Becomes(loop, [&] { return term.main().mode == ModemMode::Terminal && term.cmdSK[0].enabled.Get(); }));
+  click(term.cmdSK[0]);
+  const auto& menu = Find<QAbstractItemView>("ListMenu");
+  EXPECT_TRUE(Becomes(loop, [&] { return menu.isVisible(); }));
+  const int small = menu.font().pixelSize();
+  for (const QSize size : {QSize(1400, 300), QSize(500, 700), QSize(1590, 950)}) {
+    window().resize(size);
+    test::Elapse(loop, 150ms);
+    look(size.width());
+  }
+  EXPECT_GT(menu.font().pixelSize(), 2 * small);
 }
 
 TEST_F(TermWindowTest, ClosingInTheMiddleOfAWalkSaysGoodbyeAndEnds) {
