@@ -121,6 +121,9 @@ void DrawTab(QPainter& painter, const QStyleOption& option) {
   const QRect& rect = option.rect;
   painter.fillRect(QRect(rect.left(), rect.bottom() + 1 - kLine, rect.width(), kLine),
                    option.palette.color(QPalette::Link));
+  if (option.state.testFlag(QStyle::State_HasFocus)) {
+    DrawFocusRing(painter, rect.adjusted(0, 0, 0, -kLine - 1), option.palette);
+  }
 }
 
 }  // namespace
@@ -187,6 +190,13 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
                         const QWidget* widget) const {
   if (element == CE_TabBarTabShape) {
     DrawTab(*painter, *option);
+    return;
+  }
+  if (element == CE_TabBarTabLabel) {
+    const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+    QStyleOptionTab plain = tab == nullptr ? QStyleOptionTab() : *tab;
+    plain.state &= ~State_HasFocus;  // its shape has the ring
+    QProxyStyle::drawControl(element, &plain, painter, widget);
     return;
   }
   if (element == CE_MenuBarItem && option->state.testFlag(State_Selected) &&
