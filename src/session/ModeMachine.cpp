@@ -220,6 +220,7 @@ void ModeMachine::EnterPortSetup() {
     case ModemMode::Terminal:
       p_.main.tagSession = true;
       p_.link.SendCancel();
+      if (!overtaken()) ClearScreen();  // its keys lead nowhere now
       break;
     default:
       break;
