@@ -64,17 +64,6 @@ TEST_F(LinkTest, AByteWaitsForTheLogin) {
   EXPECT_EQ(sock.sent, "y");
 }
 
-TEST_F(LinkTest, ClosingTheLanSaysGoodbyeWithoutALineEnd) {
-  settings.config.lan.Set(true);
-  ASSERT_TRUE(link.EnsureLinkOpen());
-  sock.sent.clear();
-  link.CloseLink();
-  EXPECT_EQ(sock.sent,
-            "\x18"
-            "AT+ERB_TRANSPARENT_MODE");
-  EXPECT_EQ(sock.GetState(), SocketControl::kClosed);
-}
-
 TEST_F(LinkTest, ClosingTheSerialPortDropsItsBuffersAndHandshaking) {
   comPort.SetHandshaking(2);
   ASSERT_TRUE(link.EnsureLinkOpen());
@@ -84,19 +73,6 @@ TEST_F(LinkTest, ClosingTheSerialPortDropsItsBuffersAndHandshaking) {
   EXPECT_EQ(comPort.Handshaking(), 0);
   EXPECT_EQ(comPort.OutBufferCount(), 0);
   EXPECT_EQ(comPort.sent, "");
-}
-
-TEST_F(LinkTest, AHostThatNeverConnectsIsGivenUpAfterNineRounds) {
-  settings.config.lan.Set(true);
-  sock.answers = false;
-  EXPECT_FALSE(link.EnsureLinkOpen());
-  EXPECT_NEAR(Seconds(), 0.05 + 0.05 + 1.0, 0.1);
-  EXPECT_EQ(sock.GetState(), SocketControl::kClosed);
-  sock.answers = true;
-  sock.reachable = false;  // refused
-  EXPECT_FALSE(link.EnsureLinkOpen());
-  EXPECT_EQ(sock.connects, 2);
-  EXPECT_FALSE(link.OpenRefused());
 }
 
 TEST_F(LinkTest, BytesThatComeWhileTheDispatcherWaitsStayForTheNextEvent) {
@@ -171,20 +147,6 @@ TEST_F(LinkTest, ABufferThatFilledUpUnreadDoesNotSilenceAModeThatDispatches) {
     loop.Run(0.01);
     EXPECT_EQ(taken, ReceiveBuffer::kCapacity + 2);
   }
-}
-
-TEST_F(LinkTest, AVanishedPortLeavesTheProgramAlive) {
-  ASSERT_TRUE(link.EnsureLinkOpen());
-  main.rxSeen = false;
-  comPort.Vanish();
-  loop.Run(0.1);
-  EXPECT_FALSE(main.rxSeen);
-  link.WriteText("x");
-  link.DrainOutput();
-  EXPECT_TRUE(link.EnsureLinkOpen());
-  comPort.available = true;
-  link.SendCancel();
-  EXPECT_EQ(comPort.sent, "\x18");
 }
 
 TEST_F(LinkTest, ACommandIsSentAgainInTheThirdRoundAndGivenUpAfterTheEighth) {

@@ -25,8 +25,6 @@ struct DispatcherTest : ::testing::Test, test::FakePlatform {
     decoder.received.AppendRx(bytes);
     dispatcher.ProcessReceived();
   }
-  /// Replaces all settings by a text for the printer's `always`.
-  void SetAlways(const std::string& word) { folder.Write("corvex.ini", "[printer]\nalways=" + word + "\n"); }
 
   test::Decoder decoder;
   TermControls window{loop, windows};
@@ -50,18 +48,14 @@ struct DispatcherTest : ::testing::Test, test::FakePlatform {
 const std::string kSignal = "<tml><Sig>31</tml>";
 
 TEST_F(DispatcherTest, TheModeSaysWhatBecomesOfBytes) {
+  using M = ModemMode;
   enum class Fate { Dropped, Shown, Scanned, Left };
-  for (const auto& [mode, fate] :
-       std::vector<std::pair<ModemMode, Fate>>{{ModemMode::AwaitIntro, Fate::Dropped},
-                                               {ModemMode::Offline, Fate::Dropped},
-                                               {ModemMode::PortSetup, Fate::Dropped},
-                                               {ModemMode::TestInterface, Fate::Shown},
-                                               {ModemMode::AtMode, Fate::Shown},
-                                               {ModemMode::Terminal, Fate::Scanned},
-                                               {ModemMode::DeviceManager, Fate::Left},
-                                               {ModemMode::Closing, Fate::Left},
-                                               {ModemMode::Failed, Fate::Left},
-                                               {ModemMode::Upgrade, Fate::Left}}) {
+  const std::pair<M, Fate> fates[] = {{M::AwaitIntro, Fate::Dropped}, {M::Offline, Fate::Dropped},
+                                      {M::PortSetup, Fate::Dropped},  {M::TestInterface, Fate::Shown},
+                                      {M::AtMode, Fate::Shown},       {M::Terminal, Fate::Scanned},
+                                      {M::DeviceManager, Fate::Left}, {M::Closing, Fate::Left},
+                                      {M::Failed, Fate::Left},        {M::Upgrade, Fate::Left}};
+  for (const auto& [mode, fate] : fates) {
     SCOPED_TRACE(static_cast<int>(mode));
     window.txtRx.SetText({});
     state.sigText.clear();
@@ -84,41 +78,19 @@ TEST_F(DispatcherTest, TheTextViewKeepsItsLastPart) {
   EXPECT_EQ(window.txtRx.Text(), text.substr(4096) + "xy");
 }
 
-TEST_F(DispatcherTest, APrintJobGoesWhereTheSettingsSay) {
-  struct Case {
-    const char* always;
-    Texts log;
-    Texts printed;
-  };
-  for (const auto& [always, expected, printed] :
-       std::vector<Case>{{"file", {"job", "line One Two", "complete"}, {}},
-                         {"print", {}, {"One Two"}},
-                         {"File", {"complete"}, {}}}) {
-    SCOPED_TRACE(always);
-    SetAlways(always);
-    log.clear();
-    printers.printed.clear();
-    Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><Print>012Two</tml><tml><EndPrint></tml>");
-    EXPECT_EQ(log, expected);
-    EXPECT_EQ(printers.printed, printed);
-  }
-  EXPECT_TRUE(dialogs.shown.empty());
-}
-
-TEST_F(DispatcherTest, APrintJobInPiecesHandsEachLineOnOnce) {
+TEST_F(DispatcherTest, APrintJobGoesToItsFileIfTheSettingsSaySo) {
+  // As one packet, and in pieces that each are served alone.
+  Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><Print>012Two</tml><tml><EndPrint></tml>");
   for (const char* piece : {"<tml><StartPrint></tml>", "<tml><Print>012One</tml>", "<tml><Sim></tml>",
                             "<tml><Print>012Two</tml>", "<tml><EndPrint></tml>", "<tml><Sim></tml>"}) {
     Feed(piece);
   }
-  EXPECT_EQ(log, (Texts{"job", "line One", "line Two", "complete"}));
-}
-
-TEST_F(DispatcherTest, AMissingPrinterIsTold) {
-  SetAlways("print");
-  printers.present = false;
-  Feed("<tml><StartPrint></tml><tml><Print>012One</tml><tml><EndPrint></tml>" + kSignal);
-  EXPECT_EQ(dialogs.shown, Texts{"No printer configured"});
-  EXPECT_EQ(window.corvexLbl[TermControls::kSignal].caption, "31");
+  EXPECT_EQ(log, (Texts{"job", "line One Two", "complete", "job", "line One", "line Two", "complete"}));
+  log.clear();
+  folder.Write("corvex.ini", "[printer]\nalways=File\n");  // neither to the file nor on paper
+  Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><EndPrint></tml>");
+  EXPECT_EQ(log, Texts{"complete"});
+  EXPECT_EQ(printers.printed, Texts());
 }
 
 TEST_F(DispatcherTest, WhatLeadsOutsideIsHandedOnAndMayGoNowhere) {

@@ -116,6 +116,7 @@ TEST_F(WindowLayoutTest, TheTimeStaysBesideItsZone) {
     EXPECT_GT(R(term.lblTime).left, R(term.lblPort).left + R(term.lblPort).width);
   }
   EXPECT_EQ(R(term.lblTime).left, 4905);
+  EXPECT_GT(term.lblTime.order(), term.lblZone.order()) << "where it moves over it";
 }
 
 TEST(Scaling, BeginsLaterForAWindowThatIsMinimisedAtTheStart) {

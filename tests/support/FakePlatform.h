@@ -17,8 +17,23 @@
 
 namespace corvex::test {
 
+/// What a test sees of the far side of a port.
+struct FarSide {
+  std::string sent;
+  std::function<void(std::string_view)> onSent;  ///< Called for everything written.
+  std::function<void()> onOpened;
+  std::function<void()> onClosed;
+
+ protected:
+  void Take(std::string_view bytes) {
+    sent += bytes;
+    if (onSent) onSent(bytes);
+  }
+  std::string input_;
+};
+
 /// A serial port without a device: what is written is kept in `sent`, and the far side speaks by Arrive.
-class FakeSerial : public SerialControl {
+class FakeSerial : public SerialControl, public FarSide {
  public:
   explicit FakeSerial(EventLoop& loop) : loop_(loop) {}
 
@@ -48,9 +63,7 @@ class FakeSerial : public SerialControl {
   std::string Input() override { return std::exchange(input_, {}); }
   void DiscardInput() override { input_.clear(); }
   void Output(std::string_view bytes) override {
-    if (!open_) return;
-    sent += bytes;
-    if (onSent) onSent(bytes);
+    if (open_) Take(bytes);
   }
   std::int32_t OutBufferCount() const override { return unsent; }
   void DiscardOutput() override { unsent = 0; }
@@ -76,10 +89,6 @@ class FakeSerial : public SerialControl {
 
   bool available = true;
   std::int32_t unsent = 0;
-  std::string sent;
-  std::function<void(std::string_view)> onSent;  ///< The far side: called for everything written.
-  std::function<void()> onOpened;
-  std::function<void()> onClosed;
 
  private:
   EventLoop& loop_;
@@ -87,7 +96,6 @@ class FakeSerial : public SerialControl {
   std::int16_t port_ = 1;
   std::string settings_ = "9600,n,8,1";
   std::int32_t handshaking_ = 0;
-  std::string input_;
 };
 
 /// The devices of a system that a test makes up.
@@ -106,7 +114,7 @@ class FakeSerialPorts : public SerialPorts {
 };
 
 /// A socket without a network. `reachable` says whether the next Connect will succeed.
-class FakeSocket : public SocketControl {
+class FakeSocket : public SocketControl, public FarSide {
  public:
   explicit FakeSocket(EventLoop& loop) : loop_(loop) {}
 
@@ -133,9 +141,7 @@ class FakeSocket : public SocketControl {
     input_.clear();
   }
   void SendData(std::string_view bytes) override {
-    if (state_ != kConnected) return;
-    sent += bytes;
-    if (onSent) onSent(bytes);
+    if (state_ == kConnected) Take(bytes);
   }
   std::string GetData() override { return std::exchange(input_, {}); }
   std::string RemoteHost() const override { return host_; }
@@ -162,41 +168,33 @@ class FakeSocket : public SocketControl {
   bool answers = true;     ///< False: a connect neither succeeds nor fails.
   bool fallsBack = false;  ///< True: a connect leaves the socket closed at once.
   int connects = 0;
-  std::string sent;
-  std::function<void(std::string_view)> onSent;
-  std::function<void()> onOpened;
-  std::function<void()> onClosed;
 
  private:
   EventLoop& loop_;
   State state_ = kClosed;
   std::string host_;
   std::int32_t port_ = 0;
-  std::string input_;
 };
 
 /// A user who answers every box as told, and remembers what was asked.
 class FakeDialogs : public Dialogs {
  public:
-  void MessageBox(std::string_view text) override {
-    shown.emplace_back(text);
-    if (onBox) onBox();
-  }
+  void MessageBox(std::string_view text) override { Show(std::string(text)); }
   bool AskYesNo(std::string_view text) override {
-    shown.emplace_back(text);
-    if (onBox) onBox();
+    Show(std::string(text));
     return yes;
   }
   std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) override {
-    shown.emplace_back(std::string(prompt) + "/" + std::string(title));
-    if (onBox) onBox();
+    Show(std::string(prompt) + "/" + std::string(title));
     return input;
   }
   std::optional<std::string> OpenFile(const FileQuestion& question) override {
-    return AnswerFile("open", question);
+    Show("open/" + question.title + '/' + question.filter + '/' + question.start);
+    return file;
   }
   std::optional<std::string> SaveFile(const FileQuestion& question) override {
-    return AnswerFile("save", question);
+    Show("save/" + question.title + '/' + question.filter + '/' + question.start);
+    return file;
   }
   std::vector<std::string> shown;
   bool yes = false;
@@ -205,10 +203,9 @@ class FakeDialogs : public Dialogs {
   std::function<void()> onBox;  ///< What happens while a box is open.
 
  private:
-  std::optional<std::string> AnswerFile(std::string_view kind, const FileQuestion& question) {
-    shown.push_back(std::string(kind) + '/' + question.title + '/' + question.filter + '/' + question.start);
+  void Show(std::string text) {
+    shown.push_back(std::move(text));
     if (onBox) onBox();
-    return file;
   }
 };
 

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "support/Program.h"
+
+// Reads the files in tests/data/streams; the README there describes their language.
+
+namespace corvex::test {
+
+using Words = std::vector<std::string>;
+
+struct Script {
+  std::string name;
+  bool wholeProgram = false;
+  bool dependsOnPieces = false;  ///< What comes out depends on how the stream is cut; that is meant.
+  std::vector<std::pair<int, Words>> lines = {};  ///< With their numbers; the quotes are still there.
+};
+
+inline Words SplitWords(const std::string& line) {
+  static const std::regex word(R"("(\\.|[^"\\])*"|#.*|[^ "]+|")");
+  Words words;
+  for (std::sregex_iterator at(line.begin(), line.end(), word), end; at != end; ++at) {
+    if (at->str() == "\"") throw std::runtime_error("the text does not end");
+    if (at->str()[0] != '#') words.push_back(at->str());
+  }
+  return words;
+}
+
+inline std::string Unquote(const std::string& word) {
+  if (word == "$connect") return kConnect;
+  if (word[0] != '"') return word;
+  constexpr std::string_view kNames = "ern\"\\";
+  constexpr std::string_view kCharacters = "\x1B\r\n\"\\";
+  std::string text;
+  for (std::size_t at = 1; at + 1 < word.size(); ++at) {
+    if (word[at] != '\\') {
+      text += word[at];
+    } else if (const auto i = kNames.find(word[++at]); i != kNames.npos) {
+      text += kCharacters[i];
+    } else {
+      if (word[at] != 'x') throw std::runtime_error("unknown escape");
+      text += static_cast<char>(std::stoi(word.substr(at + 1, 2), nullptr, 16));
+      at += 2;
+    }
+  }
+  return text;
+}
+
+/// What a `feed` line says: texts, each as often as the number before it tells.
+inline std::string FeedBytes(const Words& quoted) {
+  std::string bytes;
+  int count = 1;
+  for (std::size_t i = 1; i < quoted.size(); ++i) {
+    const bool text = quoted[i][0] == '"';
+    for (; text && count > 0; --count) bytes += Unquote(quoted[i]);
+    count = text ? 1 : std::stoi(quoted[i]);
+  }
+  return bytes;
+}
+
+inline std::vector<Script> LoadScripts(const std::filesystem::path& path) {
+  std::ifstream in(path);
+  std::vector<Script> scripts;
+  int number = 0;
+  for (std::string text; std::getline(in, text);) {
+    ++number;
+    try {
+      if (text.starts_with("test ")) {
+        scripts.push_back({.name = text.substr(5)});
+      } else if (const Words words = SplitWords(text); !words.empty()) {
+        Script& script = scripts.at(scripts.size() - 1);
+        script.wholeProgram |= words[0] == "program" || words[0] == "start";
+        script.dependsOnPieces |= text == "pieces-matter";
+        if (text != "pieces-matter") script.lines.emplace_back(number, words);
+      }
+    } catch (const std::exception& error) {
+      ADD_FAILURE_AT(path.string().c_str(), number) << error.what();
+    }
+  }
+  return scripts;
+}
+
+}  // namespace corvex::test
