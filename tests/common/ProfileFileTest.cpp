@@ -21,71 +21,6 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 using test::TempFolder;
 
-TEST(ProfileText, ReadsWhatTheProfileCallsWouldRead) {
-  struct Case {
-    std::string text;
-    std::string com;  ///< Key com in section port.
-  };
-  const std::string long300(300, 'x');
-  const Case cases[] = {
-      {"", "none"},
-      {"[port]", "none"},
-      {"com=5", "none"},  // in no section
-      {"[port]\ncom=5", "5"},
-      {"[PORT]\r\nCom=5\r\n", "5"},
-      {"\t [ port ] rest of the line\r\n \tcom \t=  5 \t\r\n", "5"},
-      {"[port\ncom=5", "none"},
-      {"[port]\n[other]\ncom=5\n", "none"},
-      {"[port]\n;com=5\n ; com=6\ncom\n=7\n[other]", "none"},
-      {"[port]\ncom=\n", ""},
-      {"[port]\ncom=a=b;c [d]\n", "a=b;c [d]"},
-      {"[port]\ncom=1\ncom=2\n[port]\ncom=3\n", "1"},
-      {"[port]\n[port]\ncom=3\n", "none"},  // the first section counts, even if another has the key
-      {"[port]\ncom= \" a \" \n", " a "},
-      {"[port]\ncom='a\"'\n", "a\""},
-      {"[port]\ncom=\"\"a\"\"\n", "\"a\""},
-      {"[port]\ncom=\"\n", "\""},
-      {"[port]\ncom=\"a'\n", "\"a'"},
-      {"[port]\ncom=''\n", ""},
-      {"[port]\ncom=" + long300, std::string(255, 'x')},
-      {"[port]\ncom='" + long300 + "'", std::string(255, 'x')},
-      {"[port]\ncom=a\rb\r\r\n", "a\rb"},
-      {"\xEF\xBB\xBF[port]\ncom=5", "5"},
-      {"[po\0rt]\n\0[port]\n[port]\nx\0y=3\ncom=a\0b\n"s, "a\0b"s},
-  };
-  for (const Case& c : cases) EXPECT_EQ(ProfileValue(c.text, "port", "com", "none"), c.com) << c.text;
-  EXPECT_EQ(ProfileValue("", "port", "com", long300).size(), 255u);
-}
-
-TEST(ProfileText, WriteChangesOneValueAndKeepsEveryOtherByte) {
-  struct Case {
-    std::string before;
-    std::string after;  ///< Key com in section port set to 7.
-  };
-  const Case cases[] = {
-      {"", "[port]\r\ncom=7\r\n"},
-      {"\n", "\n[port]\ncom=7\n"},
-      {"; mine", "; mine\r\n[port]\r\ncom=7\r\n"},
-      {"[config]\na=1\n\n", "[config]\na=1\n\n[port]\ncom=7\n"},
-      {"[port]", "[port]\r\ncom=7\r\n"},
-      {"[port]\n\n \n[config]\n", "[port]\ncom=7\n\n \n[config]\n"},
-      {"[port]\r\nflow=2\r\n; mine\r\n\r\n", "[port]\r\nflow=2\r\n; mine\r\ncom=7\r\n\r\n"},
-      {"[port]\nflow=2", "[port]\nflow=2\ncom=7\n"},
-      {"[port]\n[config]\ncom=1\n[port]\ncom=2\n", "[port]\ncom=7\n[config]\ncom=1\n[port]\ncom=2\n"},
-      {" [ PORT ] \r\n Com =  \"1\" \r\ncom=2\r\n", " [ PORT ] \r\n Com =7\r\ncom=2\r\n"},
-      {"[port]\ncom=", "[port]\ncom=7"},
-      {"[port]\r\ncom= \t\r\nx", "[port]\r\ncom=7\r\nx"},
-      {"[port]\ncom=1\r", "[port]\ncom=7"},
-      {"junk\x01\xFF\r\r\n[port]\ncom=1\r\njunk\r", "junk\x01\xFF\r\r\n[port]\ncom=7\r\njunk\r"},
-      {"\0\n[port]\ncom=\0\n\0"s, "\0\n[port]\ncom=7\n\0"s},
-      {"\xEF\xBB\xBF", "\xEF\xBB\xBF\r\n[port]\r\ncom=7\r\n"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(WithProfileValue(c.before, "port", "com", "7"), c.after) << c.before;
-    EXPECT_EQ(ProfileValue(c.after, "port", "com", ""), "7") << c.after;
-  }
-}
-
 /// A settings file in a folder of its own; writes set [port] com to 7.
 class ProfileFile : public testing::Test {
  protected:
@@ -120,14 +55,9 @@ TEST_F(ProfileFile, WhatCannotBeReadIsNeverOverwritten) {
   EXPECT_EQ(folder.Count(), 2) << "a temporary file is left";
 }
 
-TEST_F(ProfileFile, NeverGrowsToWhatCannotBeRead) {
+TEST_F(ProfileFile, IsNotReplacedByWhatCannotBeReadNorIfItIsReadOnly) {
   folder.Write("corvex.ini", "[port]\ncom=1\n");
   EXPECT_FALSE(WriteProfile(Path(), "port", "com", std::string(kMaxProfileFile, 'x')));
-  EXPECT_EQ(Com(Path()), "1");
-}
-
-TEST_F(ProfileFile, ReadOnlyFileIsNotReplaced) {
-  folder.Write("corvex.ini", "[port]\ncom=1\n");
   fs::permissions(Path(), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
                   fs::perm_options::remove);
   EXPECT_FALSE(WriteCom(Path()));
