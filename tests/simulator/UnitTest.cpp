@@ -1,35 +1,26 @@
-#include "unit/Unit.h"
-
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
 
-#include "simulator/Conversation.h"
-#include "unit/Wire.h"
+#include "support/VirtualLoop.h"
+#include "unit/ErbFront.h"
+#include "unit/Unit.h"
+#include "unit/WireLog.h"
+
+// The simulated units by themselves. What they say in whole sessions stands in tests/data/routes.
 
 namespace corvex::simulation {
 namespace {
 
-using test::VirtualLoop;
-
-constexpr std::int64_t kNoon = 1143806400;  // 2006-03-31 12:00
-
-bool Holds(std::string_view text, std::string_view part) {
-  return text.find(part) != std::string_view::npos;
-}
-
 /// A unit alone, ticking so rarely that its ticks do not get in the way.
+template <typename FarSide>
 struct Bench {
-  explicit Bench(UnitOptions options = {}, double tickSeconds = 3600)
-      : unit(loop, Quiet(std::move(options), tickSeconds), [this](std::string_view bytes) { out += bytes; }) {
-  }
-
-  static UnitOptions Quiet(UnitOptions options, double tickSeconds) {
-    options.startTime = kNoon;
-    options.tick = std::chrono::milliseconds(static_cast<int>(tickSeconds * 1000));
-    return options;
-  }
+  explicit Bench(typename FarSide::Options options)
+      : unit(loop, std::move(options), [this](std::string_view bytes) { out += bytes; }) {}
   /// What the unit sends within this time, having been told these bytes.
   std::string Say(std::string_view bytes, double seconds = 0.1) {
     out.clear();
@@ -37,68 +28,79 @@ struct Bench {
     loop.Run(seconds);
     return out;
   }
-  std::string StartTags() { return Say("AT+WQUILSTARTTMLB\r\n"); }
-
-  VirtualLoop loop;
+  /// Holds a conversation of tests/data/unit, whose README describes them.
+  void Converse(const std::filesystem::path& path) {
+    SCOPED_TRACE(path);
+    std::ifstream in(path);
+    const auto log = ParseWireLog(std::string(std::istreambuf_iterator<char>(in), {}));
+    const auto seconds = [this] { return std::chrono::duration<double>(loop.Now()).count(); };
+    const double began = seconds();
+    out.clear();
+    std::string expected;
+    for (const WireEvent& event : std::get<std::vector<WireEvent>>(log)) {
+      loop.Run(began + event.at - seconds());
+      if (event.kind == WireEvent::Kind::FromModem) {
+        expected += event.bytes;
+        continue;
+      }
+      EXPECT_EQ(out, expected) << "up to " << event.at;
+      out.clear();
+      expected.clear();
+      if (event.at > 0 || std::is_same_v<FarSide, ErbFront>) {
+        if (event.kind == WireEvent::Kind::Open) unit.LineUp();
+        if (event.kind == WireEvent::Kind::Close) unit.LineDown();
+      }
+      unit.Receive(event.bytes);
+    }
+    EXPECT_EQ(out, expected) << "at the end";
+  }
+  test::VirtualLoop loop;
   std::string out;
-  Unit unit;
+  FarSide unit;
 };
 
-TEST(Unit, ConversesAsRecorded) {
-  for (const std::string folder : {"modem", "tags"}) {
-    for (const auto& path : test::Conversations(folder)) {
-      Bench bench;
-      if (folder == "tags") bench.StartTags();
-      test::Converse(path, bench.loop, bench.out,
-                     [&bench](std::string_view bytes) { bench.unit.Receive(bytes); });
+UnitOptions AtNoon(EventLoop::Time tick = std::chrono::hours(1)) {
+  return {.startTime = 1143806400, .tick = tick};
+}
+constexpr const char* kStartTags = "AT+WQUILSTARTTMLB\r\n";
+
+TEST(Conversations, AreAsRecorded) {
+  for (const std::string folder : {"modem", "tags", "erb"}) {
+    for (const auto& file : std::filesystem::directory_iterator(CORVEX_TEST_DATA "/unit/" + folder)) {
+      if (folder == "erb") {
+        Bench<ErbFront>({.mubs = {MubState::Free, MubState::Free, MubState::InUse, MubState::Broken}})
+            .Converse(file);
+      } else {
+        Bench<Unit> bench(AtNoon());
+        if (folder == "tags") bench.Say(kStartTags);
+        bench.Converse(file);
+      }
     }
   }
 }
 
-TEST(Unit, KeepsNoMoreOfALineThanItsLimit) {
-  Bench bench;
-  bench.Say("ate0\r");
-  EXPECT_EQ(bench.Say("at" + std::string(1'000'000, 'x') + "\r"), "\r\nERROR\r\n");
-  CommandLine line;
-  std::string echo;
-  for (int i = 0; i < 100'000; ++i) line.Take('\xfe', echo);
-  EXPECT_EQ(echo.size(), CommandLine::kLimit);
-  EXPECT_EQ(line.Take('\r', echo)->text.size(), CommandLine::kLimit);
-}
-
 TEST(Unit, LeavesTheTagStreamAtCancelAndAtHangUp) {
   for (const bool byHangUp : {false, true}) {
-    Bench bench({.tour = true}, 1);
-    bench.StartTags();
-    bench.Say("\x1b");  // half a key, and a message that would go by itself
-    if (byHangUp) {
-      bench.unit.LineDown();
-    } else {
-      bench.unit.Receive("\x18");
-    }
+    Bench<Unit> bench(AtNoon(std::chrono::seconds(1)));
+    bench.Say(kStartTags);
+    EXPECT_NE(bench.Say("\x1b", 3).find("<tml><Time>12:0"), std::string::npos);
+    byHangUp ? bench.unit.LineDown() : bench.unit.Receive("\x18");
     EXPECT_EQ(bench.Say("", 20), "");
     bench.unit.LineUp();
     EXPECT_EQ(bench.Say("at\r"), "at\r\r\nOK\r\n");
   }
 }
 
-TEST(Unit, ShowsSignsOfLifeAndTracesBetweenPackets) {
-  Bench bench({}, 1);
-  bench.StartTags();
-  std::string stream = bench.Say("", 100);
-  std::size_t times = 0;
-  for (std::size_t at = 0; (at = stream.find("<tml><Time>12:0", at)) != std::string::npos; ++at) ++times;
-  EXPECT_EQ(times, 99U) << "one a second, but the date at the full minute";
-  EXPECT_TRUE(Holds(stream, "<tml><Date>12:01|2006.03.31|UTC</tml>"));
-  EXPECT_TRUE(Holds(stream, "<tml><NewMail></tml>"));
-  EXPECT_TRUE(Holds(stream, "\x1b[8;2HSignal    5")) << "the idle screen follows its readings";
-  const std::size_t trace = stream.find("<Trace>0036");
-  ASSERT_NE(trace, std::string::npos);
-  const std::string_view before = std::string_view(stream).substr(0, trace);
-  EXPECT_TRUE(before.ends_with("</tml>") || before.ends_with("\x1b[H"));
-  EXPECT_EQ(stream.substr(trace + 11 + 35, 2), "\r\n");
-  EXPECT_FALSE(Holds(bench.Say("\x04", 100), "<Trace>"));
-  EXPECT_TRUE(Holds(bench.Say("\x81", 10), "<tml><Channel>1,su tick"));
+TEST(ErbFront, IsSlowAndLeavesAMubInUseIfTold) {
+  Bench<ErbFront> bench({.lingers = true, .answerTime = std::chrono::milliseconds(300)});
+  for (const char* answer : {"connected to modem 1\r\n", "modem 1 already in use\r\nERB> "}) {
+    bench.unit.LineUp();
+    EXPECT_EQ(bench.Say("root\r\nzzz\r\n"), "root\r");
+    EXPECT_EQ(bench.Say("", 1), "\r\nPassword: ") << "what came too early is lost";
+    bench.Say("zzz\r\n", 1);
+    EXPECT_TRUE(bench.Say("modem 1\r\n", 1).ends_with(answer));
+    bench.unit.LineDown();
+  }
 }
 
 TEST(Screens, LeadSomewhereAndFitTheWireAndTheDisplay) {
@@ -124,12 +126,6 @@ TEST(Screens, LeadSomewhereAndFitTheWireAndTheDisplay) {
     }
     for (const std::string_view row : screen.rows) EXPECT_LE(row.size(), 48U);
   }
-}
-
-TEST(Wire, TraceRecordsHaveALengthThatReadersAccept) {
-  EXPECT_EQ(TraceRecord("call setup"), "<Trace>0011call setup\r\n");
-  EXPECT_EQ(TraceRecord(""), "<Trace>0003  \r\n");
-  EXPECT_EQ(TraceRecord(std::string(500, 'x')), "<Trace>0200" + std::string(199, 'x') + "\r\n");
 }
 
 }  // namespace
