@@ -66,16 +66,6 @@ TEST(StreamCuts, EverySingleCutGivesTheSameInTheSameOrder) {
   }
 }
 
-TEST(StreamCuts, PiecesOfAnySizeGiveTheSameInTheSameOrder) {
-  Recorder whole;
-  whole.Feed(kEachItem);
-  for (std::size_t size = 1; size < 60; ++size) {
-    Recorder pieces;
-    pieces.FeedInPieces(kEachItem, size);
-    ASSERT_TRUE(pieces.Agrees(whole)) << "pieces of " << size;
-  }
-}
-
 TEST(StreamCuts, DropsAtTheBoundDoNotDependOnTheCuts) {
   // Long runs without an item, packets without an end, and introducers near every bound.
   const std::string parts[] = {"<tml><Sig>1", "</tml>", "\x1B[2;5H", "<tml><Channel>2,mark</tml>"};
@@ -98,20 +88,15 @@ TEST(StreamCuts, DropsAtTheBoundDoNotDependOnTheCuts) {
   }
 }
 
-TEST(StreamScanner, CallFromADecoderReturnsAtOnceAndItsBytesWait) {
+TEST(TagStream, PrintJobWithoutEndIsKeptUpToABoundAndHandedOverWhole) {
   Decoder decoder;
-  std::string order;
-  decoder.tags.traceToInstance = [&](std::int32_t, std::string_view text) {
-    order += text;
-    if (text != "a") return;
-    decoder.Feed("<tml><Channel>1,c</tml>");  // as a receive event within a wait of the decoder
-    EXPECT_EQ(order, "a");
-  };
-  decoder.Feed("<tml><Channel>1,a</tml><tml><Channel>1,b</tml>");
-  EXPECT_EQ(order, "ab");
-  EXPECT_TRUE(decoder.received.RxAvailable());
-  decoder.scanner.ScanStream();
-  EXPECT_EQ(order, "abc");
+  const std::string packet = "<tml><Print>001" + std::string(30000, 'x') + "</tml>";
+  for (int i = 0; i < 600; ++i) {
+    decoder.tags.HandleTagPacket(packet);
+    ASSERT_EQ(decoder.state.printLine.size(), 30000u);
+    decoder.state.printData = false;
+  }
+  EXPECT_EQ(decoder.state.printText.size(), 16u << 20);
 }
 
 TEST(StreamScanner, DecoderThatThrowsLeavesTheScannerBehindItsItem) {
