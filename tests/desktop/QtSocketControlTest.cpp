@@ -86,19 +86,6 @@ TEST_F(QtSocketControlTest, ABurstBeforeThePeersCloseIsCompleteAndComesFirst) {
   EXPECT_EQ(std::count(log.begin(), log.end(), 'c'), 1);
 }
 
-TEST_F(QtSocketControlTest, BytesComeInWhileAHandlerWaits) {
-  QTcpSocket* peer = Connect();
-  bool first = true;
-  sock.onDataArrival = [&] {
-    received += sock.GetData();
-    if (!std::exchange(first, false)) return;
-    peer->write("second");
-    EXPECT_TRUE(Becomes(loop, [&] { return received == "firstsecond"; }));
-  };
-  peer->write("first");
-  ASSERT_TRUE(Becomes(loop, [&] { return received == "firstsecond"; }));
-}
-
 TEST_F(QtSocketControlTest, CloseIsAtOnceAndStillDeliversWhatWasSent) {
   QTcpSocket* peer = Connect();
   const std::string farewell(200'000, 'f');

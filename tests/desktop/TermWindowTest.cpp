@@ -125,23 +125,6 @@ TEST_F(TermWindowTest, AMouseIsEnoughForTheModemsScreens) {
   EXPECT_TRUE(Becomes(loop, [&] { return Focused("ListMenu"); }));  // it goes back to the screen
 }
 
-TEST_F(TermWindowTest, TheTextViewTakesNoKeyButTheCopying) {
-  NEEDS_SESSION();
-  loop.Enter([&] { term.mnuAT.click(); });
-  TakeSent();
-  port.Arrive("answer");
-  ASSERT_TRUE(Becomes(loop, [&] { return term.txtRx.Text() == "answer"; }));
-  auto& view = Find<QPlainTextEdit>("txtRx");
-  test::Elapse(loop, 30ms);
-  view.selectAll();
-  QTest::keyClicks(&view, QStringLiteral("xyz"));
-  QTest::keyClick(&view, Qt::Key_Delete);
-  QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(view.toPlainText(), QStringLiteral("answer"));
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("answer"));
-  EXPECT_EQ(TakeSent(), "");
-}
-
 /// What of a widget and of its text does not fit where it stands; empty if all does.
 std::string Cut(const QWidget& widget) {
   const QRect place = widget.geometry();
