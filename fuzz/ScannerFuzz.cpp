@@ -10,13 +10,9 @@
 
 using namespace corvex;
 
-namespace {
-
-void Require(bool holds) {
+static void Require(bool holds) {
   if (!holds) std::abort();
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;
