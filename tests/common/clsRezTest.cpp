@@ -85,23 +85,5 @@ TEST_F(clsRezTest, OnlyWhileEnabledAndWithARecord) {
   EXPECT_EQ(late.rect.Get().width, 150);
 }
 
-TEST_F(clsRezTest, ZoomHasFiveSizes) {
-  Size(1000, 1000);
-  rez.Register(form);
-  const auto widths = [this](std::string_view steps) {
-    std::string seen;
-    for (const char step : steps) {
-      step == '+' ? rez.Magnify(form, 1000, 500) : rez.ReduceSize(form, 1000, 500);
-      EXPECT_EQ(form.rect.Get().height * 2, form.rect.Get().width);
-      seen += std::to_string(form.rect.Get().width) + ' ';
-    }
-    return seen;
-  };
-  EXPECT_EQ(widths("+++++"), "1300 1600 1900 1900 1900 ");
-  EXPECT_FLOAT_EQ(rez.ZoomFactor(), 1.9F);
-  EXPECT_EQ(widths("-----"), "1600 1300 1000 700 700 ");
-  EXPECT_EQ(widths("+"), "1000 ");
-}
-
 }  // namespace
 }  // namespace corvex
