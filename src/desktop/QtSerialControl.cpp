@@ -85,7 +85,7 @@ QtSerialControl::~QtSerialControl() {
 }
 
 bool QtSerialControl::SetCommPort(std::int16_t number) {
-  if (open_) return false;
+  if (open_ || number < 1) return false;
   number_ = number;
   return true;
 }

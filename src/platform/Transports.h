@@ -19,7 +19,7 @@ class SerialControl {
 
   virtual ~SerialControl() = default;
 
-  /// The port number, 1 and up. Refused (false) while the port is open.
+  /// The port number, 1 and up. Another is refused (false), and so is any while the port is open.
   virtual bool SetCommPort(std::int16_t number) = 0;
   virtual std::int16_t CommPort() const = 0;
 

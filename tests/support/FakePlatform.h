@@ -38,7 +38,7 @@ class FakeSerial : public SerialControl, public FarSide {
   explicit FakeSerial(EventLoop& loop) : loop_(loop) {}
 
   bool SetCommPort(std::int16_t number) override {
-    if (open_) return false;
+    if (open_ || number < 1) return false;
     port_ = number;
     return true;
   }
