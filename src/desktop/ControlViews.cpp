@@ -116,7 +116,7 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     // A text that is a little too large for its place is shown smaller, so that nothing of it is lost. A row
     // of the screen has room for all its columns at any size.
     const int smallest = row ? 1 : kSmallestText;
-    while (font.pixelSize() > smallest && !Fits(font, wraps)) font.setPixelSize(font.pixelSize() - 1);
+    font = ShrunkToFit(font, smallest, [&](const QFont& in) { return Fits(in, wraps); });
     if (wraps) font = OnTwoLines(font);
     shown_->setFont(font);
     shown_->setWordWrap(wraps);
@@ -132,16 +132,11 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
   /// A font that is but a little smaller if the text then has room on two lines, as a position that would
   /// have its last figures on a third one; else the same.
   QFont OnTwoLines(const QFont& font) const {
-    const auto lines = [this](const QFont& in) {
-      return qRound(static_cast<double>(Taken(in, true).height()) / QFontMetrics(in).lineSpacing());
+    const auto fits = [this](const QFont& in) {
+      return qRound(static_cast<double>(Taken(in, true).height()) / QFontMetrics(in).lineSpacing()) <= 2;
     };
-    if (lines(font) <= 2) return font;
-    QFont smaller = font;
-    while (smaller.pixelSize() > font.pixelSize() * 5 / 6) {
-      smaller.setPixelSize(smaller.pixelSize() - 1);
-      if (lines(smaller) <= 2) return smaller;
-    }
-    return font;
+    const QFont smaller = ShrunkToFit(font, font.pixelSize() * 5 / 6, fits);
+    return fits(smaller) ? smaller : font;
   }
 
   QRect Place() const {
@@ -190,9 +185,7 @@ class ButtonView : public WidgetView<Button, QPushButton> {
       const QSize taken = QFontMetrics(font).size(Qt::TextShowMnemonic, shown_->text());
       return taken.width() <= room.width() && taken.height() <= room.height();
     };
-    QFont font = MakeFont(control_.font, false);
-    while (font.pixelSize() > kSmallestText && !fits(font)) font.setPixelSize(font.pixelSize() - 1);
-    shown_->setFont(font);
+    shown_->setFont(ShrunkToFit(MakeFont(control_.font, false), kSmallestText, fits));
   }
 };
 

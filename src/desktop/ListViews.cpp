@@ -94,16 +94,13 @@ class IconDelegate : public QStyledItemDelegate {
   }
 
  private:
-  static QFont FontFor(const QString& text, QFont font, int width) {
-    const int smallest = font.pixelSize() * 3 / 4;
+  static QFont FontFor(const QString& text, const QFont& font, int width) {
     const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
-    const auto tooLong = [&](const QString& word) {
-      return QFontMetrics(font).horizontalAdvance(word) > width;
-    };
-    while (font.pixelSize() > smallest && std::any_of(words.begin(), words.end(), tooLong)) {
-      font.setPixelSize(font.pixelSize() - 1);
-    }
-    return font;
+    return ShrunkToFit(font, font.pixelSize() * 3 / 4, [&](const QFont& in) {
+      const QFontMetrics metrics(in);
+      return std::all_of(words.begin(), words.end(),
+                         [&](const QString& word) { return metrics.horizontalAdvance(word) <= width; });
+    });
   }
   static QStringList Lines(const QString& text, const QFont& font, int width) {
     QTextLayout layout(text, font);

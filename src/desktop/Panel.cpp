@@ -133,9 +133,7 @@ void Panel::PaintGroup(QPainter& painter) const {
 void Panel::PaintTitle(QPainter& painter, const QRect& place) const {
   QFont bold = font();
   bold.setBold(true);
-  while (bold.pixelSize() > 1 && QFontMetrics(bold).height() > place.height()) {
-    bold.setPixelSize(bold.pixelSize() - 1);
-  }
+  bold = ShrunkToFit(bold, 1, [&](const QFont& in) { return QFontMetrics(in).height() <= place.height(); });
   painter.setFont(bold);
   painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
                    QFontMetrics(bold).elidedText(title_, Qt::ElideRight, place.width()));

@@ -30,4 +30,12 @@ QColor EdgeColor(const QPalette& palette);
 /// of typewriter fonts and `fixedPitch` give the system's fixed-pitch font.
 QFont MakeFont(const Font& font, bool fixedPitch = false);
 
+/// The font, or the largest smaller one for which `fits` holds; the one of `smallest` pixels if it holds for
+/// none.
+template <typename Fits>
+QFont ShrunkToFit(QFont font, int smallest, const Fits& fits) {
+  while (font.pixelSize() > smallest && !fits(font)) font.setPixelSize(font.pixelSize() - 1);
+  return font;
+}
+
 }  // namespace corvex
