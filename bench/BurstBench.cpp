@@ -16,6 +16,7 @@
 #include "desktop/QtPrinters.h"
 #include "desktop/QtSerialControl.h"
 #include "desktop/QtSerialPorts.h"
+#include "desktop/QtShell.h"
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
@@ -83,9 +84,10 @@ int main(int argc, char** argv) {
   QtSerialPorts serialPorts;
   QtSocketControl sock(loop);
   QtDialogs dialogs(loop, windows);
-  QtPrinters printers(windows);
+  QtPrinters printers(windows, dialogs);
   QtSound sound;
-  frmTerm term(Platform{loop, windows, comPort, serialPorts, sock, dialogs, printers, sound, LongDate},
+  QtShell shell;
+  frmTerm term(Platform{loop, windows, comPort, serialPorts, sock, dialogs, printers, sound, shell, LongDate},
                settings);
 
   QElapsedTimer sinceTurn;

@@ -33,11 +33,12 @@ echo "== The simulated unit: $where"
 # The session is recorded, so that what has come from the unit can be seen here too.
 rm -f "$demo"/wire-*.log
 {
-  printf '[logging]\r\nwirelog=yes\r\n'
+  # With all menus, those for service engineers too.
+  printf '[logging]\r\nwirelog=yes\r\n[config]\r\ntestmode=yes\r\ntrace=yes\r\n'
   if [ "$route" = lan ]; then
-    printf '[config]\r\nlan=yes\r\nlanaddress=127.0.0.1\r\nlanport=%s\r\n' "${where##*:}"
+    printf 'lan=yes\r\nlanaddress=127.0.0.1\r\nlanport=%s\r\n' "${where##*:}"
   else
-    printf '[config]\r\nlan=no\r\n[devices]\r\ncom1=%s\r\n' "${where##* }"
+    printf 'lan=no\r\n[devices]\r\ncom1=%s\r\n' "${where##* }"
   fi
 } >"$demo/corvex.ini"
 

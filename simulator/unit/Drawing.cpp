@@ -68,7 +68,12 @@ std::vector<std::string> GridRows(const Place& place, const Status& status) {
   switch (screen.kind) {
     case Kind::Field:
       rows[0] = screen.title;
-      for (std::size_t i = 0; i < screen.fields.size(); ++i) rows[i + kCursorRow] = FieldRow(place, i);
+      for (int i = 0; i < static_cast<int>(screen.rows.size()); ++i) {
+        rows[static_cast<std::size_t>(kCursorRow + i)] = line(i);
+      }
+      for (std::size_t i = 0; i < screen.fields.size(); ++i) {
+        rows[kCursorRow + screen.rows.size() + i] = FieldRow(place, i);
+      }
       break;
     case Kind::Table:
       // Title and rule stand above the first line and scroll away with it.

@@ -61,6 +61,8 @@ void KeyReader::TakePlain(char c) {
       return onKey_({KeyKind::TraceOn, 0});
     case 4:
       return onKey_({KeyKind::TraceOff, 0});
+    case 5:
+      return onKey_({KeyKind::TraceFlush, 0});
     case 129:
       return onKey_({KeyKind::ChannelTraceOn, 0});
     case 130:

@@ -16,6 +16,7 @@ enum class KeyKind {
   Repaint,  ///< not a key of the user: the PC wants the present screen anew
   TraceOn,
   TraceOff,
+  TraceFlush,
   ChannelTraceOn,
   ChannelTraceOff,
 };

@@ -129,6 +129,7 @@ void Mmi::Follow(std::string_view target) {
   if (target == kSelect) return PressEnter();
   if (target == kUp) return Step(-1);
   if (target == kDown) return Step(1);
+  if (target == kPrint) return Print(*Here().screen);
   const Screen* screen = FindScreen(target);
   if (screen != nullptr) Open(*screen);
 }
@@ -138,7 +139,7 @@ void Mmi::Open(const Screen& screen) {
     case Kind::Message:
       return ShowMessage(screen);
     case Kind::Print:
-      return PrintRows(screen);
+      return Print(screen);
     case Kind::SwitchOff:
       Stop();
       send_(Packet("Shutdown"));
@@ -233,9 +234,18 @@ void Mmi::DismissMessage() {
   Draw();
 }
 
-void Mmi::PrintRows(const Screen& screen) {
+void Mmi::Print(const Screen& screen) {
   std::string job = Packet("StartPrint");
-  for (const std::string_view row : screen.rows) job += Packet("Print", "000" + status_.Text(row));
+  // The PC puts nothing between the rows: each brings its own line end.
+  const auto add = [&](std::string_view row) { job += Packet("Print", "000" + status_.Text(row) + "\r\n"); };
+  if (const Screen* heading = FindScreen(kPrintHeading)) {
+    for (const std::string_view row : heading->rows) add(row);
+  }
+  if (!screen.title.empty()) add(screen.title);
+  for (int i = 1; i <= screen.times; ++i) {
+    status_.SetValue("line", std::to_string(i));
+    for (const std::string_view row : screen.rows) add(row);
+  }
   send_(job + Packet("EndPrint"));
   Draw();
 }

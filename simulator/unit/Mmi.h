@@ -54,7 +54,7 @@ class Mmi {
 
   void ShowMessage(const Screen& screen);
   void DismissMessage();
-  void PrintRows(const Screen& screen);
+  void Print(const Screen& screen);
   void Draw();
   std::string Drawing();
   std::string LeaveList(Kind next);

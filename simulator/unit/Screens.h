@@ -14,11 +14,11 @@ enum class Kind {
   Text,     ///< `rows`, kept up to date while shown
   Menu,     ///< `items`
   Choice,   ///< `options`, one of which is in force; the choice is remembered under `value`
-  Field,    ///< `fields` to fill in; Enter on the last leads to `target`
+  Field,    ///< `fields` to fill in below `rows`; Enter on the last leads to `target`
   Table,    ///< `rows` that move under a cursor in the third place; Enter leads to `target`
   Pages,    ///< `rows` in pages of five under a title; the cursor stops at the first and last line of a page
   Message,  ///< `title` over the screen before, for a moment or until a key; carries out `effect`
-  Print,    ///< not a screen: prints `rows`
+  Print,    ///< not a screen: prints `rows` below the usual heading
   SwitchOff,  ///< not a screen: ends the session
 };
 
@@ -53,13 +53,14 @@ struct Field {
 struct SoftKey {
   std::string_view text;
   int code = 0;
-  std::string_view target;  ///< a screen, or kBack, kSelect, kUp, kDown
+  std::string_view target;  ///< a screen, or kBack, kSelect, kUp, kDown, kPrint
 };
 
 inline constexpr std::string_view kBack = "<back>";
 inline constexpr std::string_view kSelect = "<select>";
 inline constexpr std::string_view kUp = "<up>";
 inline constexpr std::string_view kDown = "<down>";
+inline constexpr std::string_view kPrint = "<print>";  ///< prints the present screen below the usual heading
 
 struct Screen {
   std::string_view name;
@@ -73,10 +74,12 @@ struct Screen {
   std::string_view value = {};
   std::string_view target = {};
   Effect effect = {};
+  int times = 1;  ///< how often a print job prints its rows, counting in the place {line}
 };
 
 inline constexpr std::string_view kIdleScreen = "idle";
 inline constexpr std::string_view kMainMenu = "main";
+inline constexpr std::string_view kPrintHeading = "heading";  ///< a print job: what stands above each other
 
 const std::vector<Screen>& Screens();
 

@@ -10,6 +10,7 @@ namespace corvex::simulation {
 namespace {
 
 constexpr int kNewMailTick = 45;
+constexpr int kDspTicks = 12;
 constexpr int kLeg = 5000;
 
 /// Two digits and no more, whatever the number.
@@ -97,6 +98,12 @@ std::string Status::Tick() {
     packets += Packet("Temp", std::to_string(temperature_));
     supplyTemperature_ = std::clamp(supplyTemperature_ + Drift(), 33, 44);
     packets += Packet("PsuTemp", std::to_string(supplyTemperature_));
+  }
+  if (ticks_ % kDspTicks == 0) {
+    // A count, itself included, and numbers of 16 bits, of which the negative ones are sent unsigned.
+    packets += Packet("DSPinfo", "4," + std::to_string(ticks_ / kDspTicks % 8) + ',' +
+                                     std::to_string(65536 - signal_ % 8 - 1) + ',' +
+                                     std::to_string(ticks_ * 38 % 32768));
   }
   if (ticks_ == kNewMailTick) packets += Apply({"mail", "NewMail", ""}) + Packet("STone", "40");
   return packets;

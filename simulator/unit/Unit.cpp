@@ -48,8 +48,10 @@ Unit::Unit(EventLoop& loop, UnitOptions options, Send send)
             [this](std::string_view bytes) {
               for (const char c : bytes) tourKeys_.Take(c);
             }),
+      tracer_(loop, status_, send_),
+      testShell_(loop, send_, options_.seed),
       ticker_(loop),
-      trace_(options_.trace) {}
+      tracesUnasked_(options_.trace) {}
 
 void Unit::Receive(std::string_view bytes) {
   std::string echo;
@@ -63,7 +65,7 @@ void Unit::Receive(std::string_view bytes) {
       keys_.Take(c);
     } else if (const auto line = commandLine_.Take(c, echo)) {
       flush();
-      Execute(*line);
+      TakeLine(*line);
     }
   }
   flush();
@@ -79,7 +81,13 @@ void Unit::LineDown() {
 
 void Unit::Cancel() {
   EndTagMode();
+  testShell_.Stop();
   commandLine_.Clear();
+}
+
+void Unit::TakeLine(const CommandLine::Line& line) {
+  if (!testShell_.Running()) return Execute(line);
+  testShell_.Execute(line.tooLong ? std::string_view("too long") : std::string_view(line.text));
 }
 
 void Unit::Execute(const CommandLine::Line& line) {
@@ -89,6 +97,10 @@ void Unit::Execute(const CommandLine::Line& line) {
   if (command == "AT+WQUILSTARTTMLB") {
     send_(Reply("OK"));
     return StartTagMode();
+  }
+  if (command == "AT+WQUILTEST") {
+    send_(Reply("OK"));
+    return testShell_.Start();
   }
   send_(Answer(command));
 }
@@ -100,6 +112,11 @@ std::string Unit::Answer(std::string_view command) {
   }
   if (command == "AT+GMM") return Reply(options_.modelReply) + Reply("OK");
   if (command == "AT+WQUILCSWVLOAD") return UpgradeReply(options_.upgrade);
+  if (command == "ATI") return Reply("Corvex Marine " + options_.modelReply) + Reply("OK");
+  if (command == "AT+GMI") return Reply("Corvex Marine") + Reply("OK");
+  if (command == "AT+GMR") return Reply("3.14") + Reply("OK");
+  if (command == "AT+GSN") return Reply("0020551") + Reply("OK");
+  if (command == "AT+CSQ") return Reply("+CSQ: " + status_.Value("signal") + ",0") + Reply("OK");
   if (command == "AT" || command == "AT+ERB_TRANSPARENT_MODE") return Reply("OK");
   return Reply("ERROR");
 }
@@ -117,6 +134,7 @@ void Unit::EndTagMode() {
   tagMode_ = false;
   ticker_.Stop();
   tour_.Stop();
+  tracer_.Stop();
   keys_.Clear();
   tourKeys_.Clear();
   mmi_.Stop();
@@ -126,12 +144,13 @@ void Unit::Press(Key key) {
   switch (key.kind) {
     case KeyKind::TraceOn:
     case KeyKind::TraceOff:
-      trace_ = key.kind == KeyKind::TraceOn;
-      return;
+      tracesUnasked_ = false;
+      return tracer_.SwitchRecords(key.kind == KeyKind::TraceOn);
+    case KeyKind::TraceFlush:
+      return tracer_.Flush();
     case KeyKind::ChannelTraceOn:
     case KeyKind::ChannelTraceOff:
-      channelTrace_ = key.kind == KeyKind::ChannelTraceOn;
-      return;
+      return tracer_.SwitchChannels(key.kind == KeyKind::ChannelTraceOn);
     case KeyKind::Repaint:
       mmi_.Press(key);
       // A PC that asks for the screen has none, and so it has no readings either.
@@ -153,15 +172,8 @@ void Unit::Tick() {
   ++ticks_;
   send_(status_.Tick());
   mmi_.Refresh();
-  TraceSomething();
-}
-
-void Unit::TraceSomething() {
-  if (trace_ && ticks_ % 7 == 3) {
+  if (tracesUnasked_ && ticks_ % 7 == 3) {
     send_(TraceRecord(status_.Text("rx {signal} dB/Hz, unit {temperature} C, supply {supply} C")));
-  }
-  if (channelTrace_ && ticks_ % 4 == 2) {
-    send_(Packet("Channel", status_.Text("1,su tick, signal {signal}")));
   }
 }
 

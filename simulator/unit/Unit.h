@@ -10,8 +10,10 @@
 #include "unit/KeyReader.h"
 #include "unit/Mmi.h"
 #include "unit/Status.h"
+#include "unit/TestShell.h"
 #include "unit/Timer.h"
 #include "unit/Tour.h"
+#include "unit/Tracer.h"
 
 namespace corvex::simulation {
 
@@ -26,14 +28,15 @@ struct UnitOptions {
   std::optional<std::int64_t> startTime = std::nullopt;
   EventLoop::Time tick = std::chrono::seconds(1);
   bool tour = false;  ///< Plays through some screens by itself while nobody touches a key.
-  bool trace = true;  ///< Trace records come from the start, not only once they are asked for.
+  bool trace = true;  ///< A trace record comes now and then, unasked, until the PC switches trace off.
   std::uint32_t seed = 1;
 };
 
 /// A simulated terminal unit, seen through its line: bytes in, bytes out, and a line that comes and goes.
 ///
 /// It begins as a modem that takes AT commands. One of these starts the tag stream, in which it shows its
-/// man-machine interface and takes keys; the character CAN or a hang-up ends that.
+/// man-machine interface and takes keys, another one its test shell; the character CAN or a hang-up ends
+/// either.
 class Unit {
  public:
   using Options = UnitOptions;
@@ -51,13 +54,13 @@ class Unit {
 
  private:
   void Cancel();
+  void TakeLine(const CommandLine::Line& line);
   void Execute(const CommandLine::Line& line);
   std::string Answer(std::string_view command);
   void StartTagMode();
   void EndTagMode();
   void Press(Key key);
   void Tick();
-  void TraceSomething();
 
   UnitOptions options_;
   Send send_;
@@ -67,10 +70,11 @@ class Unit {
   KeyReader keys_;
   KeyReader tourKeys_;
   Tour tour_;
+  Tracer tracer_;
+  TestShell testShell_;
   Timer ticker_;
   bool tagMode_ = false;
-  bool trace_;
-  bool channelTrace_ = false;
+  bool tracesUnasked_;
   unsigned ticks_ = 0;
 };
 

@@ -100,8 +100,8 @@ FileBrowser::FileBrowser(Container& parent, const Design& design, Dialogs& dialo
   cmdBrowse.enabled = design.enabled;
   txtFolder.change = [this] { TextHasChanged(); };
   cmdBrowse.click = [this] { Browse(); };
-  drop = [this] { dialogs_.MessageBox("hello"); };  // and nothing more; that is meant
-  txtFolder.drop = [this] { drop(); };
+  drop = [this](const Drop&) { dialogs_.MessageBox("hello"); };  // and nothing more; that is meant
+  txtFolder.drop = [this](const Drop& dropped) { drop(dropped); };
   Place();
 }
 

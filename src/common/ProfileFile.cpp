@@ -1,20 +1,14 @@
 #include "common/ProfileFile.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <optional>
-#include <random>
-#include <system_error>
 #include <utility>
 
 #include "common/Text.h"
+#include "common/TextFile.h"
 
 namespace corvex {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -78,58 +72,6 @@ std::string_view LineEnd(std::string_view text) {
   return bare ? kCrLf.substr(1) : kCrLf;
 }
 
-/// The whole of a file; empty if there is none. Nothing for what is no file, is too large or cannot be read.
-std::optional<std::string> ReadWhole(const fs::path& file) {
-  std::error_code error;
-  const fs::file_status status = fs::status(file, error);
-  if (status.type() == fs::file_type::not_found) return std::string();
-  if (!fs::is_regular_file(status)) return std::nullopt;
-  const std::uintmax_t size = fs::file_size(file, error);
-  if (error || size > kMaxProfileFile) return std::nullopt;
-  std::ifstream in(file, std::ios::binary);
-  std::string text(static_cast<std::size_t>(size), '\0');
-  in.read(text.data(), static_cast<std::streamsize>(size));
-  const bool whole = in && in.peek() == std::ifstream::traits_type::eof();
-  return whole ? std::optional(std::move(text)) : std::nullopt;
-}
-
-/// The file that a path leads to, which need not exist. Only for paths whose status could be read: their
-/// links end.
-fs::path FollowLinks(fs::path file) {
-  std::error_code error;
-  while (fs::is_symlink(fs::symlink_status(file, error))) file = file.parent_path() / fs::read_symlink(file);
-  return file;
-}
-
-bool WriteNewOwnerOnly(const fs::path& file, std::string_view text) {
-  std::ofstream out(file, std::ios::binary);
-  if (!out) return false;
-  std::error_code error;
-  // Before there is a secret in it.
-  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, error);
-  if (error) return false;
-  out.write(text.data(), static_cast<std::streamsize>(text.size()));
-  out.close();
-  return out.good();
-}
-
-/// Puts a text in the place of a file, or leaves the file as it is and gives false.
-bool Replace(const fs::path& file, std::string_view text) {
-  // A name that nobody else has, as two running copies of the program may write at the same time.
-  std::random_device random;
-  fs::path temporary = file;
-  temporary += "." + std::to_string(random()) + std::to_string(random()) + ".tmp";
-  std::error_code error;
-  if (fs::exists(fs::symlink_status(temporary, error))) return false;
-
-  if (WriteNewOwnerOnly(temporary, text)) {
-    fs::rename(temporary, file, error);
-    if (!error) return true;
-  }
-  fs::remove(temporary, error);
-  return false;
-}
-
 }  // namespace
 
 std::string ProfileValue(std::string_view text, std::string_view section, std::string_view key,
@@ -164,8 +106,8 @@ std::string WithProfileValue(std::string_view text, std::string_view section, st
 std::string ReadProfile(const std::string& file, std::string_view section, std::string_view key,
                         std::string_view fallback) noexcept {
   try {
-    return ProfileValue(ReadWhole(file).value_or(""), section, key, fallback);
-  } catch (const std::exception&) {  // of a path that the system cannot name, or of memory
+    return ProfileValue(ReadWhole(file, kMaxProfileFile).value_or(""), section, key, fallback);
+  } catch (const std::exception&) {  // of memory
     return std::string(fallback);
   }
 }
@@ -173,16 +115,11 @@ std::string ReadProfile(const std::string& file, std::string_view section, std::
 bool WriteProfile(const std::string& file, std::string_view section, std::string_view key,
                   std::string_view value) noexcept {
   try {
-    const auto text = ReadWhole(file);
+    const auto text = ReadWhole(file, kMaxProfileFile);
     if (!text) return false;
-    std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    const bool readOnly = (status.permissions() & fs::perms::owner_write) == fs::perms::none;
-    if (fs::exists(status) && readOnly) return false;
     const std::string changed = WithProfileValue(*text, section, key, value);
-    return changed.size() <= kMaxProfileFile && Replace(FollowLinks(file), changed);
-  } catch (const std::exception&) {  // of a path that the system cannot name, of a link that vanished, or of
-                                     // memory
+    return changed.size() <= kMaxProfileFile && ReplaceFile(file, changed, FileAccess::OwnerOnly);
+  } catch (const std::exception&) {  // of memory
     return false;
   }
 }

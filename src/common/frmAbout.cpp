@@ -8,8 +8,6 @@ namespace corvex {
 
 namespace {
 
-constexpr int kEnter = 13;
-constexpr int kEsc = 27;
 constexpr Twips kWidth = 5190;
 constexpr Twips kHeight = 3600;
 
@@ -17,10 +15,8 @@ constexpr Twips kHeight = 3600;
 
 frmAbout::frmAbout(Form& owner, const SettingsStore& settings)
     : Form(owner.loop(), owner.windows(), "frmAbout", &owner) {
-  const Rect& around = owner.rect;
   caption = "Corvex Marine";
-  rect = Rect{around.left + (around.width - kWidth) / 2, around.top + (around.height - kHeight) / 2, kWidth,
-              kHeight};
+  Centre(owner.rect, kWidth, kHeight);
   fixedSize = true;
   const std::string revision = std::to_string(kVersionRevision);
   lblVersion.caption = " Corvex Mobile 206118/" + std::to_string(kVersionMajor) + '.' +
@@ -30,11 +26,8 @@ frmAbout::frmAbout(Form& owner, const SettingsStore& settings)
   const auto close = [this] { visible = false; };
   cmdOK.click = close;
   queryUnload = close;
-  keyDown = [close](KeyEvent& key) {
-    if (key.keyCode != kEnter && key.keyCode != kEsc) return;
-    key.handled = true;
-    close();
-  };
+  defaultButton = &cmdOK;
+  cancelButton = &cmdOK;
   cmdOK.SetFocus();
 }
 

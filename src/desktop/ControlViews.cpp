@@ -91,6 +91,8 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Caption)) {
+      const ControlView* buddy = control_.buddy == nullptr ? nullptr : window_.ViewOf(*control_.buddy);
+      if (buddy != nullptr) shown_->setBuddy(buddy->widget());  // a label comes before it
       shown_->setText(ToShown(control_.caption.Get()));
       if (panel_ != nullptr && control_.accessible.Get().empty()) panel_->Announce();
     }
@@ -152,6 +154,22 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
   Panel* panel_;  ///< That it stands on, if it is one.
 };
 
+/// Whether what a text is measured by or has room in has changed.
+bool TextPlaceChanged(const Changes& changes) {
+  return changes.Has(Change::Rect) || changes.Has(Change::Font) || changes.Has(Change::Caption);
+}
+
+/// A text beside a mark that is a little too large for its place is shown smaller.
+void FitBesideMark(QAbstractButton& shown, QStyle::SubElement contents, const QFont& font) {
+  QStyleOptionButton option;
+  option.initFrom(&shown);
+  const QSize room = shown.style()->subElementRect(contents, &option, &shown).size();
+  shown.setFont(ShrunkToFit(font, kSmallestText, [&](const QFont& in) {
+    const QSize taken = QFontMetrics(in).size(Qt::TextShowMnemonic, shown.text());
+    return taken.width() <= room.width() && taken.height() <= room.height();
+  }));
+}
+
 class ButtonView : public WidgetView<Button, QPushButton> {
  public:
   ButtonView(FormWindow& window, Button& button)
@@ -170,7 +188,7 @@ class ButtonView : public WidgetView<Button, QPushButton> {
       const int side = std::min(shown_->width(), shown_->height()) - 8;
       shown_->setIconSize({side, side});
     }
-    if (changes.Has(Change::Rect) || changes.Has(Change::Font) || changes.Has(Change::Caption)) FitText();
+    if (TextPlaceChanged(changes)) FitText();
   }
 
  private:
@@ -207,6 +225,8 @@ class OptionButtonView : public WidgetView<OptionButton, QRadioButton> {
       shown_->setChecked(on);
       shown_->setAutoExclusive(true);
     }
+    if (TextPlaceChanged(changes))
+      FitBesideMark(*shown_, QStyle::SE_RadioButtonContents, MakeFont(control_.font, false));
   }
 };
 
@@ -224,6 +244,8 @@ class CheckBoxView : public WidgetView<CheckBox, QCheckBox> {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
     if (changes.Has(Change::Checked)) shown_->setChecked(control_.value);
+    if (TextPlaceChanged(changes))
+      FitBesideMark(*shown_, QStyle::SE_CheckBoxContents, MakeFont(control_.font, false));
   }
 };
 
@@ -331,7 +353,9 @@ QString NameByLabel(const Control& control) {
     if (other == &control) break;
     label = &other->parent() == &control.parent() ? dynamic_cast<const Label*>(other) : nullptr;
   }
-  return label == nullptr ? QString() : ToShown(label->caption.Get());
+  if (label == nullptr) return {};
+  QString name = ToShown(label->caption.Get());
+  return label->buddy == nullptr ? name : name.remove(u'&');
 }
 
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control) {

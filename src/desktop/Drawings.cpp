@@ -217,6 +217,14 @@ void Bolt(Sketch& s) {
   s.Accent().Line({{14, 2}, {7, 13}, {17, 11}, {10, 22}});
 }
 
+void Disk(Sketch& s) {
+  s.Tinted()
+      .Shape({{4, 4}, {16.5, 4}, {20, 7.5}, {20, 20}, {4, 20}})
+      .Ink()
+      .Line({{8, 4}, {8, 9}, {15, 9}, {15, 4}});
+  s.Accent().Line({{8, 20}, {8, 14}, {16, 14}, {16, 20}});
+}
+
 void Question(Sketch& s) {
   s.Tinted()
       .Ring(12, 12, 9)

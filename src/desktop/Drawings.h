@@ -48,6 +48,7 @@ void Wrench(Sketch& s);
 // For the indicators, where they are as small as a letter, and for the program's own buttons and questions.
 void Bars(Sketch& s);
 void Bolt(Sketch& s);
+void Disk(Sketch& s);
 void Question(Sketch& s);
 void Terminal(Sketch& s);
 void Thermometer(Sketch& s);

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScreen>
 #include <algorithm>
 #include <utility>
@@ -48,6 +49,7 @@ FormWindow::FormWindow(Form& form, EventLoop& loop, QWidget* owner)
       form_(&form),
       client_(new QWidget(this)) {
   setObjectName(ToQt(form.name()));
+  setAttribute(Qt::WA_ShowWithoutActivating, !form.takesFocus);
   MakeViews();
   connect(qApp, &QApplication::focusChanged, this, &FormWindow::AdoptFocus);
   form.observer = this;
@@ -197,6 +199,7 @@ void FormWindow::ApplyForm(const Changes& changes) {
       unsetCursor();
     }
   }
+  if (changes.Has(Change::Default)) ApplyDefault();
   if (changes.Has(Change::Rect)) ApplyRect();
   LayOut();
   if (changes.Has(Change::WindowState)) {
@@ -209,6 +212,13 @@ void FormWindow::ApplyForm(const Changes& changes) {
   if (changes.Has(Change::Visible)) {
     setWindowModality(form_->Modal() ? Qt::ApplicationModal : Qt::NonModal);  // taken over when it is shown
     setVisible(form_->visible);
+  }
+}
+
+void FormWindow::ApplyDefault() {
+  for (const auto& view : views_) {
+    auto* button = qobject_cast<QPushButton*>(view->widget());
+    if (button != nullptr) button->setDefault(&view->control() == form_->defaultButton.Get());
   }
 }
 
@@ -323,7 +333,10 @@ void FormWindow::AdoptFocus() {
   if (focused == nullptr) return;
   if (focused == client_) form_->AdoptFocus(nullptr);
   for (const auto& view : views_) {
-    if (view->widget() == focused) form_->AdoptFocus(&view->control());
+    Control& control = view->control();
+    if (view->widget() != focused || form_->Focused() == &control) continue;
+    form_->AdoptFocus(&control);
+    if (control.gotFocus) Post([&control] { control.gotFocus(); });
   }
 }
 
@@ -343,7 +356,7 @@ bool FormWindow::TakeKey(QKeyEvent& event) {
   if (key.ctrl && key.alt && !event.text().isEmpty() && event.text().front().isPrint()) {
     key.ctrl = key.alt = false;
   }
-  if (key.keyCode != 0) Enter([this, &key] { form_->keyDown(key); });
+  if (key.keyCode != 0) Enter([this, &key] { form_->TakeKey(key); });
   // Tapping Alt alone opens the menu bar, whatever the form makes of letters with Alt.
   if (event.key() == Qt::Key_Alt) key.handled = false;
   // Remembered only now: the handler may have waited, and other keys have come.

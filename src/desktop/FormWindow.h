@@ -70,6 +70,7 @@ class FormWindow : public QWidget, public FormObserver {
   void Schedule();
   void Flush();
   void ApplyForm(const Changes& changes);
+  void ApplyDefault();
   void ApplyRect();
   void LayOut();
   void AdoptGeometry();

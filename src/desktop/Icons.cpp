@@ -83,15 +83,18 @@ struct NamedDrawing {
   Drawing drawing;
 };
 
-constexpr std::array<NamedDrawing, 9> kNamed{{{"mail", drawings::Envelope},
-                                              {"signal", drawings::Bars},
-                                              {"sim", drawings::SimCard},
-                                              {"temperature", drawings::Thermometer},
-                                              {"supply", drawings::Bolt},
-                                              {"terminal", drawings::Terminal},
-                                              {"devices", drawings::Wrench},
-                                              {"info", drawings::Info},
-                                              {"question", drawings::Question}}};
+constexpr std::array<NamedDrawing, 12> kNamed{{{"mail", drawings::Envelope},
+                                               {"signal", drawings::Bars},
+                                               {"sim", drawings::SimCard},
+                                               {"temperature", drawings::Thermometer},
+                                               {"supply", drawings::Bolt},
+                                               {"terminal", drawings::Terminal},
+                                               {"devices", drawings::Wrench},
+                                               {"info", drawings::Info},
+                                               {"question", drawings::Question},
+                                               {"clear", drawings::Bin},
+                                               {"save", drawings::Disk},
+                                               {"print", drawings::Printer}}};
 
 void DrawNumber(Sketch& sketch, const Table& table, int number, int otherwise) {
   if (number < 0 || number >= kMenuIcons) number = otherwise;

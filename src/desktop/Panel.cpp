@@ -134,6 +134,10 @@ void Panel::PaintTitle(QPainter& painter, const QRect& place) const {
   QFont bold = font();
   bold.setBold(true);
   bold = ShrunkToFit(bold, 1, [&](const QFont& in) { return QFontMetrics(in).height() <= place.height(); });
+  constexpr int kSmallest = 7;
+  bold = ShrunkToFit(bold, kSmallest, [&](const QFont& in) {
+    return QFontMetrics(in).elidedText(title_, Qt::ElideRight, place.width()) == title_;
+  });
   painter.setFont(bold);
   painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
                    QFontMetrics(bold).elidedText(title_, Qt::ElideRight, place.width()));

@@ -3,13 +3,17 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFontDialog>
+#include <QFontInfo>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <algorithm>
 
 #include "desktop/FormWindow.h"
 #include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/Theme.h"
 
 namespace corvex {
 
@@ -70,16 +74,37 @@ void QtDialogs::MessageBox(std::string_view text) {
   Run(box);
 }
 
-bool QtDialogs::AskYesNo(std::string_view text) {
-  return AskYesNo(ToShown(text), windows_.FrontWindow());
+QWidget* QtDialogs::OwnerOf(const Form* form) const {
+  QWidget* const window = form == nullptr ? nullptr : windows_.WindowOf(*form);
+  return window == nullptr ? windows_.FrontWindow() : window;
 }
 
-bool QtDialogs::AskYesNo(const QString& text, QWidget* owner) {
-  QMessageBox box(QMessageBox::Question, {}, {}, QMessageBox::Yes | QMessageBox::No, owner);
-  Fill(box, text, windows_.applicationTitle());
-  box.setDefaultButton(QMessageBox::No);
-  box.setEscapeButton(QMessageBox::No);
-  return Run(box) == QMessageBox::Yes;
+Answer QtDialogs::Ask(const Question& question) {
+  return Ask(question, ToShown(question.text), OwnerOf(question.owner));
+}
+
+Answer QtDialogs::Ask(const Question& question, const QString& text, QWidget* owner) {
+  const bool okCancel = question.buttons == Buttons::OkCancel;
+  const bool mayCancel = question.buttons != Buttons::YesNo;
+  QMessageBox::StandardButtons buttons =
+      okCancel ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Yes | QMessageBox::No;
+  if (mayCancel) buttons |= QMessageBox::Cancel;
+  QMessageBox box(question.warns ? QMessageBox::Warning : QMessageBox::Question, {}, {}, buttons, owner);
+  Fill(box, text, question.title.empty() ? windows_.applicationTitle() : question.title);
+  // What an Enter in passing gives is what changes least.
+  const auto safest = mayCancel ? QMessageBox::Cancel : QMessageBox::No;
+  box.setDefaultButton(question.buttons == Buttons::YesNoCancel ? QMessageBox::Yes : safest);
+  box.setEscapeButton(safest);
+  switch (Run(box)) {
+    case QMessageBox::Yes:
+      return Answer::Yes;
+    case QMessageBox::Ok:
+      return Answer::Ok;
+    case QMessageBox::No:
+      return Answer::No;
+    default:
+      return mayCancel ? Answer::Cancel : Answer::No;
+  }
 }
 
 std::optional<std::string> QtDialogs::InputBox(std::string_view prompt, std::string_view title) {
@@ -102,8 +127,7 @@ std::optional<std::string> QtDialogs::SaveFile(const FileQuestion& question) {
 }
 
 std::optional<std::string> QtDialogs::AskFile(const FileQuestion& question, bool saves) {
-  QWidget* owner = question.owner == nullptr ? nullptr : windows_.WindowOf(*question.owner);
-  if (owner == nullptr) owner = windows_.FrontWindow();
+  QWidget* const owner = OwnerOf(question.owner);
   QFileDialog dialog(owner, ToShown(question.title).trimmed() + u' ');
   dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -118,10 +142,25 @@ std::optional<std::string> QtDialogs::AskFile(const FileQuestion& question, bool
                           : exists                 ? QStringLiteral("This file exists already. Replace it?")
                           : question.asksBeforeNew ? QStringLiteral("This file does not exist. Create it?")
                                                    : QString();
-    if (doubt.isEmpty() || AskYesNo(path + u'\n' + doubt, owner))
+    if (doubt.isEmpty() || Ask({}, path + u'\n' + doubt, owner) == Answer::Yes)
       return QFile::encodeName(path).toStdString();
   }
   return std::nullopt;
+}
+
+std::optional<Font> QtDialogs::ChooseFont(const Font& font, bool forPrinter, const Form* owner) {
+  QFont first = MakeFont(font, false);
+  first.setPointSizeF(std::max(font.size, 1.0));
+  first.setFamily(QFontInfo(first).family());  // the box knows no styles of a family that stands for another
+  QFontDialog dialog(first, OwnerOf(owner));
+  if (forPrinter) dialog.setOption(QFontDialog::ScalableFonts);
+  if (Run(dialog) != QDialog::Accepted) return std::nullopt;
+  const QFont chosen = dialog.selectedFont();
+  return Font{.name = FromQt(chosen.family()),
+              .size = chosen.pointSizeF(),
+              .bold = chosen.bold(),
+              .italic = chosen.italic(),
+              .underline = chosen.underline()};
 }
 
 }  // namespace corvex

@@ -19,14 +19,19 @@ class QtDialogs : public Dialogs {
   QtDialogs(EventLoop& loop, const QtWindowSystem& windows) : loop_(loop), windows_(windows) {}
 
   void MessageBox(std::string_view text) override;
-  bool AskYesNo(std::string_view text) override;
+  Answer Ask(const Question& question) override;
   std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) override;
   std::optional<std::string> OpenFile(const FileQuestion& question) override;
   std::optional<std::string> SaveFile(const FileQuestion& question) override;
+  std::optional<Font> ChooseFont(const Font& font, bool forPrinter, const Form* owner) override;
+
+  /// Shows a dialog and pumps events until it is answered. Returns its result.
+  int Run(QDialog& dialog);
+  /// The window of a form, or else the one in front.
+  QWidget* OwnerOf(const Form* form) const;
 
  private:
-  int Run(QDialog& dialog);
-  bool AskYesNo(const QString& text, QWidget* owner);
+  Answer Ask(const Question& question, const QString& text, QWidget* owner);
   std::optional<std::string> AskFile(const FileQuestion& question, bool saves);
 
   EventLoop& loop_;

@@ -1,21 +1,38 @@
 #include "desktop/QtPrinters.h"
 
 #include <QPainter>
+#include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QProcess>
 #include <QTextLayout>
+#include <algorithm>
+#ifdef Q_OS_WIN
+#include <windows.h>
+#include <winspool.h>
+#endif
 
 #include "desktop/FormWindow.h"
+#include "desktop/QtDialogs.h"
 #include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/Theme.h"
 
 namespace corvex {
 
-bool PrintPages(QPrinter& printer, const std::string& text, const Printers::PrintFont& font) {
-  QFont face(ToQt(font.name));
-  face.setPointSizeF(font.size > 0 ? font.size : 12);
-  face.setBold(font.bold);
-  face.setItalic(font.italic);
+namespace {
+
+/// Of one document; beyond it, it is a fault and not a printout.
+constexpr int kMostPages = 2000;
+/// Characters laid out at once: a megabyte without a line end takes long.
+constexpr qsizetype kLongestParagraph = 8192;
+
+}  // namespace
+
+bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
+  QFont face = MakeFont(font, false);  // a typewriter's is there under another name, perhaps
+  face.setPointSizeF(std::max(font.size, 1.0));
+  face.setUnderline(false);  // has no effect on paper
 
   QPainter painter;
   if (!painter.begin(&printer)) return false;
@@ -27,33 +44,41 @@ bool PrintPages(QPrinter& printer, const std::string& text, const Printers::Prin
   wrapping.setTabStopDistance(8 * metrics.horizontalAdvance(u'0'));
 
   qreal y = 0;
-  bool first = true;
-  QString whole = ToQt(text);
-  whole.remove(u'\r');
-  for (const QString& sheet : whole.split(u'\f')) {
-    if (!first) {
-      printer.newPage();
-      y = 0;
+  int pages = 1;
+  const auto turnPage = [&] {
+    y = 0;
+    return ++pages <= kMostPages && printer.newPage();
+  };
+  const auto printParagraph = [&](const QString& paragraph) {
+    QTextLayout layout(paragraph, face, &printer);
+    layout.setTextOption(wrapping);
+    layout.beginLayout();
+    bool printed = true;
+    while (printed) {
+      QTextLine line = layout.createLine();
+      if (!line.isValid()) break;
+      line.setLineWidth(page.width());
+      if (y > 0 && y + metrics.lineSpacing() > page.height()) printed = turnPage();
+      // Each line at the place where it falls, not where the layout has it: pages break between them.
+      line.draw(&painter, QPointF(0, y));
+      y += metrics.lineSpacing();
     }
-    first = false;
-    for (const QString& paragraph : sheet.split(u'\n')) {
-      QTextLayout layout(paragraph, face, &printer);
-      layout.setTextOption(wrapping);
-      layout.beginLayout();
-      for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(page.width());
-        if (y > 0 && y + metrics.lineSpacing() > page.height()) {
-          printer.newPage();
-          y = 0;
-        }
-        // Each line at the place where it falls, not where the layout has it: pages break between them.
-        line.draw(&painter, QPointF(0, y));
-        y += metrics.lineSpacing();
-      }
-      layout.endLayout();
-    }
+    layout.endLayout();
+    return printed;
+  };
+  bool printed = true;
+  const QString whole = ToShown(text, u"\n\t\f");
+  for (qsizetype at = 0; printed && at <= whole.size();) {
+    qsizetype end = at;
+    while (end < whole.size() && end - at < kLongestParagraph && whole[end] != u'\n' && whole[end] != u'\f')
+      ++end;
+    printed = printParagraph(whole.mid(at, end - at));
+    const QChar behind = end < whole.size() ? whole[end] : QChar(u'\n');
+    if (printed && behind == u'\f') printed = turnPage();
+    at = behind == u'\n' || behind == u'\f' ? end + 1 : end;
   }
-  return painter.end();
+  if (!printed) printer.abort();
+  return painter.end() && printed;
 }
 
 bool PrintPicture(QPrinter& printer, const QPixmap& picture) {
@@ -67,24 +92,64 @@ bool PrintPicture(QPrinter& printer, const QPixmap& picture) {
 
 namespace {
 
-/// A default printer is valid even where there is none: it writes a file.
-bool HasPrinter() {
-  return !QPrinterInfo::availablePrinters().isEmpty();
-}
+class QtPrintJob : public PrintJob {
+ public:
+  bool Print(const std::string& text, const Font& font) override { return PrintPages(printer, text, font); }
+  QPrinter printer{QPrinter::HighResolution};
+};
 
 }  // namespace
 
-bool QtPrinters::PrintText(const std::string& text, const PrintFont& font) {
-  if (!HasPrinter()) return false;
-  QPrinter printer(QPrinter::HighResolution);
-  return PrintPages(printer, text, font);
+/// Of the printers that the system lists: a default printer is valid even where there is none, and writes a
+/// file.
+int QtPrinters::Count() const {
+  return static_cast<int>(QPrinterInfo::availablePrinterNames().size());
+}
+
+std::string QtPrinters::DefaultName() const {
+  const QString chosen = QPrinterInfo::defaultPrinterName();
+  // Where none has been chosen, Qt prints on the first one.
+  return FromQt(chosen.isEmpty() ? QPrinterInfo::availablePrinterNames().value(0) : chosen);
+}
+
+bool QtPrinters::PrintText(const std::string& text, const Font& font) {
+  return QtPrintJob().Print(text, font);
 }
 
 bool QtPrinters::PrintWindow(const Form& form) {
   FormWindow* const window = windows_.WindowOf(form);
-  if (window == nullptr || !HasPrinter()) return false;
+  if (window == nullptr) return false;
   QPrinter printer(QPrinter::HighResolution);
   return PrintPicture(printer, window->grab());
+}
+
+bool QtPrinters::Accepted(QPrintDialog& dialog) {
+#ifdef Q_OS_WIN
+  return dialog.exec() == QDialog::Accepted;  // the system's own, which can only be run so
+#else
+  return dialogs_.Run(dialog) == QDialog::Accepted;
+#endif
+}
+
+std::unique_ptr<PrintJob> QtPrinters::Choose(const Form* owner) {
+  auto job = std::make_unique<QtPrintJob>();
+  QPrintDialog dialog(&job->printer, dialogs_.OwnerOf(owner));
+  return Accepted(dialog) ? std::move(job) : nullptr;
+}
+
+void QtPrinters::ChooseDefault(const Form* owner) {
+  QPrinter printer;
+  QPrintDialog dialog(&printer, dialogs_.OwnerOf(owner));
+  if (!Accepted(dialog) || printer.printerName().isEmpty()) return;
+#ifdef Q_OS_WIN
+  SetDefaultPrinterW(reinterpret_cast<const wchar_t*>(printer.printerName().utf16()));
+#else
+  // Not QProcess::execute: it waits for a print server that does not answer.
+  constexpr int kPatience = 3000;
+  QProcess chooses;
+  chooses.start(QStringLiteral("lpoptions"), {QStringLiteral("-d"), printer.printerName()});
+  chooses.waitForFinished(kPatience);
+#endif
 }
 
 }  // namespace corvex

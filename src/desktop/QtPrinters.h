@@ -3,27 +3,36 @@
 #include "platform/Services.h"
 
 class QPixmap;
+class QPrintDialog;
 class QPrinter;
 
 namespace corvex {
 
 /// Lays a text out on as many pages as it takes; a form feed begins a new one. False if the printer cannot be
-/// written to.
-bool PrintPages(QPrinter& printer, const std::string& text, const Printers::PrintFont& font);
+/// written to, or the text would take thousands of pages.
+bool PrintPages(QPrinter& printer, const std::string& text, const Font& font);
 
 /// Prints a picture as large as the page allows, at the top of it. False as above.
 bool PrintPicture(QPrinter& printer, const QPixmap& picture);
 
+class QtDialogs;
 class QtWindowSystem;
 
 class QtPrinters : public Printers {
  public:
-  explicit QtPrinters(const QtWindowSystem& windows) : windows_(windows) {}
-  bool PrintText(const std::string& text, const PrintFont& font) override;
+  QtPrinters(const QtWindowSystem& windows, QtDialogs& dialogs) : windows_(windows), dialogs_(dialogs) {}
+  int Count() const override;
+  std::string DefaultName() const override;
+  bool PrintText(const std::string& text, const Font& font) override;
   bool PrintWindow(const Form& form) override;
+  std::unique_ptr<PrintJob> Choose(const Form* owner) override;
+  void ChooseDefault(const Form* owner) override;
 
  private:
+  bool Accepted(QPrintDialog& dialog);
+
   const QtWindowSystem& windows_;
+  QtDialogs& dialogs_;
 };
 
 }  // namespace corvex

@@ -1,5 +1,6 @@
 #include "desktop/QtSound.h"
 
+#include <QApplication>
 #include <algorithm>
 #include <system_error>
 #include <thread>
@@ -28,6 +29,10 @@ void QtSound::Beep(double hertz, int milliseconds) {
   } catch (const std::system_error&) {
     *playing_ = false;  // no more threads: no tone
   }
+}
+
+void QtSound::Bell() {
+  QApplication::beep();
 }
 
 }  // namespace corvex

@@ -13,6 +13,7 @@ namespace corvex {
 class QtSound : public Sound {
  public:
   void Beep(double hertz, int milliseconds) override;
+  void Bell() override;
 
  private:
   const std::shared_ptr<std::atomic<bool>> playing_ = std::make_shared<std::atomic<bool>>(false);

@@ -18,12 +18,13 @@ inline std::string FromQt(const QString& text) {
   return text.toLatin1().toStdString();
 }
 
-/// A text on one or more lines to be shown as it is: line ends become Qt's, other control characters blanks.
-inline QString ToShown(std::string_view text) {
+/// A text on one or more lines to be shown as it is: line ends become Qt's, control characters blanks but for
+/// those that are kept.
+inline QString ToShown(std::string_view text, QStringView kept = u"\n\t") {
   QString shown = ToQt(text);
   shown.remove(u'\r');
   for (QChar& c : shown) {
-    if (c.category() == QChar::Other_Control && c != u'\n' && c != u'\t') c = u' ';
+    if (c.category() == QChar::Other_Control && !kept.contains(c)) c = u' ';
   }
   return shown;
 }

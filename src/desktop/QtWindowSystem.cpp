@@ -42,6 +42,14 @@ std::int32_t QtWindowSystem::ScreenWidth() const {
   return screen == nullptr ? 0 : screen->virtualGeometry().width() * kTwipsPerPixel;
 }
 
+Rect QtWindowSystem::WorkArea() const {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return {};
+  const QRect area = screen->availableGeometry();
+  return {area.x() * kTwipsPerPixel, area.y() * kTwipsPerPixel, area.width() * kTwipsPerPixel,
+          area.height() * kTwipsPerPixel};
+}
+
 QWidget* QtWindowSystem::FrontWindow() const {
   if (QWidget* active = QApplication::activeWindow()) return active;
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;

@@ -23,6 +23,7 @@ class QtWindowSystem : public QObject, public WindowSystem {
   void Attach(Form& form) override;
   void Detach(Form& form) override;
   std::int32_t ScreenWidth() const override;
+  Rect WorkArea() const override;
   void SetApplicationTitle(const std::string& title) override { title_ = title; }
 
   const std::string& applicationTitle() const { return title_; }

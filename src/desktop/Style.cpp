@@ -242,7 +242,9 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     case PM_IndicatorHeight:
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
-      return widget == nullptr ? size : std::max(size, widget->fontInfo().pixelSize() * 5 / 4);
+      if (widget == nullptr) return size;
+      // With the font, and within the row where a window has become low.
+      return std::min(std::max(size, widget->fontInfo().pixelSize() * 5 / 4), std::max(widget->height(), 8));
     default:
       return size;
   }

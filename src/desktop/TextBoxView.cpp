@@ -15,6 +15,18 @@ std::size_t CountReturns(std::string_view text) {
   return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
 }
 
+/// How many bytes stand before a place on the page, CRs among them.
+std::size_t ByteAt(std::string_view text, std::size_t place) {
+  std::size_t at = 0;
+  for (std::size_t seen = 0; seen < place && at < text.size(); ++at) seen += text[at] == '\r' ? 0 : 1;
+  return at;
+}
+
+std::size_t PlaceAt(std::string_view text, std::size_t byte) {
+  const std::string_view before = text.substr(0, byte);
+  return before.size() - CountReturns(before);
+}
+
 constexpr char16_t kControlPictures = 0x2400;
 
 /// As shown on pages: without CR, and control characters as their pictures, so that none is lost when the
@@ -28,13 +40,25 @@ QString ToPage(std::string_view bytes) {
   return page;
 }
 
+bool IsLineEnd(QChar c) {
+  return c == QChar::ParagraphSeparator || c == QChar::LineSeparator || c == u'\n';
+}
+
+bool IsControlPicture(QChar c) {
+  return c.unicode() >= kControlPictures && c.unicode() < kControlPictures + 0x20;
+}
+
+bool HasByte(QChar c) {
+  return c.unicode() <= 0xFF || IsLineEnd(c) || IsControlPicture(c);
+}
+
 std::string FromPage(const QString& page) {
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(page.size()));
   for (const QChar c : page) {
-    if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator || c == u'\n') {
+    if (IsLineEnd(c)) {
       bytes += "\r\n";
-    } else if (c.unicode() >= kControlPictures && c.unicode() < kControlPictures + 0x20) {
+    } else if (IsControlPicture(c)) {
       bytes += static_cast<char>(c.unicode() - kControlPictures);
     } else {
       bytes += c.unicode() <= 0xFF ? c.toLatin1() : '?';
@@ -134,20 +158,29 @@ class PagesView : public WidgetView<TextBox, Pages> {
     shown_->setUndoRedoEnabled(!box.locked);
     shown_->setTabChangesFocus(box.locked);
     connect(shown_, &QPlainTextEdit::textChanged, this, &PagesView::Typed);
+    connect(shown_, &QPlainTextEdit::selectionChanged, this, &PagesView::AdoptSelection);
+    connect(shown_, &QPlainTextEdit::cursorPositionChanged, this, &PagesView::AdoptSelection);
   }
 
   void TextEdited(std::size_t position, std::size_t removed, std::string_view inserted) override {
     if (whole_) return;
     const std::string& text = control_.Text();  // as it was before this edit
+    taken_ += inserted.size();
+    if (removed > 0 && removed == text.size() && taken_ > kMostTaken) {
+      whole_ = true;
+      edits_.clear();
+      return;
+    }
     const bool appends = position == text.size();
-    if (appends && !edits_.empty() && edits_.back().atEnd) {
+    if (removed == 0 && !edits_.empty() && edits_.back().byteEnd == position) {
       edits_.back().inserted += inserted;
+      edits_.back().byteEnd += inserted.size();
       return;
     }
     const std::string_view gone = std::string_view(text).substr(position, removed);
     Edit edit;
-    edit.atEnd = position + removed == text.size();
-    edit.position = position - (appends ? 0 : CountReturns(std::string_view(text).substr(0, position)));
+    edit.byteEnd = position + inserted.size();
+    edit.position = appends ? 0 : PlaceAt(text, position);
     edit.removed = removed - CountReturns(gone);
     edit.inserted = inserted;
     edit.appends = appends;
@@ -161,12 +194,23 @@ class PagesView : public WidgetView<TextBox, Pages> {
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     ApplyLockAndColors(changes, control_, *shown_);
-    if (!changes.Has(Change::Caption)) return;
     applying_ = true;
+    const bool replaced = whole_;
+    if (changes.Has(Change::Caption)) ApplyText();
+    if (changes.Has(Change::Selection) || replaced) ApplySelection();
+    applying_ = false;
+    AdoptSelection();  // the user may have moved it while the text was not shown yet
+  }
+
+ private:
+  void ApplyText() {
     QScrollBar& bar = *shown_->verticalScrollBar();
     const bool follow = control_.locked && bar.value() == bar.maximum();
+    // Whoever has scrolled away from the caret reads there.
+    const bool followCaret = !control_.locked && shown_->viewport()->rect().intersects(shown_->cursorRect());
     if (whole_) {
       shown_->setPlainText(ToPage(control_.Text()));
+      taken_ = control_.Text().size();
     } else {
       QTextCursor cursor(shown_->document());
       cursor.beginEditBlock();
@@ -176,16 +220,38 @@ class PagesView : public WidgetView<TextBox, Pages> {
     whole_ = false;
     edits_.clear();
     if (follow) bar.setValue(bar.maximum());
-    applying_ = false;
+    if (followCaret) shown_->ensureCursorVisible();
   }
 
- private:
+  void ApplySelection() {
+    const auto [start, length] = control_.selection.Get();
+    const int last = shown_->document()->characterCount() - 1;
+    const auto place = [&](std::size_t byte) {
+      return std::min(static_cast<int>(PlaceAt(control_.Text(), byte)), last);
+    };
+    QTextCursor cursor(shown_->document());
+    cursor.setPosition(place(start));
+    cursor.setPosition(place(start + length), QTextCursor::KeepAnchor);
+    // A view that is only read stays where its user has scrolled to.
+    const int scrolled = shown_->verticalScrollBar()->value();
+    shown_->setTextCursor(cursor);
+    if (control_.locked) shown_->verticalScrollBar()->setValue(scrolled);
+  }
+
+  void AdoptSelection() {
+    if (applying_ || pending.Has(Change::Selection) || pending.Has(Change::Caption)) return;
+    const QTextCursor cursor = shown_->textCursor();
+    const std::size_t start = ByteAt(control_.Text(), static_cast<std::size_t>(cursor.selectionStart()));
+    const std::size_t end = ByteAt(control_.Text(), static_cast<std::size_t>(cursor.selectionEnd()));
+    control_.selection.Adopt({start, end - start});
+  }
+
   struct Edit {
     std::size_t position = 0;  ///< As shown; of no meaning if `appends`.
     std::size_t removed = 0;   ///< As shown.
     std::string inserted;
     bool appends = false;
-    bool atEnd = false;  ///< What is inserted is the end of the text: more may be added to it.
+    std::size_t byteEnd = 0;  ///< In the bytes, where what is inserted ends: more may be added to it.
   };
   static constexpr std::size_t kMostEdits =
       1000;  // with more than this in one turn the whole text is as cheap
@@ -196,13 +262,22 @@ class PagesView : public WidgetView<TextBox, Pages> {
     whole_ =
         whole_ || std::any_of(edits_.begin(), edits_.end(), [](const Edit& edit) { return !edit.appends; });
     if (whole_) return;  // the logic's text counts for more than one key
-    std::string bytes = FromPage(shown_->document()->toRawText());
-    for (const Edit& edit : edits_) bytes += edit.inserted;
+    const QString page = shown_->document()->toRawText();
+    std::string bytes = FromPage(page);
+    for (Edit& edit : edits_) {
+      bytes += edit.inserted;
+      edit.byteEnd = bytes.size();
+    }
     control_.AdoptText(std::move(bytes));
+    AdoptSelection();
     window_.Post([&control = control_] { control.change(); });
+    if (std::all_of(page.begin(), page.end(), HasByte)) return;
+    // What has no byte is "?" in the text, and is to be seen so before it is saved.
+    whole_ = true;
+    window_.ControlChanged(control_, Change::Caption);
   }
 
-  static void ApplyEdit(QTextCursor& cursor, const Edit& edit) {
+  void ApplyEdit(QTextCursor& cursor, const Edit& edit) {
     cursor.movePosition(QTextCursor::End);
     if (!edit.appends) {
       const int end = cursor.position();
@@ -210,11 +285,26 @@ class PagesView : public WidgetView<TextBox, Pages> {
       cursor.setPosition(std::min(static_cast<int>(edit.position + edit.removed), end),
                          QTextCursor::KeepAnchor);
     }
+    const QTextCursor marked = shown_->textCursor();
+    const int anchor = marked.anchor();
+    const int position = marked.position();
+    // What comes right behind the selection would become a part of it.
+    const bool behind =
+        marked.hasSelection() && !cursor.hasSelection() && marked.selectionEnd() == cursor.position();
     cursor.insertText(ToPage(edit.inserted));
+    if (!behind) return;
+    QTextCursor kept = marked;
+    kept.setPosition(anchor);
+    kept.setPosition(position, QTextCursor::KeepAnchor);
+    shown_->setTextCursor(kept);
   }
 
+  /// Where the user may undo, Qt keeps all that was ever in the page. Emptied after so much it is made anew.
+  static constexpr std::size_t kMostTaken = 1 << 20;
+
   std::vector<Edit> edits_;
-  bool whole_ = true;  ///< The text is to be shown anew as a whole.
+  std::size_t taken_ = 0;  ///< Bytes put into the page since it was made.
+  bool whole_ = true;      ///< The text is to be shown anew as a whole.
   bool applying_ = false;
 };
 

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QDir>
 #include <QDropEvent>
+#include <QFile>
+#include <QMimeData>
+#include <QUrl>
 #include <QWidget>
 #include <algorithm>
 
@@ -18,6 +22,22 @@ inline double Growth(QSize now, QSize made) {
   if (made.isEmpty()) return 1;
   return std::min(static_cast<double>(now.width()) / made.width(),
                   static_cast<double>(now.height()) / made.height());
+}
+
+/// What has been dropped, as the core has it.
+inline Drop ToDrop(const QDropEvent& event) {
+  Drop drop;
+#ifdef Q_OS_WIN
+  const auto allows = [&](Qt::DropAction action, int bit) {
+    return event.possibleActions().testFlag(action) ? bit : 0;
+  };
+  drop.effect = allows(Qt::CopyAction, 1) + allows(Qt::MoveAction, 2) + allows(Qt::LinkAction, 4);
+#endif
+  for (const QUrl& url : event.mimeData()->urls()) {
+    const QString path = QDir::toNativeSeparators(url.toLocalFile());
+    if (!path.isEmpty()) drop.files.push_back(QFile::encodeName(path).toStdString());
+  }
+  return drop;
 }
 
 /// What the views of all controls that are widgets have in common.
@@ -58,8 +78,12 @@ class WidgetView : public ControlView {
     const auto type = event->type();
     if (watched != shown_ || !control_.drop) return false;
     if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
-    static_cast<QDropEvent*>(event)->acceptProposedAction();
-    if (type == QEvent::Drop) window_.Post([&control = control_] { control.drop(); });
+    auto* dropped = static_cast<QDropEvent*>(event);
+    // Whatever key is held: to accept a move would be to let its source delete what is moved.
+    dropped->setDropAction(Qt::CopyAction);
+    dropped->setAccepted(dropped->possibleActions().testFlag(Qt::CopyAction));
+    if (type == QEvent::Drop && dropped->isAccepted())
+      window_.Post([&control = control_, drop = ToDrop(*dropped)] { control.drop(drop); });
     return true;
   }
 

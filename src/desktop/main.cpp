@@ -1,14 +1,18 @@
 #include <QApplication>
+#include <QFile>
+#include <csignal>
 #include <cstdlib>
 
 #include "common/INIFuncs.h"
 #include "desktop/Icons.h"
 #include "desktop/Places.h"
 #include "desktop/QtDialogs.h"
+#include "desktop/QtDspLibrary.h"
 #include "desktop/QtEventLoop.h"
 #include "desktop/QtPrinters.h"
 #include "desktop/QtSerialControl.h"
 #include "desktop/QtSerialPorts.h"
+#include "desktop/QtShell.h"
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
@@ -32,8 +36,11 @@ int Run(QApplication& application) {
   QtSerialPorts serialPorts;
   QtSocketControl sock(loop);
   QtDialogs dialogs(loop, windows);
-  QtPrinters printers(windows);
+  QtPrinters printers(windows, dialogs);
   QtSound sound;
+  QtShell shell;
+  QtDspLibrary dspLibrary(
+      {QApplication::applicationDirPath(), QFile::decodeName(settings.AppFolder().c_str())});
 
   frmTerm term(Platform{.loop = loop,
                         .windows = windows,
@@ -43,7 +50,9 @@ int Run(QApplication& application) {
                         .dialogs = dialogs,
                         .printers = printers,
                         .sound = sound,
-                        .longDate = LongDate},
+                        .shell = shell,
+                        .longDate = LongDate,
+                        .dspMsg = [&dspLibrary](const std::int16_t* n) { dspLibrary.DspMsg(n); }},
                settings);
   loop.Enter([&term] { term.Load(); });
   return loop.Exec();
@@ -52,6 +61,9 @@ int Run(QApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);  // a log at the system's limit of a file's size fails, and the program lives
+#endif
   QApplication application(argc, argv);
   const int status = Run(application);
   // All of ours is gone. Qt's own end would wait for a host name that is still being looked up, many seconds

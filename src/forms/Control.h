@@ -38,6 +38,14 @@ struct Design {
   Align align = Align::Left;  ///< Labels.
 };
 
+/// What the user has dragged to a control.
+struct Drop {
+  /// What the source lets be done with it: 1 to copy it, 2 to move it, 4 to link to it, all added up. 7 on a
+  /// system that does not tell.
+  int effect = 7;
+  std::vector<std::string> files;  ///< Paths, in the encoding of the system's narrow file names.
+};
+
 /// What all controls have in common. A control belongs to the form for good.
 class Control : public Observable {
  public:
@@ -61,7 +69,8 @@ class Control : public Observable {
   /// "Temperature: %". Empty: that text alone.
   Property<std::string> accessible;
   Property<Font> font;
-  Event<> drop;  ///< Something was dragged here. Filled, if at all, before the form is shown.
+  Event<const Drop&> drop;  ///< Something was dragged here. Filled, if at all, before the form is shown.
+  Event<> gotFocus;         ///< By the user or the logic.
   const Look look;
   const Align align;
   std::string tag;  ///< Shown nowhere; for what belongs to the control.

@@ -13,6 +13,23 @@ void TextBox::Edit(std::size_t position, std::size_t removed, std::string_view i
   if (removed == 0 && inserted.empty()) return;
   if (form().observer != nullptr) form().observer->TextEdited(*this, position, removed, inserted);
   text_.replace(position, removed, inserted);
+  const auto [start, length] = selection.Get();
+  const auto moved = [&](std::size_t place) {
+    if (place >= position + removed) return place - removed + inserted.size();
+    return std::min(place, position);
+  };
+  const std::size_t newStart = moved(start);
+  // What is inserted right behind the selection does not become a part of it.
+  const std::size_t end = start + length;
+  const std::size_t newEnd = length > 0 && end == position + removed ? position : moved(end);
+  selection.Adopt({newStart, newEnd - std::min(newStart, newEnd)});
+}
+
+void TextBox::ReplaceSelection(std::string_view text) {
+  const auto [start, length] = selection.Get();
+  const std::size_t at = std::min(start, text_.size());
+  Edit(at, length, text);
+  selection = Selection{at + text.size(), 0};
 }
 
 void TextBox::AdoptText(std::string text) {

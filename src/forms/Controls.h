@@ -36,10 +36,13 @@ class Label : public Control {
   std::string_view TypeName() const override { return "Label"; }
   Property<std::string> caption;
   const std::string picture;  ///< As Image::picture; stands before the caption of an indicator.
+  /// What gets the focus by the key behind "&" in the caption, which has no meaning without it. Set before
+  /// the form is shown.
+  Control* buddy = nullptr;
   Event<> click;
 };
 
-class Button : public Control {
+class Button final : public Control {
  public:
   Button(Container& parent, const Design& design)
       : Control(parent, design),
@@ -88,16 +91,20 @@ class TextBox : public Control {
   const std::string& Text() const { return text_; }
   void SetText(std::string_view text) { Edit(0, text_.size(), text); }
   void Append(std::string_view text) { Edit(text_.size(), 0, text); }
-  /// Replaces `removed` bytes at `position`; both are limited to the text there is.
+  /// Replaces `removed` bytes at `position`; both are limited to the text there is. The selection stays on
+  /// what it was on, and one that is empty behind what is inserted at its place.
   void Edit(std::size_t position, std::size_t removed, std::string_view inserted);
-  /// For the window system: takes over what the user typed; `change` comes behind it.
+  /// Replaces what is selected; nothing is selected then.
+  void ReplaceSelection(std::string_view text);
+  /// For the window system: takes over what the user typed; `change` comes behind it, and the selection.
   void AdoptText(std::string text);
 
   std::string_view SelText() const;
 
-  bool multiLine = false;                                       ///< Set before the form is shown.
-  Property<bool> locked{*this, Change::Enabled, false};         ///< The user cannot type.
-  Property<Selection> selection{*this, Change::Selection, {}};  ///< Followed in boxes of one line.
+  bool multiLine = false;                                ///< Set before the form is shown.
+  Property<bool> locked{*this, Change::Enabled, false};  ///< The user cannot type.
+  Property<Selection> selection{*this, Change::Selection, {}};
+  void SelectAll() { selection = Selection{0, text_.size()}; }
   Property<Color> backColor{*this, Change::BackColor, kWindowColor};
   Property<Color> foreColor{*this, Change::ForeColor, kWindowTextColor};
   Event<> change;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "common/ScopedFlag.h"
-#include "forms/Control.h"
+#include "forms/Controls.h"
 #include "platform/Services.h"
 
 namespace corvex {
@@ -46,10 +46,52 @@ void Form::SetActive(bool active) {
   }
 }
 
+void Form::TakeKey(KeyEvent& key) {
+  constexpr int kEnter = 13;
+  constexpr int kEsc = 27;
+  keyDown(key);
+  if (key.handled || key.shift || key.ctrl || key.alt) return;
+  Button* button = nullptr;
+  if (key.keyCode == kEsc) button = cancelButton;
+  if (key.keyCode == kEnter) {
+    button = defaultButton;
+    if (auto* focused = dynamic_cast<Button*>(focused_)) button = focused;
+    if (const auto* text = dynamic_cast<TextBox*>(focused_); text != nullptr && text->multiLine) return;
+  }
+  if (button == nullptr || !button->visible || !button->enabled) return;
+  key.handled = true;
+  if (key.repeated) return;
+  // A second key may come in the very turn in which the first one closes the form.
+  loop_.Post([this, button, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired() && visible && button->enabled) button->click();
+  });
+}
+
+void Form::MoveTo(Twips left, Twips top) {
+  constexpr Twips kMost = 1'000'000'000;
+  Rect outer = rect;
+  outer.left = std::clamp(left, -kMost, kMost);
+  outer.top = std::clamp(top, -kMost, kMost);
+  rect = outer;
+}
+
+void Form::Centre(const Rect& over, Twips width, Twips height) {
+  // Larger than what it lies over, it must not reach beyond the screen with its title where that does not.
+  const Rect screen = windows_.WorkArea();
+  const auto place = [](Twips from, Twips room, Twips size, Twips edge) {
+    const Twips centred = from + (room - size) / 2;
+    return from >= edge ? std::max(centred, edge) : centred;
+  };
+  rect = Rect{place(over.left, over.width, width, screen.left),
+              place(over.top, over.height, height, screen.top), width, height};
+}
+
 void Form::Focus(Control& control) {
+  const bool had = focused_ == &control;
   focused_ = &control;
   // Told even if the form believes it has the focus already: the window system may know better.
   control.Changed(Change::Focus);
+  if (!had) control.gotFocus();
 }
 
 void Form::Changed(Change change) {

@@ -5,12 +5,13 @@
 #include <string_view>
 #include <vector>
 
-#include "forms/Geometry.h"
 #include "forms/Property.h"
 #include "platform/EventLoop.h"
+#include "platform/Geometry.h"
 
 namespace corvex {
 
+class Button;
 class Control;
 class Form;
 class TextBox;
@@ -87,13 +88,23 @@ class Form : public Container, public Observable {
   Property<bool> visible{*this, Change::Visible, false};
   Property<Pointer> pointer{*this, Change::Pointer, Pointer::Normal};
   Property<WindowState> windowState{*this, Change::WindowState, WindowState::Normal};
-  bool fixedSize = false;  ///< The user cannot resize the window; set before the form is shown.
+  // Both set before the form is shown.
+  bool fixedSize = false;  ///< The user cannot resize the window.
+  bool takesFocus = true;  ///< The window becomes the active one when it is shown.
 
   Event<> activate;
   Event<> deactivate;
   Event<> resize;            ///< The user or the logic has changed the extents or the window state.
   Event<> queryUnload;       ///< The user wants to close the window.
   Event<KeyEvent&> keyDown;  ///< Comes before any control sees the key.
+
+  // What Enter and Esc click, wherever the focus is; none at first. Enter goes to a button with the focus,
+  // and to a text of several lines, before.
+  Property<Button*> defaultButton{*this, Change::Default, nullptr};
+  Button* cancelButton = nullptr;
+  /// For the window system: a key has come, before any control sees it. The buttons are clicked in a task of
+  /// their own.
+  void TakeKey(KeyEvent& key);
 
   /// Whether this is the system's active window.
   bool Active() const { return active_; }
@@ -103,12 +114,18 @@ class Form : public Container, public Observable {
   /// The control with the keyboard focus, or none.
   Control* Focused() const { return focused_; }
   void Focus(Control& control);
-  /// For the window system: the user has moved the focus.
+  /// For the window system: the user has moved the focus. The control's gotFocus is raised by the caller.
   void AdoptFocus(Control* control) { focused_ = control; }
 
   /// Shows the form and pumps events until it is hidden again; meanwhile the user cannot reach other windows.
   void ShowModal();
   bool Modal() const { return modal_; }
+
+  /// Moves the form. What lies beyond any screen is limited, so that a size can be added to it.
+  void MoveTo(Twips left, Twips top);
+
+  /// Gives the form its outer size, in the middle of a place on the screen.
+  void Centre(const Rect& over, Twips width, Twips height);
 
   /// Takes the form off the window system. A window whose members the window system could still reach calls
   /// it first in its destructor.
@@ -133,6 +150,7 @@ class Form : public Container, public Observable {
   bool active_ = false;
   bool modal_ = false;
   bool attached_ = false;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< For tasks that may outlive the form.
 };
 
 }  // namespace corvex

@@ -28,6 +28,7 @@ enum class Change : std::uint32_t {
   Value = 1u << 16,
   Accessible = 1u << 17,
   BackColor = 1u << 18,
+  Default = 1u << 19,
 };
 
 /// Something whose changes are told to one observer.

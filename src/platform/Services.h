@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "platform/Geometry.h"
 
 namespace corvex {
 
@@ -21,6 +24,19 @@ struct FileQuestion {
   bool asksBeforeNew = false;  ///< SaveFile: asks before a file is made that does not exist yet.
 };
 
+enum class Buttons { YesNo, OkCancel, YesNoCancel };
+enum class Answer { Yes, No, Ok, Cancel };
+
+/// A question to be answered by one of a few buttons. To close its box without one is Cancel, or No where
+/// there is no Cancel.
+struct Question {
+  std::string text = {};
+  std::string title = {};  ///< Empty: the program's.
+  Buttons buttons = Buttons::YesNo;
+  bool warns = false;  ///< Something is at stake.
+  const Form* owner = nullptr;
+};
+
 /// Questions to the user in windows of their own. Each call returns when it has been answered, and pumps
 /// events meanwhile.
 class Dialogs {
@@ -28,8 +44,8 @@ class Dialogs {
   virtual ~Dialogs() = default;
   /// A text and one button.
   virtual void MessageBox(std::string_view text) = 0;
-  /// True for Yes.
-  virtual bool AskYesNo(std::string_view text) = 0;
+  virtual Answer Ask(const Question& question) = 0;
+  bool AskYesNo(std::string_view text) { return Ask({.text = std::string(text)}) == Answer::Yes; }
   /// The text typed, or none if the user gave up.
   virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) = 0;
   // The path of the file picked, in the encoding of the system's narrow file names, or none if the user gave
@@ -38,6 +54,8 @@ class Dialogs {
   virtual std::optional<std::string> OpenFile(const FileQuestion& question) = 0;
   /// A file to write to; one that exists has been given up by the user.
   virtual std::optional<std::string> SaveFile(const FileQuestion& question) = 0;
+  /// A font, beginning with the one given; of those that a printer has, if so asked.
+  virtual std::optional<Font> ChooseFont(const Font& font, bool forPrinter, const Form* owner) = 0;
 };
 
 /// The window system: shows forms.
@@ -51,28 +69,43 @@ class WindowSystem {
   virtual void Detach(Form& form) = 0;
   /// Width of the screen in twips.
   virtual std::int32_t ScreenWidth() const = 0;
+  /// The part of the screen that windows may cover, in twips.
+  virtual Rect WorkArea() const = 0;
   /// The program's title, which the system shows where it lists programs.
   virtual void SetApplicationTitle(const std::string& title) = 0;
+};
+
+/// What goes on one printer, with all that the user has chosen for it: which printer, how many copies, the
+/// paper.
+class PrintJob {
+ public:
+  virtual ~PrintJob() = default;
+  /// Prints a text as one document. False if it failed.
+  virtual bool Print(const std::string& text, const Font& font) = 0;
 };
 
 /// The system's printers.
 class Printers {
  public:
   virtual ~Printers() = default;
-  struct PrintFont {
-    std::string name;
-    double size = 12;
-    bool bold = false;
-    bool italic = false;
-  };
-  /// Prints a text on the default printer and ends the document. False if the system has no printer.
-  virtual bool PrintText(const std::string& text, const PrintFont& font) = 0;
-  /// Prints a picture of a window as it stands on the default printer. False if the system has no printer.
+  virtual int Count() const = 0;
+  /// The name of the default printer; empty if there is none.
+  virtual std::string DefaultName() const = 0;
+  // Both only where there is a printer. False if it failed.
+  /// Prints a text on the default printer as one document, once.
+  virtual bool PrintText(const std::string& text, const Font& font) = 0;
+  /// Prints a picture of a window as it stands on the default printer.
   virtual bool PrintWindow(const Form& form) = 0;
+  // Both return when the user has answered, and pump events meanwhile.
+  /// Lets the user choose a printer for one document. None if he gave up.
+  virtual std::unique_ptr<PrintJob> Choose(const Form* owner) = 0;
+  /// Lets the user choose the system's default printer.
+  virtual void ChooseDefault(const Form* owner) = 0;
 };
 
-/// What the user is told where a system has no printer.
+/// What the user is told where a system has no printer, and of a printer that fails.
 inline constexpr std::string_view kNoPrinter = "No printer configured";
+inline constexpr std::string_view kPrintFailed = "Error printing";
 
 /// The speaker.
 class Sound {
@@ -80,6 +113,19 @@ class Sound {
   virtual ~Sound() = default;
   /// Begins a tone; it may go on after the call. Silent where there is no sound.
   virtual void Beep(double hertz, int milliseconds) = 0;
+  /// The sound with which the system says "not so".
+  virtual void Bell() = 0;
+};
+
+/// What else the program asks of the system.
+class Shell {
+ public:
+  virtual ~Shell() = default;
+  /// Shows a text file in the system's own viewer, and does not wait for it. False if there is none.
+  virtual bool ShowText(const std::string& path) = 0;
+  // The clipboard's text, Latin-1, with CR LF at the end of its lines.
+  virtual std::string ClipboardText() const = 0;
+  virtual void SetClipboardText(const std::string& text) = 0;
 };
 
 }  // namespace corvex

@@ -1,7 +1,9 @@
 #include "session/Dispatcher.h"
 
+#include <algorithm>
 #include <cstdio>
 
+#include "common/SettingFonts.h"
 #include "common/Text.h"
 #include "session/PopUp.h"
 #include "session/RowPainter.h"
@@ -17,6 +19,12 @@ bool Taken(bool& flag) {
   const bool was = flag;
   flag = false;
   return was;
+}
+
+/// Of what one event brings, as much as is worth showing: more would only hold up the window.
+std::string_view LastPart(std::string_view text) {
+  constexpr std::size_t kWorthShowing = 64 * 1024;
+  return text.substr(text.size() - std::min(text.size(), kWorthShowing));
 }
 
 }  // namespace
@@ -44,9 +52,10 @@ void Dispatcher::ProcessReceived() {
 }
 
 void Dispatcher::ShowBytes() {
-  const std::string text = p_.received.TakeRx();
-  const bool hex = p_.window.OptBase[0].value;
-  const bool decimal = p_.window.OptBase[1].value;
+  const std::string taken = p_.received.TakeRx();
+  const std::string_view text = LastPart(taken);
+  const bool hex = p_.window.atPanel.OptBase[0].value;
+  const bool decimal = p_.window.atPanel.OptBase[1].value;
   if (!hex && !decimal) {
     AppendToRx(text);
     return;
@@ -69,8 +78,11 @@ void Dispatcher::AppendToRx(std::string_view text) {
   constexpr std::size_t kBound = 5000;
   constexpr std::size_t kDropped = 4096;
   TextBox& view = p_.window.txtRx;
-  if (view.Text().size() > kBound) view.Edit(0, kDropped, {});
-  view.Append(text);
+  // As often as it takes: an event can bring more than is dropped at once, and so can the next.
+  std::size_t dropped = 0;
+  while (view.Text().size() > kBound + dropped) dropped += kDropped;
+  view.Edit(0, dropped, {});
+  view.Append(LastPart(text));
 }
 
 void Dispatcher::ServeFlags() {
@@ -130,13 +142,13 @@ void Dispatcher::ServePrint() {
 
 void Dispatcher::PrintToPrinter() {
   const auto& printer = p_.settings.printer;
-  const Printers::PrintFont font{.name = printer.font.Get(),
-                                 .size = static_cast<double>(printer.fontsize.Get()),
-                                 .bold = printer.bold.Get(),
-                                 .italic = printer.italic.Get()};
-  if (!p_.platform.printers.PrintText(p_.state.printText, font)) {
+  if (p_.platform.printers.Count() == 0) {
     p_.platform.dialogs.MessageBox(kNoPrinter);
+    return;
   }
+  Font font = SettingFont(printer);
+  font.underline = false;  // whatever the settings say
+  if (!p_.platform.printers.PrintText(p_.state.printText, font)) p_.platform.dialogs.MessageBox(kPrintFailed);
 }
 
 }  // namespace corvex

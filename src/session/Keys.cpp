@@ -85,9 +85,13 @@ void Keys::Connect() {
   window.ListMenu.doubleClick = inTerminal([this] { ChooseFromMenu(); });
   window.ListChoice.keyPress = inTerminal([this](char key) { PressInChoice(key); });
   window.ListChoice.doubleClick = inTerminal([this] { ChooseFromList(); });
-  window.CorvexFocus1.keys = inTerminal([this](std::string_view text) { TakeTyped(text); });
+  window.CorvexFocus1.keys = [this](std::string_view text) {
+    const bool autoSend = p_.main.mode == ModemMode::AtMode && p_.window.atPanel.optAutoSend.value;
+    if (autoSend || p_.main.mode == ModemMode::Terminal) TakeTyped(text);
+  };
   window.keyDown = [this](KeyEvent& key) {
     key.handled = TakeWindowKey(key, p_.main, p_.window, p_.platform.dialogs);
+    if (!key.handled && panelKey) key.handled = panelKey(key);
     if (!key.handled) KeyDown(key);
   };
   window.tmrRefresh.tick = [this] { Refresh(); };
@@ -157,20 +161,8 @@ void Keys::ClickSoftKey(std::size_t index) {
   RestoreFocus();
 }
 
-bool Keys::LinkTaken() const {
-  switch (p_.main.mode) {
-    case ModemMode::AwaitIntro:
-    case ModemMode::DeviceManager:
-    case ModemMode::Upgrade:
-    case ModemMode::Closing:
-      return true;
-    default:
-      return false;
-  }
-}
-
 void Keys::ClickEscape() {
-  if (LinkTaken()) return;
+  if (LinkTaken(p_.main)) return;
   ++escapes_;
   SendEscape();
   RestoreFocus();
@@ -271,8 +263,10 @@ void Keys::KeyDown(KeyEvent& key) {
       if (key.alt) post([this] { PrintWindow(); });
       break;
     case kTab:
+      // Their panels have controls to go through, and the modem no form.
+      if (p_.main.mode == ModemMode::TestInterface || p_.main.mode == ModemMode::AtMode) return;
       post([this] {
-        if (p_.state.screenKind == ScreenKind::FieldScreen && !LinkTaken()) SendCursorDown();
+        if (p_.state.screenKind == ScreenKind::FieldScreen && !LinkTaken(p_.main)) SendCursorDown();
       });
       break;
     default:
@@ -340,14 +334,18 @@ void Keys::ResyncScreen() {
 void Keys::Refresh() {
   p_.main.rowsFrozen = false;
   p_.window.tmrRefresh.enabled = false;
-  if (LinkTaken()) return;
+  if (LinkTaken(p_.main)) return;
   p_.link.WriteText(kRefresh);
   p_.state.rowClean.fill(false);
   PaintRows(p_.window, p_.main, p_.state, p_.grid);
 }
 
 void Keys::PrintWindow() {
-  if (!p_.platform.printers.PrintWindow(p_.window)) p_.platform.dialogs.MessageBox(kNoPrinter);
+  if (p_.platform.printers.Count() == 0) {
+    p_.platform.dialogs.MessageBox(kNoPrinter);
+  } else if (!p_.platform.printers.PrintWindow(p_.window)) {
+    p_.platform.dialogs.MessageBox(kPrintFailed);
+  }
 }
 
 }  // namespace corvex

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
 #include "link/modComSock.h"
@@ -40,6 +41,8 @@ class Keys {
   explicit Keys(const Parts& parts) : p_(parts) {}
   /// Fills the events of the window that are keys to the modem.
   void Connect();
+  /// Keys of a service panel come before; true if it was one.
+  std::function<bool(const KeyEvent&)> panelKey;
 
   /// Keys 1 to 5; any other sends nothing.
   void PressSoftKey(int key);
@@ -50,6 +53,9 @@ class Keys {
   void SendMenuItem(int item);
   /// Walks the modem back to its top level.
   void SendEscapeSeries();
+
+  /// Whether a walk of the modem's cursor or a key is still on its way.
+  bool Busy() const { return walking_ || opening_; }
 
   /// Gives the focus to what takes keys at the moment, if the window is active and shows the modem's screen.
   void RestoreFocus();
@@ -76,8 +82,6 @@ class Keys {
   void Refresh();
 
   void PrintWindow();
-  /// Whether a dialogue with the modem is going on that a key would disturb.
-  bool LinkTaken() const;
   /// Opens the link if need be and sends; nothing while another key is waiting for the link.
   void Send(std::string_view bytes);
 

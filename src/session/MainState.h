@@ -14,8 +14,22 @@ struct MainState {
   bool rowsFrozen = false;  ///< Rows are not repainted: a click walks the modem's cursor.
   bool screenHold = false;  ///< Neither rows nor choice lists are shown: the tool walks the modem's cursor.
   std::string applicationTitle;  ///< Names the terminal once it has been detected.
+  std::string statusNumber;      ///< From the modem's status table, as the last test log has found it.
   unsigned passage = 0;          ///< Counts the passages between modes that have begun; see Overtaken.
 };
+
+/// Whether a dialogue with the modem is going on that a byte of the user's would disturb.
+inline bool LinkTaken(const MainState& main) {
+  switch (main.mode) {
+    case ModemMode::AwaitIntro:
+    case ModemMode::DeviceManager:
+    case ModemMode::Upgrade:
+    case ModemMode::Closing:
+      return true;
+    default:
+      return false;
+  }
+}
 
 /// Tells whether another passage between modes has begun since this was made: by a click, a tick or a packet
 /// that came in one of its waits. What has been overtaken stops where it is, without a further byte to the

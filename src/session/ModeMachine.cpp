@@ -6,6 +6,7 @@
 #include "common/ScopedFlag.h"
 #include "common/Text.h"
 #include "devices/frmDev.h"
+#include "panels/modRawCmds.h"
 #include "session/PopUp.h"
 #include "session/RowPainter.h"
 #include "session/SoftKeyPanel.h"
@@ -165,6 +166,7 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
   CloseTrace();
+  if (overtaken()) return false;
   EndSession();
   if (p_.main.mode == ModemMode::Terminal) {
     p_.link.SendCancel();
@@ -203,6 +205,7 @@ void ModeMachine::EnterPortSetup() {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
   CloseTrace();
+  if (overtaken()) return;
   p_.portPanel.ShowRoute();
   StopTimers();
   switch (p_.main.mode) {
@@ -244,7 +247,7 @@ void ModeMachine::EnterTestInterface() {
   if (!p_.link.EnsureLinkOpen()) return;
   const Overtaken overtaken = BeginPassage();
   const bool leaving = p_.main.mode == ModemMode::TestInterface;
-  LeaveForTextPanel();
+  LeaveForTextPanel(overtaken);
   if (overtaken()) return;
   if (leaving) {
     p_.window.fmOnTab[kTestPanel].visible = false;
@@ -252,9 +255,13 @@ void ModeMachine::EnterTestInterface() {
     return;
   }
   ShowTextPanel(kTestPanel);
+  p_.window.testPanel.frmAero.visible = true;
   p_.link.WriteText("\x18");
   p_.link.WriteText("at+wquiltest\r\n");
+  TestPanel& panel = p_.window.testPanel;
+  if (p_.window.Active()) panel.txtRaw.SetFocus();
   p_.main.mode = ModemMode::TestInterface;
+  for (OptionButton& option : panel.optRxTx) option.enabled = true;
   UpdateModeMenu();
 }
 
@@ -262,7 +269,7 @@ void ModeMachine::EnterAtMode() {
   if (!p_.link.EnsureLinkOpen()) return;
   const Overtaken overtaken = BeginPassage();
   const bool leaving = p_.main.mode == ModemMode::AtMode;
-  LeaveForTextPanel();
+  LeaveForTextPanel(overtaken);
   if (overtaken()) return;
   if (leaving) {
     p_.window.fmOnTab[kAtPanel].visible = false;
@@ -275,14 +282,19 @@ void ModeMachine::EnterAtMode() {
   p_.main.mode = ModemMode::AtMode;
   UpdateModeMenu();
   PauseShort(p_.window.loop());
+  if (overtaken()) return;
+  AtPanel& panel = p_.window.atPanel;
+  FocusAtPanel(p_.window);
+  if (!panel.optAutoSend.value) p_.window.defaultButton = &panel.cmdRawBytes;  // else Enter is to be sent
 }
 
 /// Leaves the mode there is for a panel with the text view, which needs an open link. The panel that is shown
 /// next takes the place of another.
-void ModeMachine::LeaveForTextPanel() {
+void ModeMachine::LeaveForTextPanel(const Overtaken& overtaken) {
   StopTimers();
   p_.layout.HideConnectPanels();
   CloseTrace();
+  if (overtaken()) return;
   if (p_.main.mode == ModemMode::TestInterface) p_.link.WriteText(kLeaveTestShell);
   if (p_.main.mode == ModemMode::Terminal) LeaveTerminal();
 }
@@ -292,9 +304,10 @@ void ModeMachine::OpenDeviceManager() {
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
   {
     const ScopedFlag busy(deviceManagerBusy_);
-    CloseTrace();
-    StopTimers();
     const Overtaken overtaken = BeginPassage();
+    CloseTrace();
+    if (overtaken()) return;
+    StopTimers();
     if (!TakeOffline(overtaken)) return;
     p_.link.SendCancel();
     if (overtaken()) return;
@@ -307,10 +320,11 @@ void ModeMachine::OpenDeviceManager() {
 }
 
 void ModeMachine::OpenPhoneBook() {
-  CloseTrace();
-  StopTimers();
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
   const Overtaken overtaken = BeginPassage();
+  CloseTrace();
+  if (overtaken()) return;
+  StopTimers();
   if (!TakeOffline(overtaken)) return;
   p_.link.SendCancel();
   if (overtaken()) return;
@@ -433,7 +447,7 @@ void ModeMachine::ClearScreen() {
 }
 
 void ModeMachine::CloseTrace() {
-  p_.state.traceEnabled = false;
+  if (closeTrace) closeTrace();
 }
 
 void ModeMachine::ShowTextPanel(std::size_t panel) {

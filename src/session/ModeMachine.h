@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "common/INIFuncs.h"
@@ -81,6 +82,9 @@ class ModeMachine {
   void StopTimers();
   void UpdateModeMenu();
 
+  /// Closes the master trace window if it is open; the modem can still be told. It waits.
+  std::function<void()> closeTrace;
+
  private:
   Overtaken BeginPassage();
   bool TakeOffline(const Overtaken& overtaken);
@@ -88,7 +92,7 @@ class ModeMachine {
   void EnterByTagMode(const Overtaken& overtaken, bool tellsFailure);
   void LeavePanel();
   void LeaveTerminal();
-  void LeaveForTextPanel();
+  void LeaveForTextPanel(const Overtaken& overtaken);
   void ReturnFromPanel(const Overtaken& overtaken);
   void ShowTextPanel(std::size_t panel);
   void CloseTrace();

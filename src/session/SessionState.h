@@ -101,7 +101,8 @@ struct SessionState : ChangeFlags {
   std::string mailText = "Mail";
 
   TerminalModel terminalModel = TerminalModel::Unknown;
-  bool traceEnabled = false;  ///< The master trace window is open.
+  bool traceEnabled = false;    ///< The master trace window is open.
+  bool suTraceEnabled = false;  ///< The second trace stream is on.
 
   friend bool operator==(const SessionState&, const SessionState&) = default;
 };

@@ -4,6 +4,7 @@
 
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "panels/PanelControls.h"
 
 namespace corvex {
 
@@ -240,19 +241,20 @@ class TermControls : public Form {
   CheckBox chkEnableERB{
       frmLan, {.name = "chkEnableERB", .rect = {150, 990, 3600, 330}, .caption = "Log in on an ERB unit"}};
   Button Command1{frmLan, {.name = "Command1", .rect = {6090, 1260, 1650, 420}, .caption = "OK"}};
-  Frame frmBase{fmOnTab[4], {.name = "frmBase", .rect = {60, 60, 3600, 690}, .caption = "Base"}};
-  std::array<OptionButton, 3> OptBase{{
-      {frmBase, {.name = "OptBase", .index = 0, .rect = {120, 270, 1000, 330}, .caption = "Hex"}},
-      {frmBase, {.name = "OptBase", .index = 1, .rect = {1200, 270, 1000, 330}, .caption = "Dec"}},
-      {frmBase, {.name = "OptBase", .index = 2, .rect = {2280, 270, 1200, 330}, .caption = "Ascii"}},
-  }};
+  TestPanel testPanel{fmOnTab[1]};
+  AtPanel atPanel{fmOnTab[4]};
+  /// Empties txtRx; it lies on a place that both panels leave free.
+  Button cmdCls{frmAux,
+                {.name = "cmdCls", .rect = {7500, 1800, 1140, 420}, .caption = "Cls", .visible = false}};
 
   MenuItem mnuMode{*this, {.name = "mnuMode", .caption = "&Mode"}};
   MenuItem mnuTerminal{mnuMode, {.name = "mnuTerminal", .caption = "Terminal &MMI"}};
   MenuItem mnuTest{mnuMode, {.name = "mnuTest", .caption = "&Test Interface"}};
+  MenuItem mnuDspTest{mnuMode, {.name = "mnuDspTest", .caption = "&DSP Test", .visible = false}};
   MenuItem mnuAT{mnuMode, {.name = "mnuAT", .caption = "&AT Mode"}};
   MenuItem mnuUpgrade{mnuMode, {.name = "mnuUpgrade", .caption = "Modem Software Upgrade"}};
-  MenuItem mnuTrace{mnuMode, {.name = "mnuTrace", .caption = "T&race", .enabled = false}};
+  MenuItem mnuTrace{mnuMode, {.name = "mnuTrace", .caption = "T&race"}};
+  MenuItem mnuSUTrace{mnuMode, {.name = "mnuSUTrace", .caption = "S&U Trace"}};
   MenuItem mnuOffline{mnuMode, {.name = "mnuOffline", .caption = "Offline"}};
   MenuItem mnuExit{mnuMode, {.name = "mnuExit", .caption = "Exit"}};
   MenuItem mnuView{*this, {.name = "mnuView", .caption = "&View"}};
@@ -262,7 +264,7 @@ class TermControls : public Form {
   MenuItem mnuConfigure{*this, {.name = "mnuConfigure", .caption = "&Configure"}};
   MenuItem mnuPort{mnuConfigure, {.name = "mnuPort", .caption = "&Port", .shortcut = "Ctrl+P"}};
   MenuItem mnuMapping{mnuConfigure, {.name = "mnuMapping", .caption = "Device manager"}};
-  MenuItem mnuR2Print{mnuConfigure, {.name = "mnuR2Print", .caption = "Print &handling", .enabled = false}};
+  MenuItem mnuR2Print{mnuConfigure, {.name = "mnuR2Print", .caption = "Print &handling"}};
   MenuItem mnuSound{mnuConfigure, {.name = "mnuSound", .caption = "Sou&nd"}};
   MenuItem mnuSndBeep{mnuSound, {.name = "mnuSndBeep", .caption = "PC Beeper"}};
   MenuItem mnuSndOff{mnuSound, {.name = "mnuSndOff", .caption = "Off"}};

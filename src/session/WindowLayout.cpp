@@ -6,6 +6,7 @@ namespace corvex {
 
 namespace {
 
+constexpr std::size_t kPortPanel = 0;
 constexpr std::size_t kUnplacedPanel = 2;  // keeps its place; that is meant
 
 }  // namespace
@@ -136,6 +137,7 @@ void WindowLayout::ShowPanel(std::size_t panel) {
   window_.frmAux.visible = true;
   // Going offline leaves the panel where it is, and all stand in the same place.
   for (Frame& other : window_.fmOnTab) other.visible = other.index() == static_cast<int>(panel);
+  window_.cmdCls.visible = panel != kPortPanel;
   ShowFullWindow();
 }
 

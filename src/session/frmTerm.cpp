@@ -4,8 +4,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
+#include "common/SettingFonts.h"
 #include "common/frmAbout.h"
+#include "common/frmOptions.h"
 #include "session/PopUp.h"
 
 namespace corvex {
@@ -33,6 +36,13 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
                    .lists = lists_,
                    .status = status_}),
       layout_(*this),
+      trace_({.platform = platform_,
+              .settings = settings,
+              .window = *this,
+              .layout = layout_,
+              .main = main_,
+              .state = state_,
+              .link = link_}),
       portPanel_(platform_, settings, *this),
       modes_({.platform = platform_,
               .settings = settings,
@@ -51,13 +61,30 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
              .state = state_,
              .received = received_,
              .grid = grid_,
-             .link = link_}) {
+             .link = link_}),
+      panelLink_(link_, main_),
+      test_(platform_, *this, panelLink_),
+      rawCommands_(platform_, main_, *this, panelLink_),
+      dsp_(platform_, *this, panelLink_),
+      printView_(*this, platform_, settings),
+      testLog_({.settings = settings,
+                .window = *this,
+                .main = main_,
+                .state = state_,
+                .link = link_,
+                .keys = keys_,
+                .page = printView_}) {
   txtRx.multiLine = true;
   txtRx.locked = true;
   for (TextBox* shown : {&txtPort, &txtSpeed, &txtData, &txtStopBits}) shown->locked = true;
   tabConnect.BringToFront();  // its panels, which are zoomed, begin a little under it at the smallest
+  cmdCls.BringToFront();
   ConnectEvents();
   keys_.Connect();
+  trace_.Connect();
+  test_.Connect();
+  rawCommands_.Connect();
+  dsp_.Connect();
 }
 
 frmTerm::~frmTerm() {
@@ -69,8 +96,18 @@ void frmTerm::ConnectEvents() {
   tags_.onCompression = [this](TagToken kind, std::string_view toolTip) {
     status_.ShowCompression(kind, toolTip);
   };
+  tags_.traceToInstance = [this](std::int32_t channel, std::string_view text) {
+    trace_.TraceToInstance(channel, text);
+  };
+  scanner_.masterTrace = [this](std::string_view text) { trace_.TraceText(text); };
+  modes_.closeTrace = [this] { trace_.CloseMaster(); };
   layout_.adjusted = [this] { status_.PlaceTime(); };
+  dispatcher_.dspInfo = [this](const std::string& numbers) { dsp_.SendDspMessage(numbers); };
+  keys_.panelKey = [this](const KeyEvent& key) { return rawCommands_.TakeKey(key); };
   dispatcher_.shutdown = [this] { modes_.ShutDown(); };
+  dispatcher_.newPrintJob = [this] { printView_.NewPrintJob(); };
+  dispatcher_.printLine = [this](const std::string& lines) { printView_.PrintLine(lines); };
+  dispatcher_.printJobComplete = [this] { printView_.PrintJobComplete(); };
 
   // A click while the program is closing must not start anything that talks to the modem.
   const auto unlessClosing = [this](auto action) {
@@ -85,14 +122,20 @@ void frmTerm::ConnectEvents() {
   mnuTerminal.click = unlessClosing([this] { modes_.state_await_tml_intro(); });
   mnuTest.click = unlessClosing([this] { modes_.EnterTestInterface(); });
   mnuAT.click = unlessClosing([this] { modes_.EnterAtMode(); });
+  // Only out of the mode: a second click, in the wait of the first, would lead into it again.
+  testPanel.cmdExitDSP.click = [this] {
+    if (main_.mode == ModemMode::TestInterface) modes_.EnterTestInterface();
+  };
+  atPanel.cmdRawQuit.click = [this] {
+    if (main_.mode == ModemMode::AtMode) modes_.EnterAtMode();
+  };
+  cmdCls.click = [this] { txtRx.SetText({}); };
   mnuPort.click = unlessClosing([this] { modes_.EnterPortSetup(); });
   mnuMapping.click = unlessClosing([this] { modes_.OpenDeviceManager(); });
   mnuUpgrade.click = unlessClosing([this] { modes_.GoUpgrade(); });
   mnuOffline.click = unlessClosing([this] { modes_.Disconnect(); });
-  mnuExit.click = [this] {
-    main_.mode = ModemMode::Closing;
-    Close();
-  };
+  mnuExit.click = [this] { Close(); };
+  mnuR2Print.click = unlessClosing([this] { frmOptions(*this, platform_, settings_).ShowModal(); });
   mnuGPS.click = [this] { ToggleGps(); };
   mnuZoomIn.click = unlessClosing([this] { layout_.ZoomIn(); });
   mnuZoomOut.click = unlessClosing([this] { layout_.ZoomOut(); });
@@ -150,6 +193,8 @@ void frmTerm::ConnectEvents() {
   };
   tmrSpawnBook.tick = unlessClosing([this] { modes_.OpenPhoneBook(); });
 
+  logCheck.tick = [this] { testLog_.Check(); };
+
   activate = [this] { OnActivate(); };
   deactivate = [this] { SavePosition(); };
   resize = [this] {
@@ -206,12 +251,14 @@ void frmTerm::Load() {
 
 void frmTerm::SetMenus() {
   const auto& config = settings_.config;
+  mnuDspTest.visible = config.testmode.Get();
   const std::string phone = config.phone.Get();
   if (phone != "R2" && phone != "R1") return;  // the two families are served alike, no other is
   mnuTest.visible = config.testmode.Get();
   mnuMapping.visible = config.configmode.Get();
   cmdTop[1].visible = config.configmode.Get();
   mnuTrace.visible = config.trace.Get();
+  mnuSUTrace.visible = config.trace.Get();
   mnuAT.visible = config.atmode.Get();
 }
 
@@ -223,11 +270,7 @@ void frmTerm::SetSoundMenu() {
 
 void frmTerm::RestorePosition() {
   if (windowState == WindowState::Minimized) return;
-  constexpr Twips kMost = 1'000'000'000;  // beyond any screen, and leaves room to add a size
-  Rect outer = rect;
-  outer.left = std::clamp(settings_.positions.termleft.Get(), -kMost, kMost);
-  outer.top = std::clamp(settings_.positions.termtop.Get(), -kMost, kMost);
-  rect = outer;
+  MoveTo(settings_.positions.termleft.Get(), settings_.positions.termtop.Get());
 }
 
 void frmTerm::SavePosition() {
@@ -245,12 +288,7 @@ void frmTerm::ShowLogo() {
 }
 
 void frmTerm::SetRowFont() {
-  const auto& screen = settings_.screen;
-  const Font rowFont{.name = screen.font.Get(),
-                     .size = static_cast<double>(screen.fontsize.Get()),
-                     .bold = screen.bold.Get(),
-                     .italic = screen.italic.Get(),
-                     .underline = screen.underline.Get()};
+  const Font rowFont = SettingFont(settings_.screen);
   for (std::size_t row = 0; row < TermControls::kSignal; ++row) corvexLbl[row].font = rowFont;
 }
 
@@ -270,8 +308,13 @@ void frmTerm::ToggleGps() {
 }
 
 void frmTerm::Close() {
-  if (closing_) return;
-  closing_ = true;
+  if (std::exchange(closing_, true)) return;
+  testLog_.Finish();
+  // Not a part of the farewell, which takes a short time only. The session goes on meanwhile.
+  if (!printView_.ClosePrintForm()) {
+    closing_ = false;
+    return;
+  }
   main_.mode = ModemMode::Closing;
   // Whatever the steps below are waiting for, an endless wait further down the stack included, ends here.
   loop().After(kClosingTime, [this] {
@@ -286,6 +329,7 @@ void frmTerm::Close() {
   modes_.StopTimers();
   link_.CloseLink();
   Pause(loop(), 0.2);
+  trace_.CloseMaster();
   layout_.EndScaling();
   loop().End();
 }

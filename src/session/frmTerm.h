@@ -1,9 +1,14 @@
 #pragma once
 
 #include "common/INIFuncs.h"
+#include "common/frmSDI.h"
 #include "link/PortPanel.h"
 #include "link/modComSock.h"
 #include "link/modCommSupport.h"
+#include "panels/TestLog.h"
+#include "panels/modCmdInt.h"
+#include "panels/modDSPchannel.h"
+#include "panels/modRawCmds.h"
 #include "platform/Platform.h"
 #include "session/Dispatcher.h"
 #include "session/Keys.h"
@@ -16,6 +21,7 @@
 #include "session/StreamScanner.h"
 #include "session/TermControls.h"
 #include "session/TextGrid.h"
+#include "session/TraceControl.h"
 #include "session/WindowLayout.h"
 #include "session/modTML.h"
 
@@ -44,6 +50,7 @@ class frmTerm : public TermControls {
   TerminalLink& link() { return link_; }
   Keys& keys() { return keys_; }
   ReceiveBuffer& received() { return received_; }
+  TestInterface& test() { return test_; }
 
  private:
   void ConnectEvents();
@@ -71,9 +78,16 @@ class frmTerm : public TermControls {
   StatusPanel status_;
   Dispatcher dispatcher_;
   WindowLayout layout_;
+  TraceControl trace_;
   PortPanel portPanel_;
   ModeMachine modes_;
   Keys keys_;
+  PanelLink panelLink_;
+  TestInterface test_;
+  RawCommands rawCommands_;
+  DspChannel dsp_;
+  frmSDI printView_;
+  TestLog testLog_;
   bool closing_ = false;
 };
 

@@ -48,18 +48,9 @@ TEST_F(FileBrowserTest, ThePathPickedGoesIntoTheBox) {
   form.label.SetFocus();
   KeyEvent elsewhere{.keyCode = 40, .alt = true};
   browser.TakeKey(elsewhere);
-  browser.txtFolder.drop();
+  browser.txtFolder.drop({});
   const std::string save = "save/Save/*.*//tmp";
   EXPECT_EQ(dialogs.shown, (std::vector<std::string>{"open/Open/*.*/C:\\", save, save, "hello"}));
-}
-
-TEST_F(FileBrowserTest, BothPartsFollowTheControl) {
-  browser.rect = Rect{0, 0, 5000, 400};
-  EXPECT_EQ(browser.txtFolder.rect, (Rect{0, 0, 4625, 400}));
-  EXPECT_EQ(browser.cmdBrowse.rect, (Rect{4625, 0, 375, 400}));
-  EXPECT_EQ(browser.txtFolder.toolTip, "tip");
-  browser.enabled = false;
-  EXPECT_FALSE(browser.txtFolder.enabled || browser.cmdBrowse.enabled);
 }
 
 TEST_F(FileBrowserTest, PropertiesGoThroughTheBag) {

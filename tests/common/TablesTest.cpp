@@ -6,7 +6,11 @@
 
 #include "common/ProfileFile.h"
 #include "common/Text.h"
+#include "common/modLogger.h"
 #include "link/WireLog.h"
+#include "panels/modDSPchannel.h"
+#include "panels/modRawCmds.h"
+#include "support/FakePlatform.h"
 #include "support/Script.h"
 #include "unit/WireLog.h"
 
@@ -45,6 +49,26 @@ std::string Written(const Words& w) {
   EXPECT_EQ(ProfileValue(after, "port", "com", ""), "7");
   return after;
 }
+/// On 31 March 2006 at a second of the day: whether a log is due, and the last time afterwards.
+Words Logged(const Words& w) {
+  test::FakePlatform p(std::stod(w.at(2)));
+  p.settings.logging.lasttime.Set(w[0]);
+  std::string interval = w[1];
+  p.settings.WriteSetting("logging", "interval", interval);
+  const std::string due = Shown(LogDue(p.loop, p.settings));
+  return {due, p.settings.logging.lasttime.Get()};
+}
+std::string LogName(const Words& w) {
+  return LogFileName(test::VirtualLoop(std::stod(w.at(0))), "");
+}
+
+Words Dsp(const Words& w) {
+  const std::vector<std::int16_t> message = DspMessage(w.at(0));
+  Words words{Shown(message.size())};
+  for (std::size_t i = 0; i < std::min<std::size_t>(message.size(), 6); ++i)
+    words.push_back(Shown(message[i]));
+  return words;
+}
 
 struct Function {
   std::size_t arguments;
@@ -67,7 +91,12 @@ const std::map<std::string, Function> kFunctions{
     {"app-folder", {1, [](const Words& w) { return Words{SettingsStore(w[0]).AppFolder()}; }}},
     {"profile-read", {1, [](const Words& w) { return Words{ProfileValue(w[0], "port", "com", "none")}; }}},
     {"profile-write", {1, [](const Words& w) { return Words{Written(w)}; }}},
+    {"hex-bytes", {1, [](const Words& w) { return Words{BytesFromNumbers(w[0], true)}; }}},
+    {"dec-bytes", {1, [](const Words& w) { return Words{BytesFromNumbers(w[0], false)}; }}},
+    {"dsp", {1, Dsp}},
     {"quote", {1, [](const Words& w) { return Words{QuoteBytes(w[0])}; }}},
+    {"log-due", {3, Logged}},
+    {"log-name", {1, [](const Words& w) { return Words{LogName(w)}; }}},
     {"recording-error", {1, [](const Words& w) { return Words{RecordingError(w)}; }}},
 };
 

@@ -36,7 +36,7 @@ TEST_F(AboutTest, TellsTheVersionAndTheSessionGoesOnBehindIt) {
   for (const int keyCode : {13, 27}) {
     Open([keyCode](frmAbout& about) {
       KeyEvent key{.keyCode = keyCode};
-      about.keyDown(key);
+      about.TakeKey(key);
     });
   }
   EXPECT_EQ(p.windows.attached.size(), 1U) << "it is gone";

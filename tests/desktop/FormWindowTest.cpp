@@ -30,7 +30,7 @@ struct Sample : Form {
     rect = Rect{1500, 1500, 9000, 6000};
     pages.multiLine = true;
     bits.locked = true;
-    line.drop = [this] { ++drops; };
+    line.drop = [this](const Drop&) { ++drops; };
   }
   ~Sample() override { Withdraw(); }
   MenuItem mnuMode{*this, {.name = "mnuMode", .caption = "&Mode"}};
@@ -334,6 +334,29 @@ TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
   EXPECT_EQ(form->line.Text(), "7");
 }
 
+TEST_F(FormWindowTest, TheCaretOfALongTextIsTheSameOnBothSides) {
+  auto* pages = Find<QPlainTextEdit>("pages");
+  form->pages.SetText("one\r\ntwo\r\n");
+  form->pages.selection = TextBox::Selection{5, 3};
+  Turn();
+  EXPECT_EQ(pages->textCursor().selectedText(), QStringLiteral("two"));
+  QTest::keyClick(pages, Qt::Key_Home, Qt::ControlModifier);
+  QTest::keyClick(pages, Qt::Key_Down);
+  QTest::keyClick(pages, Qt::Key_Right);
+  EXPECT_EQ(form->pages.selection, (TextBox::Selection{6, 0}));
+  form->pages.Edit(form->pages.selection.Get().start, 0, "1\r\n2");
+  QTest::keyClick(pages, Qt::Key_Left);  // goes with what is shown, where nothing of that is yet
+  Turn();
+  EXPECT_EQ(form->pages.selection, (TextBox::Selection{5, 0}));
+  form->pages.SetText("three");
+  Turn();
+  EXPECT_EQ(pages->textCursor().position(), 5);
+  QTest::keyClicks(pages, QStringLiteral("s"));
+  Turn();
+  EXPECT_EQ(form->pages.Text(), "threes");
+  EXPECT_EQ(form->pages.selection, (TextBox::Selection{6, 0}));
+}
+
 TEST_F(FormWindowTest, ABoxHasASelectionAColourAndALock) {
   auto* line = Find<QLineEdit>("line");
   form->line.selection = TextBox::Selection{2, 3};
@@ -353,9 +376,11 @@ TEST_F(FormWindowTest, WhatIsDroppedIsToldToTheLogicAlone) {
   data.setText(QStringLiteral("dropped"));
   QDragEnterEvent enters(QPoint(3, 3), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QCoreApplication::sendEvent(widget, &enters);
-  QDropEvent dropped(QPointF(3, 3), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QDropEvent dropped(QPointF(3, 3), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                     Qt::ShiftModifier);
   QCoreApplication::sendEvent(widget, &dropped);
   EXPECT_TRUE(dropped.isAccepted());
+  EXPECT_EQ(dropped.dropAction(), Qt::CopyAction) << "a file that is moved here would be deleted";
   Turn();
   EXPECT_EQ(form->drops, 1);
   EXPECT_EQ(widget->text(), QStringLiteral("115200"));

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QFileDialog>
+#include <QFontDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
+#include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -119,6 +121,42 @@ TEST_F(QtDialogsTest, TheEndOfTheProgramGetsThroughAnOpenBox) {
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
+TEST_F(QtDialogsTest, AFontIsChosenFromTheOneThatThereIs) {
+  for (const bool accepts : {true, false}) {
+    WhenShown<QFontDialog>([&](QFontDialog& box) {
+      EXPECT_EQ(box.currentFont().pointSizeF(), 13);
+      EXPECT_TRUE(box.currentFont().bold());
+      accepts ? box.accept() : box.reject();
+    });
+    const auto font = dialogs.ChooseFont({.name = "Courier", .size = 13, .bold = true}, accepts, nullptr);
+    ASSERT_EQ(font.has_value(), accepts);
+    if (!font) continue;
+    EXPECT_FALSE(font->name.empty());
+    EXPECT_EQ(font->size, 13);
+    EXPECT_TRUE(font->bold);
+    EXPECT_FALSE(font->italic || font->underline);
+  }
+}
+
+TEST_F(QtDialogsTest, ThePrinterThatIsChosenPrints) {
+  QtPrinters printers(windows, dialogs);
+  WhenShown<QPrintDialog>([](QPrintDialog& box) { box.reject(); });
+  EXPECT_EQ(printers.Choose(nullptr), nullptr);
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("out.pdf"));
+  WhenShown<QPrintDialog>([&](QPrintDialog& box) {
+    // As the box does for its entry that prints to a file, which is there without a printer too.
+    box.printer()->setOutputFormat(QPrinter::PdfFormat);
+    box.printer()->setOutputFileName(path);
+    box.done(QDialog::Accepted);
+  });
+  const auto job = printers.Choose(nullptr);
+  ASSERT_NE(job, nullptr);
+  EXPECT_TRUE(job->Print("text", {.name = "Courier", .size = 10}));
+  EXPECT_GT(QFileInfo(path).size(), 500);
+  EXPECT_EQ(printers.DefaultName().empty(), printers.Count() == 0);
+}
+
 TEST(QtPrintersTest, TextsGoOnPagesAndAnUnwritableOneIsTold) {
   const QTemporaryDir folder;
   const auto print = [](const QString& path, const std::string& text) {
@@ -141,6 +179,8 @@ TEST(QtPrintersTest, TextsGoOnPagesAndAnUnwritableOneIsTold) {
   for (int i = 0; i < 100; ++i) lines += "line\r\n";
   EXPECT_EQ(pages(lines), 2);
   EXPECT_EQ(pages(std::string(10'000, 'x')), 2);  // wrapped, not cut off
+  EXPECT_EQ(pages(std::string("a\0\x1B\xFF", 4)), 1);
+  EXPECT_FALSE(print(folder.filePath(QStringLiteral("feeds.pdf")), std::string(100'000, '\f')));
   EXPECT_FALSE(print(folder.filePath(QStringLiteral("none/out.pdf")), "text"));
 }
 

@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QCheckBox>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QTabBar>
 #include <QTest>
@@ -24,7 +28,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::Becomes;
 
-class TermWindowTest : public ::testing::Test {
+class TermWindowTest : public ::testing::Test, protected test::FakesWith<QtEventLoop, QtWindowSystem> {
  protected:
   TermWindowTest() {
     loop.Enter([this] { term.Load(); });
@@ -32,8 +36,6 @@ class TermWindowTest : public ::testing::Test {
         Becomes(loop, [this] { return term.main().mode == ModemMode::Terminal && term.cmdSK[0].enabled; });
     test::Elapse(loop, 300ms);  // the second painting
   }
-  ~TermWindowTest() override { std::filesystem::current_path(before); }
-
   FormWindow& window() { return *windows.WindowOf(term); }
   template <typename Widget>
   Widget& Find(const char* name) {
@@ -46,22 +48,9 @@ class TermWindowTest : public ::testing::Test {
   bool Focused(const char* name) {
     return window().focusWidget() == window().findChild<QWidget*>(QString::fromLatin1(name));
   }
-  std::string TakeSent() { return std::exchange(port.sent, {}); }
+  std::string TakeSent() { return std::exchange(comPort.sent, {}); }
 
-  std::filesystem::path before = std::filesystem::current_path();
-  test::TempFolder folder;
-  SettingsStore settings{folder.Name()};
-  QtEventLoop loop;
-  QtWindowSystem windows{loop};
-  test::FakeSerial port{loop};
-  test::FakeSerialPorts serialPorts;
-  test::FakeSocket sock{loop};
-  test::FakeDialogs dialogs;
-  test::FakePrinters printers;
-  test::FakeSound sound;
-  test::UnitLink<test::FakeSerial> unit{loop, port};
-  const Platform platform{
-      loop, windows, port, serialPorts, sock, dialogs, printers, sound, test::FakePlatform::LongDate};
+  test::UnitLink<test::FakeSerial> unit{loop, comPort};
   frmTerm term{platform, settings};
   bool shown = false;
 };
@@ -125,6 +114,26 @@ TEST_F(TermWindowTest, AMouseIsEnoughForTheModemsScreens) {
   EXPECT_TRUE(Becomes(loop, [&] { return Focused("ListMenu"); }));  // it goes back to the screen
 }
 
+TEST_F(TermWindowTest, AKeyboardIsEnoughForTheByteEditor) {
+  NEEDS_SESSION();
+  loop.Enter([&] { term.mnuAT.click(); });
+  ASSERT_TRUE(Becomes(loop, [&] { return Focused("txtRawBytes"); }));
+  TakeSent();
+  QTest::keyClicks(window().focusWidget(), QStringLiteral("ati"));  // in the place of the line that is marked
+  Press(Qt::Key_Return);
+  EXPECT_EQ(TakeSent(), "ati\r");
+  Press(Qt::Key_Tab);
+  EXPECT_TRUE(Focused("cmdRawBytes"));
+  Press(Qt::Key_Backtab, Qt::ShiftModifier);
+  Press(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_TRUE(Focused("optAutoSend"));
+  Press(Qt::Key_Space);
+  ASSERT_TRUE(Focused("CorvexFocus1"));
+  Press(Qt::Key_Return);
+  Press(Qt::Key_X);
+  EXPECT_EQ(TakeSent(), "\rx");
+}
+
 /// What of a widget and of its text does not fit where it stands; empty if all does.
 std::string Cut(const QWidget& widget) {
   const QRect place = widget.geometry();
@@ -136,6 +145,14 @@ std::string Cut(const QWidget& widget) {
     text = label->fontMetrics().boundingRect(room, flags, label->text()).size();
   } else if (const auto* button = dynamic_cast<const QAbstractButton*>(&widget)) {
     text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text());
+    QStyleOptionButton option;
+    option.rect = button->rect();
+    const QStyle& style = *button->style();
+    if (qobject_cast<const QRadioButton*>(button) != nullptr) {
+      room = style.subElementRect(QStyle::SE_RadioButtonContents, &option, button);
+    } else if (qobject_cast<const QCheckBox*>(button) != nullptr) {
+      room = style.subElementRect(QStyle::SE_CheckBoxContents, &option, button);
+    }
   }
   return text.width() <= room.width() && text.height() <= room.height() ? "" : "text cut off";
 }
@@ -156,7 +173,7 @@ TEST_F(TermWindowTest, ARowsFontOfAnySizeIsMadeToFitAtOnce) {
 
 TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   NEEDS_SESSION();
-  port.Arrive(
+  comPort.Arrive(
       "<tml><Gps>N 59 54.21 E 010 44.61</tml><tml><Date>12:34|2006.03.31|UTC</tml><tml><Temp>41</tml>");
   ASSERT_TRUE(Becomes(loop, [&] { return term.mnuZoomOut.enabled.Get(); }));
   const auto click = [this](auto& control) {
@@ -179,15 +196,22 @@ TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
     look(step);
     if (step < 3) click(term.mnuZoomIn);
   }
-  click(term.mnuPort);
-  ASSERT_TRUE(Becomes(loop, [&] { return term.main().mode == ModemMode::PortSetup; }));
-  for (int step = 3; step >= -1; --step) {
-    test::Elapse(loop, 150ms);
-    EXPECT_FALSE(Find<QTabBar>("tabConnect").visibleRegion().isEmpty());
-    look(step);
-    click(term.mnuZoomOut);
-  }
-  click(term.mnuPort);
+  const auto zoomThrough = [&](MenuItem& entry, ModemMode mode, const char* box) {
+    click(entry);
+    ASSERT_TRUE(Becomes(loop, [&] { return term.main().mode == mode; }));
+    for (int step = 3; step >= -1; --step) {
+      test::Elapse(loop, 150ms);
+      EXPECT_FALSE(Find<QWidget>(box).visibleRegion().isEmpty());
+      look(step);
+      click(term.mnuZoomOut);
+    }
+  };
+  zoomThrough(term.mnuPort, ModemMode::PortSetup, "tabConnect");
+  for (int step = 0; step < 4; ++step) click(term.mnuZoomIn);
+  zoomThrough(term.mnuTest, ModemMode::TestInterface, "txtRaw");
+  for (int step = 0; step < 4; ++step) click(term.mnuZoomIn);
+  zoomThrough(term.mnuAT, ModemMode::AtMode, "txtRawBytes");
+  click(term.mnuTerminal);
   click(term.mnuZoomIn);
   EXPECT_TRUE(Becomes(loop, [&] { return window().size() == compact; }));
 
@@ -205,9 +229,59 @@ TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   EXPECT_GT(menu.font().pixelSize(), 2 * small);
 }
 
+TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndFollowsItsSize) {
+  NEEDS_SESSION();
+  TakeSent();
+  loop.Enter([this] { term.mnuTrace.click(); });
+  test::Elapse(loop, 300ms);
+  QWidget* trace = nullptr;
+  for (QWidget* other : QApplication::topLevelWidgets()) {
+    if (other->objectName() == u"frmTracer" && other->isVisible()) trace = other;
+  }
+  ASSERT_NE(trace, nullptr);
+  EXPECT_TRUE(window().isActiveWindow());
+  Press(Qt::Key_M, Qt::AltModifier);
+  EXPECT_EQ(TakeSent(), "\x03\x15");
+  const auto* page = trace->findChild<QPlainTextEdit*>();
+  trace->resize(trace->size() + QSize(100, 80));
+  test::Elapse(loop, 200ms);
+  const auto buttons = trace->findChildren<QPushButton*>();
+  ASSERT_EQ(buttons.size(), 4);
+  for (const QPushButton* button : buttons) {
+    EXPECT_EQ(Cut(*button), "") << button->text().toStdString();
+    EXPECT_GT(button->y(), page->geometry().bottom());
+  }
+  EXPECT_EQ(page->width(), trace->width() - 500 / kTwipsPerPixel);
+  QTest::mouseClick(buttons[1], Qt::LeftButton);
+  ASSERT_TRUE(Becomes(loop, [&] { return !trace->isVisible(); }));
+}
+
+TEST_F(TermWindowTest, ABurstOfTraceLeavesItsEndInSight) {
+  NEEDS_SESSION();
+  std::string burst;
+  for (int i = 0; i < 700; ++i) burst += "<tml><Channel>1," + std::string(150, 'x') + "</tml>";
+  for (int i = 0; i < 20; ++i) comPort.Arrive(burst);
+  comPort.Arrive("<tml><Channel>1,end</tml>");
+  QPlainTextEdit* page = nullptr;
+  ASSERT_TRUE(Becomes(loop, [&] {
+    for (QWidget* other : QApplication::topLevelWidgets()) {
+      if (other->objectName() == u"frmTraceInstance") page = other->findChild<QPlainTextEdit*>();
+    }
+    return page != nullptr && page->toPlainText().endsWith(u"end\n");
+  }));
+  test::Elapse(loop, 300ms);
+  EXPECT_LE(page->toPlainText().size(), 1000);
+  const QScrollBar& bar = *page->verticalScrollBar();
+  EXPECT_EQ(bar.value(), bar.maximum());
+  EXPECT_LE(bar.maximum(), 20) << "rows above those in sight";
+  QTextCursor end(page->document());
+  end.movePosition(QTextCursor::End);
+  EXPECT_TRUE(page->viewport()->rect().contains(page->cursorRect(end).center()));
+}
+
 TEST_F(TermWindowTest, ClosingInTheMiddleOfAWalkSaysGoodbyeAndEnds) {
   NEEDS_SESSION();
-  port.Arrive("<tml><ChoiceScreen><Title>L<1>A<2>B<3>C<4>D<INDEXLINE>1</tml>");
+  comPort.Arrive("<tml><ChoiceScreen><Title>L<1>A<2>B<3>C<4>D<INDEXLINE>1</tml>");
   ASSERT_TRUE(Becomes(loop, [&] { return Focused("ListChoice"); }));
   Press(Qt::Key_End);
   TakeSent();

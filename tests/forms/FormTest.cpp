@@ -98,5 +98,89 @@ TEST_F(FormTest, AFormMayDestroyItselfInATickOfItsTimer) {
   }
 }
 
+TEST_F(FormTest, TheCaretStaysOnItsPlaceInTheText) {
+  const auto after = [&](TextBox::Selection selection, std::size_t position, std::size_t removed,
+                         std::string_view inserted) {
+    form.text.SetText("abcdef");
+    form.text.selection = selection;
+    form.text.Edit(position, removed, inserted);
+    const auto [start, length] = form.text.selection.Get();
+    return std::make_pair(start, length);
+  };
+  using Place = std::pair<std::size_t, std::size_t>;
+  EXPECT_EQ(after({6, 0}, 6, 0, "gh"), Place(8, 0)) << "at the end, as a text grows";
+  EXPECT_EQ(after({2, 0}, 6, 0, "gh"), Place(2, 0));
+  EXPECT_EQ(after({4, 1}, 0, 3, ""), Place(1, 1));
+  EXPECT_EQ(after({4, 2}, 6, 0, "gh"), Place(4, 2)) << "what was marked stays so";
+  EXPECT_EQ(after({1, 4}, 2, 1, "xyz"), Place(1, 6));
+  EXPECT_EQ(after({1, 3}, 0, 6, "xy"), Place(0, 0)) << "all of it is gone";
+  form.text.SetText("abcdef");
+  form.text.selection = TextBox::Selection{2, 3};
+  form.text.ReplaceSelection("-");
+  EXPECT_EQ(form.text.Text(), "ab-f");
+  EXPECT_EQ(form.text.selection.Get(), (TextBox::Selection{3, 0}));
+}
+
+TEST_F(FormTest, ALargeWindowOverASmallOneStaysWithinReach) {
+  form.Centre({3000, 3000, 9000, 6000}, 3000, 2000);
+  EXPECT_EQ(form.rect, (Rect{6000, 5000, 3000, 2000}));
+  form.Centre({500, 500, 4000, 4000}, 6000, 8000);
+  EXPECT_EQ(form.rect, (Rect{0, 0, 6000, 8000}));
+  form.Centre({-9000, 500, 4000, 4000}, 6000, 4000);
+  EXPECT_EQ(form.rect, (Rect{-10000, 500, 6000, 4000})) << "on a second screen at the left";
+}
+
+TEST_F(FormTest, EnterAndEscClickTheirButtonsUnlessTheFocusOrTheLogicHasTakenThem) {
+  struct Asking : TwoControls {
+    using TwoControls::TwoControls;
+    Button ok{*this, {.name = "ok"}};
+    Button other{*this, {.name = "other"}};
+  };
+  auto made = std::make_unique<Asking>(loop, windows, "asking");
+  Asking& asking = *made;
+  asking.visible = true;
+  std::string clicks;
+  asking.ok.click = [&] { clicks += 'O'; };
+  asking.other.click = [&] { clicks += 'X'; };
+  asking.defaultButton = &asking.ok;
+  asking.cancelButton = &asking.other;
+  const auto press = [&](KeyEvent key) {
+    asking.TakeKey(key);
+    const std::string within = clicks;  // none before the key has been answered
+    loop.Run(0);
+    return within + '/' + std::exchange(clicks, {}) + (key.handled ? "!" : "");
+  };
+  EXPECT_EQ(press({.keyCode = 13}), "/O!");
+  EXPECT_EQ(press({.keyCode = 27}), "/X!");
+  EXPECT_EQ(press({.keyCode = 13, .alt = true}), "/");
+  EXPECT_EQ(press({.keyCode = 13, .repeated = true}), "/!");
+  asking.other.SetFocus();
+  EXPECT_EQ(press({.keyCode = 13}), "/X!");
+  asking.text.SetFocus();
+  EXPECT_EQ(press({.keyCode = 13}), "/O!");
+  asking.text.multiLine = true;
+  EXPECT_EQ(press({.keyCode = 13}), "/") << "it is a line end there";
+  asking.cancelButton->enabled = false;
+  EXPECT_EQ(press({.keyCode = 27}), "/");
+  asking.cancelButton->enabled = true;
+  asking.keyDown = [](KeyEvent& key) { key.handled = key.keyCode == 13; };
+  asking.label.SetFocus();
+  EXPECT_EQ(press({.keyCode = 13}), "/!");
+
+  // Two keys at once, of which the first closes the form: the second one presses nothing, nor does a third.
+  asking.keyDown = Event<KeyEvent&>::Handler();
+  asking.other.click = [&] { asking.visible = false; };
+  for (int keyCode : {27, 13}) {
+    KeyEvent key{.keyCode = keyCode};
+    asking.TakeKey(key);
+  }
+  EXPECT_EQ(press({.keyCode = 13}), "/!");
+  KeyEvent late{.keyCode = 27};
+  asking.visible = true;
+  asking.TakeKey(late);
+  made.reset();
+  loop.Run(0);
+}
+
 }  // namespace
 }  // namespace corvex

@@ -76,6 +76,11 @@ TEST_F(DispatcherTest, TheTextViewKeepsItsLastPart) {
   EXPECT_EQ(window.txtRx.Text(), text + "x");
   dispatcher.AppendToRx("y");
   EXPECT_EQ(window.txtRx.Text(), text.substr(4096) + "xy");
+  dispatcher.AppendToRx(std::string(1'000'000, 'a') + "z");  // however much comes at once
+  EXPECT_EQ(window.txtRx.Text().size(), 906 + 65'536u);
+  EXPECT_TRUE(window.txtRx.Text().ends_with("az"));
+  dispatcher.AppendToRx(text);
+  EXPECT_LT(window.txtRx.Text().size(), 10'000u) << "nothing heaps up";
 }
 
 TEST_F(DispatcherTest, APrintJobGoesToItsFileIfTheSettingsSaySo) {

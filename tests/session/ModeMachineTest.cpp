@@ -122,7 +122,7 @@ TEST(Overtaken, TheWayIntoThePortPanelDoesNotFailASessionBegunMeanwhile) {
   Program p;
   std::optional<Responder> modem;
   p.comPort.onSent = [&](std::string_view) { p.comPort.Arrive("\xF0\x0F"); };
-  p.dialogs.yes = true;  // to the port panel after rubbish
+  p.dialogs.answer = Answer::Yes;  // to the port panel after rubbish
   p.dialogs.onBox = [&] {
     modem.emplace(p.comPort, HeronModem());
     p.loop.After(std::chrono::milliseconds(20), [&] { p.loop.Enter([&] { p.term.mnuTerminal.click(); }); });

@@ -28,7 +28,8 @@ inline const char* RouteName(Route route) {
 
 /// A program with a simulated unit at the end of one route, behind an ERB unit where that belongs to it.
 struct Routed {
-  explicit Routed(Route taken, simulation::ErbOptions options = {}) : route(taken) {
+  explicit Routed(Route taken, simulation::ErbOptions options = {}, double timeOfDay = 36000)
+      : route(taken), p(timeOfDay) {
     p.settings.config.lan.Set(IsLan());
     p.settings.config.erbaccess.Set(HasErb());
     options.serial = !IsLan();

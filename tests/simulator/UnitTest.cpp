@@ -91,6 +91,16 @@ TEST(Unit, LeavesTheTagStreamAtCancelAndAtHangUp) {
   }
 }
 
+TEST(Unit, PrintsALongLog) {
+  Bench<Unit> bench(AtNoon());
+  bench.Say(kStartTags);
+  const std::string job = bench.Say("944\x15");
+  for (const char* row :
+       {"<Print>0001  frames", "<Print>000200  frames 2400  errors 0  52 dB/Hz\r\n</tml><tml><EndPrint>"}) {
+    EXPECT_NE(job.find(row), std::string::npos) << row;
+  }
+}
+
 TEST(ErbFront, IsSlowAndLeavesAMubInUseIfTold) {
   Bench<ErbFront> bench({.lingers = true, .answerTime = std::chrono::milliseconds(300)});
   for (const char* answer : {"connected to modem 1\r\n", "modem 1 already in use\r\nERB> "}) {
@@ -120,8 +130,8 @@ TEST(Screens, LeadSomewhereAndFitTheWireAndTheDisplay) {
         screen.kind == Kind::Choice || screen.kind == Kind::Field || screen.kind == Kind::Table;
     if (needsTarget || !screen.target.empty()) targets.push_back(screen.target);
     for (const std::string_view target : targets) {
-      const bool step =
-          target == kBack || target == kSelect || target == simulation::kUp || target == simulation::kDown;
+      const bool step = target == kBack || target == kSelect || target == kPrint ||
+                        target == simulation::kUp || target == simulation::kDown;
       EXPECT_TRUE(step || FindScreen(target) != nullptr) << target;
     }
     for (const std::string_view row : screen.rows) EXPECT_LE(row.size(), 48U);

@@ -1,9 +1,13 @@
 #pragma once
 
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -180,9 +184,9 @@ class FakeSocket : public SocketControl, public FarSide {
 class FakeDialogs : public Dialogs {
  public:
   void MessageBox(std::string_view text) override { Show(std::string(text)); }
-  bool AskYesNo(std::string_view text) override {
-    Show(std::string(text));
-    return yes;
+  Answer Ask(const Question& question) override {
+    Show(question.title.empty() ? question.text : question.text + '/' + question.title);
+    return answer;
   }
   std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) override {
     Show(std::string(prompt) + "/" + std::string(title));
@@ -196,8 +200,14 @@ class FakeDialogs : public Dialogs {
     Show("save/" + question.title + '/' + question.filter + '/' + question.start);
     return file;
   }
+  std::optional<Font> ChooseFont(const Font& font, bool forPrinter, const Form*) override {
+    Show((forPrinter ? "printer font/" : "font/") + font.name + '/' +
+         std::to_string(static_cast<int>(font.size)));
+    return chosenFont;
+  }
   std::vector<std::string> shown;
-  bool yes = false;
+  Answer answer = Answer::No;
+  std::optional<Font> chosenFont;
   std::optional<std::string> input;
   std::optional<std::string> file;
   std::function<void()> onBox;  ///< What happens while a box is open.
@@ -214,55 +224,120 @@ class FakeWindows : public WindowSystem {
  public:
   void Attach(Form& form) override {
     attached.push_back(&form);
-    if (activates) form.SetActive(true);
+    if (activates && form.takesFocus) form.SetActive(true);
   }
   void Detach(Form& form) override { std::erase(attached, &form); }
   std::int32_t ScreenWidth() const override { return 1920 * 15; }
+  Rect WorkArea() const override { return {0, 0, 1920 * 15, 1080 * 15}; }
   void SetApplicationTitle(const std::string& title) override { applicationTitle = title; }
   std::vector<Form*> attached;
   bool activates = true;
   std::string applicationTitle;
 };
 
+/// What is printed is kept: the text, with copies and font behind it where it was chosen a printer for.
 class FakePrinters : public Printers {
  public:
-  bool PrintText(const std::string& text, const PrintFont&) override {
-    if (!present) return false;
-    printed.push_back(text);
-    return true;
+  int Count() const override { return present ? 1 : 0; }
+  std::string DefaultName() const override { return present ? name : std::string(); }
+  bool PrintText(const std::string& text, const Font& font) override {
+    if (works) {
+      printed.push_back(text);
+      fonts.push_back(font);
+    }
+    return works;
   }
   bool PrintWindow(const Form& form) override { return PrintText("picture of " + form.name(), {}); }
+  std::unique_ptr<PrintJob> Choose(const Form*) override {
+    struct Job : PrintJob {
+      explicit Job(FakePrinters& on) : printers(on) {}
+      bool Print(const std::string& text, const Font& font) override {
+        return printers.PrintText(text, font);
+      }
+      FakePrinters& printers;
+    };
+    return chooses ? std::make_unique<Job>(*this) : nullptr;
+  }
+  void ChooseDefault(const Form*) override { name = chosenName; }
   bool present = true;
+  bool works = true;
+  bool chooses = true;  ///< The user chooses a printer, and does not give up.
+  std::string name = "Office";
+  std::string chosenName = "Bridge";  ///< What the user makes the default.
   std::vector<std::string> printed;
+  std::vector<Font> fonts;
 };
 
 class FakeSound : public Sound {
  public:
   void Beep(double hertz, int milliseconds) override { beeps.emplace_back(hertz, milliseconds); }
+  void Bell() override { ++bells; }
   std::vector<std::pair<double, int>> beeps;
+  int bells = 0;
 };
 
-/// All of these in virtual time, with settings in a folder of its own. Each month has 31 days, and a long
-/// date reads "31/3/2006".
-struct FakePlatform {
-  explicit FakePlatform(double timeOfDay = 36000) : loop(timeOfDay) {}
+class FakeShell : public Shell {
+ public:
+  bool ShowText(const std::string& path) override {
+    if (hasViewer) viewed.push_back(path);
+    return hasViewer;
+  }
+  std::string ClipboardText() const override { return clipboard; }
+  void SetClipboardText(const std::string& text) override { clipboard = text; }
+  bool hasViewer = true;
+  std::vector<std::string> viewed;
+  std::string clipboard;
+};
+
+/// All of these with a loop and a window system, and settings in a folder of its own. Each month has 31 days,
+/// and a long date reads "31/3/2006".
+template <typename Loop, typename Windows>
+struct FakesWith {
+  explicit FakesWith(const auto&... clock) : loop(clock...) {}
+  ~FakesWith() { std::filesystem::current_path(before); }
 
   static std::string LongDate(int year, int month, int day) {
     if (month < 1 || month > 12 || day < 1 || day > 31) return {};
     return std::to_string(day) + '/' + std::to_string(month) + '/' + std::to_string(year);
   }
+  static Windows MakeWindows(Loop& loop) {
+    if constexpr (std::is_constructible_v<Windows, Loop&>) {
+      return Windows(loop);
+    } else {
+      return Windows();
+    }
+  }
 
+  std::filesystem::path before = std::filesystem::current_path();  // the program changes its working folder
   TempFolder folder;
   SettingsStore settings{folder.Name()};
-  VirtualLoop loop;
-  FakeWindows windows;
+  Loop loop;
+  Windows windows = MakeWindows(loop);
   FakeSerial comPort{loop};
   FakeSerialPorts serialPorts;
   FakeSocket sock{loop};
   FakeDialogs dialogs;
   FakePrinters printers;
   FakeSound sound;
-  const Platform platform{loop, windows, comPort, serialPorts, sock, dialogs, printers, sound, LongDate};
+  FakeShell shell;
+  std::vector<std::vector<std::int16_t>> dspMessages;  ///< As the library has got them.
+  const Platform platform{
+      loop,
+      windows,
+      comPort,
+      serialPorts,
+      sock,
+      dialogs,
+      printers,
+      sound,
+      shell,
+      LongDate,
+      [this](const std::int16_t* numbers) { dspMessages.emplace_back(numbers, numbers + numbers[0] + 1); }};
+};
+
+/// In virtual time, with windows that nobody sees.
+struct FakePlatform : FakesWith<VirtualLoop, FakeWindows> {
+  explicit FakePlatform(double timeOfDay = 36000) : FakesWith(timeOfDay) {}
 };
 
 }  // namespace corvex::test

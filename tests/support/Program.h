@@ -16,7 +16,6 @@ namespace corvex::test {
 /// The whole program on a platform of fakes.
 struct Program : FakePlatform {
   using FakePlatform::FakePlatform;
-  ~Program() { std::filesystem::current_path(before); }
 
   /// Loads the main window and lets `seconds` go by.
   void Start(double seconds) {
@@ -26,7 +25,6 @@ struct Program : FakePlatform {
   /// A click or the like, as the window system delivers it.
   void Do(const EventLoop::Task& task) { loop.Enter(task); }
 
-  std::filesystem::path before = std::filesystem::current_path();  // the program changes its working folder
   frmTerm term{platform, settings};
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -8,6 +10,7 @@
 #include <utility>
 
 #include "common/ScopedFlag.h"
+#include "common/Text.h"
 #include "support/Script.h"
 #include "support/Seen.h"
 
@@ -90,8 +93,36 @@ class ProgramScript {
     words.erase(words.begin(), words.begin() + (indexed ? 2 : 1));
     return *control;
   }
-  Control* Named(const std::string& name, int index) {
-    for (Control* control : p().term.controls()) {
+  /// The window that was shown last of those that are to be seen.
+  Form& Front() {
+    const auto& forms = p().windows.attached;
+    const auto front =
+        std::find_if(forms.rbegin(), forms.rend(), [](Form* form) { return form->visible.Get(); });
+    return front == forms.rend() ? p().term : **front;
+  }
+  /// A window by its name, and of several the first, or "frmTraceInstance:2" the second; the main window for
+  /// none.
+  Form& FormNamed(const std::string& path) {
+    if (path.empty()) return p().term;
+    const std::size_t colon = path.find(':');
+    int place = colon == std::string::npos ? 1 : std::stoi(path.substr(colon + 1));
+    for (Form* form : p().windows.attached) {
+      if (form->name() == path.substr(0, colon) && --place == 0) return *form;
+    }
+    throw std::runtime_error("no such window");
+  }
+  /// One that is gone is not shown either.
+  bool Shown(const std::string& name) {
+    const auto& forms = p().windows.attached;
+    return std::any_of(forms.begin(), forms.end(),
+                       [&](Form* form) { return form->name() == name && form->visible; });
+  }
+  /// "txtRx" stands in the main window, "frmSDI.txtNote" in another.
+  Control* Named(const std::string& path, int index) {
+    const std::size_t dot = path.find('.');
+    const std::string name = path.substr(dot == std::string::npos ? 0 : dot + 1);
+    Form& form = FormNamed(path.substr(0, dot == std::string::npos ? 0 : dot));
+    for (Control* control : form.controls()) {
       if (control->name() == name && control->index() == index) return control;
     }
     return nullptr;
@@ -101,11 +132,22 @@ class ProgramScript {
     if (auto* image = dynamic_cast<Image*>(&control)) return image->click();
     if (auto* label = dynamic_cast<Label*>(&control)) return label->click();
     if (auto* item = dynamic_cast<MenuItem*>(&control)) return item->click();
+    if (auto* check = dynamic_cast<CheckBox*>(&control)) return Put(control, check->value ? "no" : "yes");
+    if (auto* option = dynamic_cast<OptionButton*>(&control)) return Choose(*option);
     throw std::runtime_error("not to be clicked");
+  }
+  static void Choose(OptionButton& chosen) {
+    for (Control* control : chosen.form().controls()) {
+      auto* other = dynamic_cast<OptionButton*>(control);
+      if (other != nullptr && &other->parent() == &chosen.parent()) other->value.Adopt(other == &chosen);
+    }
+    chosen.click();
   }
   static void Put(Control& control, const std::string& value) {
     if (auto* box = dynamic_cast<TextBox*>(&control)) {
       box->AdoptText(value);
+      box->selection.Adopt({value.size(), 0});
+      box->change();
     } else if (auto* arrows = dynamic_cast<UpDown*>(&control)) {
       arrows->AdoptValue(arrows->value + std::stoi(value));
       arrows->change();
@@ -129,20 +171,42 @@ class ProgramScript {
   }
   void KeyDown(const Words& words) {
     const auto says = [&](const char* word) { return std::count(words.begin(), words.end(), word) > 0; };
-    KeyEvent key{.keyCode = std::stoi(words.at(0)),
-                 .ctrl = says("ctrl"),
-                 .alt = says("alt"),
-                 .repeated = says("held")};
-    Do([&] { p().term.keyDown(key); });
-    EXPECT_EQ(key.handled, !says("goes-on"));
+    for (const std::string& code : words) {
+      if (!IsDigit(code[0])) return;
+      KeyEvent key{
+          .keyCode = std::stoi(code), .ctrl = says("ctrl"), .alt = says("alt"), .repeated = says("held")};
+      Do([&] { Front().TakeKey(key); });
+      EXPECT_EQ(key.handled, !says("goes-on"));
+    }
   }
   void Window(const std::string& what) {
     frmTerm& term = p().term;
     Do([&] {
-      if (what == "close") return p().windows.attached.back()->queryUnload();
-      if (what == "leave" || what == "activate") return term.SetActive(what == "activate");
+      if (what == "close") return Front().queryUnload();
+      if (what == "close-main") return term.queryUnload();
+      if (what == "leave" || what == "activate") return Front().SetActive(what == "activate");
       term.windowState.Adopt(what == "minimise" ? WindowState::Minimized : WindowState::Normal);
       term.resize();
+    });
+  }
+
+  /// Drops files of the program's folder; a number before them is the effect.
+  void DropFiles(Words& words) {
+    Control& control = Find(words);
+    Drop drop;
+    for (const std::string& word : words) {
+      if (word.find_first_not_of("0123456789") == word.npos) {
+        drop.effect = std::stoi(word);
+      } else {
+        drop.files.push_back((p().folder.Path() / word).string());
+      }
+    }
+    Do([&] { control.drop(drop); });
+  }
+  void MoveFocus(Control& control) {
+    Do([&] {
+      control.form().AdoptFocus(&control);
+      control.gotFocus();
     });
   }
 
@@ -156,6 +220,10 @@ class ProgramScript {
          }},
         {"inactive", [this] { p().windows.activates = false; }},
         {"no-printer", [this] { p().printers.present = false; }},
+        {"printer", [this] { p().printers.present = true; }},
+        {"no-choice-of-printer", [this] { p().printers.chooses = false; }},
+        {"broken-printer", [this] { p().printers.works = false; }},
+        {"no-viewer", [this] { p().shell.hasViewer = false; }},
         {"refusing-host", [this] { p().sock.reachable = false; }},
         {"reachable-host", [this] { p().sock.reachable = true; }},
         {"silent-host", [this] { p().sock.answers = false; }},
@@ -171,9 +239,32 @@ class ProgramScript {
     };
     kinds.at(what)();
   }
-  void Reply(const std::string& answer) {
-    p().dialogs.yes = answer == "yes";
+  void Reply(const Words& words) {
+    const std::string& answer = words.at(0);
+    p().dialogs.answer = answer == "yes"      ? Answer::Yes
+                         : answer == "ok"     ? Answer::Ok
+                         : answer == "cancel" ? Answer::Cancel
+                                              : Answer::No;
     p().dialogs.input = answer == "cancel" ? std::nullopt : std::optional(answer);
+    p().dialogs.file = p().dialogs.input;
+    if (words.size() > 1) p().dialogs.file = words[1] == "cancel" ? std::nullopt : std::optional(words[1]);
+  }
+  void PickFont(const Words& words) {
+    const auto says = [&](const char* word) { return std::count(words.begin(), words.end(), word) > 0; };
+    p().dialogs.chosenFont = Font{.name = words.at(0),
+                                  .size = std::stod(words.at(1)),
+                                  .bold = says("bold"),
+                                  .italic = says("italic"),
+                                  .underline = says("underline")};
+  }
+  static std::string Described(const Font& font) {
+    return font.name + ' ' + std::to_string(static_cast<int>(font.size)) + (font.bold ? " bold" : "") +
+           (font.italic ? " italic" : "") + (font.underline ? " underline" : "");
+  }
+  /// The user marks so many characters from a place on.
+  void Mark(Words words) {
+    auto& box = dynamic_cast<TextBox&>(Find(words));
+    box.selection.Adopt({std::stoul(words.at(0)), std::stoul(words.at(1))});
   }
 
   // ---- What is to be found.
@@ -191,13 +282,36 @@ class ProgramScript {
     if (name == "visible") return word(control.visible);
     if (name == "enabled") return word(control.enabled);
     if (name == "focus") return word(control.HasFocus());
-    if (name == "checked") return word(dynamic_cast<const MenuItem&>(control).checked);
+    if (name == "checked") return word(Checked(control));
+    if (name == "caption") return Caption(control);
     if (name == "tip") return control.toolTip;
     if (name == "selected") return std::to_string(dynamic_cast<const TabStrip&>(control).selected);
     if (name == "left") return std::to_string(control.rect.Get().left);
     if (name == "tag") return control.tag;
+    if (name == "font") return Described(control.font);
+    if (name == "marked") {
+      const TextBox::Selection marked = dynamic_cast<const TextBox&>(control).selection;
+      return std::to_string(marked.start) + ' ' + std::to_string(marked.length);
+    }
+    if (name == "marked-text") return std::string(dynamic_cast<const TextBox&>(control).SelText());
+    if (name == "default") return word(control.form().defaultButton.Get() == &control);
+    if (name == "length") return std::to_string(dynamic_cast<const TextBox&>(control).Text().size());
+    if (name == "end") {
+      const std::string& text = dynamic_cast<const TextBox&>(control).Text();
+      return text.substr(text.size() - std::min<std::size_t>(text.size(), 10));
+    }
     if (name == "text") return dynamic_cast<const TextBox&>(control).Text();
     throw std::runtime_error("no such property");
+  }
+  static bool Checked(const Control& control) {
+    if (const auto* item = dynamic_cast<const MenuItem*>(&control)) return item->checked;
+    if (const auto* option = dynamic_cast<const OptionButton*>(&control)) return option->value;
+    return dynamic_cast<const CheckBox&>(control).value;
+  }
+  static std::string Caption(const Control& control) {
+    if (const auto* button = dynamic_cast<const Button*>(&control)) return button->caption;
+    if (const auto* item = dynamic_cast<const MenuItem*>(&control)) return item->caption;
+    return dynamic_cast<const Label&>(control).caption;
   }
   void Has(Words words) {
     const Control& control = Find(words);
@@ -211,12 +325,26 @@ class ProgramScript {
                                       "Closing", "Failed",     "Upgrade"};
     return kNames[static_cast<int>(p().term.main().mode)];
   }
+  /// Texts with the program's folder left out of the paths in them.
+  Words InFolder(Words texts) {
+    const std::string folder = p().settings.InAppFolder("");
+    for (std::string& text : texts) {
+      if (const std::size_t at = text.find(folder); at != std::string::npos) text.erase(at, folder.size());
+    }
+    return texts;
+  }
   bool LinkOpen() { return p().comPort.PortOpen() || p().sock.GetState() != SocketControl::kClosed; }
   Words TakeTones() {
     Words tones;
     for (const auto& [hertz, ms] : std::exchange(p().sound.beeps, {}))
       tones.insert(tones.end(), {std::to_string(static_cast<int>(hertz)), std::to_string(ms)});
     return tones;
+  }
+  Words TakeDsp() {
+    Words words;
+    for (const auto& message : std::exchange(p().dspMessages, {}))
+      for (const int number : message) words.push_back(std::to_string(number));
+    return words;
   }
   void Ended(double seconds) {
     EXPECT_TRUE(p().loop.Ended());
@@ -230,7 +358,11 @@ class ProgramScript {
       {"clock", [this](Words& w) { stage_.emplace(std::stod(w.at(0))); }},
       {"set", [this](Words& w) { p().settings.WriteSetting(w.at(0), w[1], w.at(2)); }},
       {"given", [this](Words& w) { Given(w.at(0)); }},
-      {"reply", [this](Words& w) { Reply(w.at(0)); }},
+      {"reply", [this](Words& w) { Reply(w); }},
+      {"pick-font", [this](Words& w) { PickFont(w); }},
+      {"mark", [this](Words& w) { Mark(w); }},
+      {"clipboard", [this](Words& w) { EXPECT_EQ(p().shell.clipboard, w.at(0)); }},
+      {"print-font", [this](Words& w) { EXPECT_EQ(Described(p().printers.fonts.back()), w.at(0)); }},
       {"answer", [this](Words& w) { Answer(w.at(0), w.at(1)); }},
       {"start", [this](Words& w) { p().Start(std::stod(w.at(0))); }},
       {"program", [this](Words&) { StartSession(); }},
@@ -243,6 +375,9 @@ class ProgramScript {
            Put(control, w.at(0));
          });
        }},
+      {"drop", [this](Words& w) { DropFiles(w); }},
+      {"focus", [this](Words& w) { MoveFocus(Find(w)); }},
+      {"dsp", [this](Words& w) { EXPECT_EQ(TakeDsp(), w); }},
       {"keydown", [this](Words& w) { KeyDown(w); }},
       {"type",
        [this](Words& w) {
@@ -270,8 +405,16 @@ class ProgramScript {
       {"mode", [this](Words& w) { EXPECT_EQ(Mode(), w.at(0)); }},
       {"link", [this](Words& w) { EXPECT_EQ(LinkOpen(), w.at(0) == "open"); }},
       {"read", [this](Words& w) { EXPECT_EQ(p().settings.ReadSetting(w.at(0), w.at(1), "none"), w.at(2)); }},
-      {"box", [this](Words& w) { EXPECT_EQ(std::exchange(p().dialogs.shown, {}), w); }},
+      {"box", [this](Words& w) { EXPECT_EQ(InFolder(std::exchange(p().dialogs.shown, {})), w); }},
       {"printed", [this](Words& w) { EXPECT_EQ(std::exchange(p().printers.printed, {}), w); }},
+      {"file", [this](Words& w) { EXPECT_EQ(p().folder.Read(w.at(0)), w.at(1)); }},
+      {"no-file", [this](Words& w) { EXPECT_FALSE(std::filesystem::exists(p().folder.Path() / w.at(0))); }},
+      {"write-file", [this](Words& w) { p().folder.Write(w.at(0), w.at(1)); }},
+      {"make-folder", [this](Words& w) { std::filesystem::create_directories(p().folder.Path() / w.at(0)); }},
+      {"shown", [this](Words& w) { EXPECT_EQ(Shown(w.at(0)), w.at(1) == "yes"); }},
+      {"title", [this](Words& w) { EXPECT_EQ(FormNamed(w.at(0)).caption, w.at(1)); }},
+      {"bells", [this](Words& w) { EXPECT_EQ(std::exchange(p().sound.bells, 0), std::stoi(w.at(0))); }},
+      {"viewed", [this](Words& w) { EXPECT_EQ(InFolder(std::exchange(p().shell.viewed, {})), w); }},
       {"tones", [this](Words& w) { EXPECT_EQ(TakeTones(), w); }},
       {"ended", [this](Words& w) { Ended(std::stod(w.at(0))); }},
   };

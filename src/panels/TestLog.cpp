@@ -1,0 +1,207 @@
+#include "panels/TestLog.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "common/ScopedFlag.h"
+#include "common/Text.h"
+#include "common/modLogger.h"
+#include "session/PopUp.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr double kPause = 0.3;
+
+/// A pause that runs over midnight does not end, and with one the logs would be over for good. So none is
+/// begun so late that it might.
+constexpr double kLastStart = 86400 - 60;
+
+const std::string& Row(const TermControls& window, std::size_t row) {
+  return window.corvexLbl[row].caption.Get();
+}
+
+bool AsksForPin(const TermControls& window) {
+  return Contains(UpperCase(Row(window, 3)), "PIN");
+}
+
+std::string_view From(std::string_view text, std::size_t place) {
+  return text.substr(std::min(place, text.size()));
+}
+
+}  // namespace
+
+/// One run of the macro. Once its session has ended nothing here does anything any more, so that the steps
+/// need not ask.
+class TestLog::Macro {
+ public:
+  explicit Macro(const Parts& parts) : p_(parts), overtaken_(parts.main) {}
+
+  void Run() {
+    ShowPopUp(p_.window, "Generating Test Logs - please wait");
+    Wait();
+    EscapeOut();
+    ClearAverages();
+    ReadIdleScreen();
+    Wait();
+    ReadStatusTable();
+    EscapeOut();
+    PrintLogs();
+    ReadCounters();
+    EscapeOut();
+  }
+
+ private:
+  void ClearAverages() {
+    for (const char key : {'9', '7', '4'}) PressAndWait(key);
+    SoftKey(2);
+    Wait();
+    EscapeOut();
+  }
+
+  void ReadIdleScreen() {
+    Line("Readings from the Idle Screen");
+    Line("Signal strength = " + Row(p_.window, TermControls::kSignal));
+    for (std::size_t row = 2; row <= 6; ++row) Line(Row(p_.window, row));
+    Line("Position shown as " + p_.state.gpsPosText);
+  }
+
+  /// Its four pages make 21 lines. Each is written as soon as it has been read, as the session may end.
+  void ReadStatusTable() {
+    constexpr std::size_t kNumberRow = 3;
+    constexpr std::size_t kNumberPlace = 18;
+    constexpr std::size_t kNumberSize = 6;
+    for (const char key : {'9', '8', '2'}) PressAndWait(key);
+    if (GoesOn())
+      p_.main.statusNumber = From(Row(p_.window, kNumberRow), kNumberPlace).substr(0, kNumberSize);
+    ReadPage(7);  // the last of these rows is the signal display; that is meant
+    Line(std::string(10, ' '));
+    TurnPage();
+    ReadPage(5);  // without the last line, in whose place the third page begins; that is meant
+    TurnPage();
+    ReadPage(6);
+    TurnPage();
+    ReadPage(6);
+  }
+
+  /// The first row read is the third, in which the unit's cursor stands.
+  void ReadPage(std::size_t lastRow) {
+    constexpr std::size_t kMarker = 3;
+    Line(From(Row(p_.window, 2), kMarker));
+    for (std::size_t row = 3; row <= lastRow; ++row) Line(Row(p_.window, row));
+  }
+
+  void TurnPage() {
+    Wait();
+    Down();
+    Wait();
+    Wait();
+    Down();
+    Wait();
+  }
+
+  /// The unit prints them: one behind the second soft key, the others out of its menu of logs, which stays
+  /// open.
+  void PrintLogs() {
+    SoftKey(2);
+    Wait();
+    SoftKey(2);
+    Wait();
+    SoftKey(1);
+    Wait();
+    EscapeOut();
+    EscapeOut();
+    for (const char key : {'9', '4'}) PressAndWait(key);
+    for (const char key : {'1', '2', '3', '8', '9'}) {
+      PressAndWait(key);
+      SoftKey(1);
+      Wait();
+      Escape();
+      Wait();
+    }
+  }
+
+  void ReadCounters() {
+    for (const char key : {'7', '1'}) PressAndWait(key);
+    Wait();
+    DumpScreen();
+    Escape();
+    Wait();
+    for (const char key : {'2', '3'}) {
+      PressAndWait(key);
+      DumpScreen();
+      Escape();
+    }
+  }
+
+  void DumpScreen() {
+    for (std::size_t row = 0; row <= 6; ++row) Line(Row(p_.window, row));
+  }
+
+  void Line(std::string_view text) {
+    if (GoesOn()) p_.page.PrintLine(std::string(text) + std::string(kCrLf));
+  }
+
+  void PressAndWait(char key) {
+    if (MayType()) p_.link.WriteText({&key, 1});
+    Wait();
+  }
+  void SoftKey(int key) {
+    if (MayType()) p_.keys.PressSoftKey(key);
+  }
+  void Escape() {
+    if (GoesOn()) p_.keys.SendEscape();
+  }
+  void Down() {
+    if (GoesOn()) p_.keys.SendCursorDown();
+  }
+  void EscapeOut() {
+    if (GoesOn()) p_.keys.SendEscapeSeries();
+  }
+  void Wait() {
+    if (GoesOn()) Pause(p_.window.loop(), kPause);
+  }
+
+  bool GoesOn() const { return !lost_ && !overtaken_() && p_.main.mode == ModemMode::Terminal; }
+  /// A PIN that is asked for in the middle would be wrong by the macro's digits, and three wrong ones lock
+  /// the card. The keys behind the first that was held back would lead astray.
+  bool MayType() {
+    lost_ = lost_ || AsksForPin(p_.window);
+    return GoesOn();
+  }
+
+  const Parts& p_;
+  const Overtaken overtaken_;
+  bool lost_ = false;
+};
+
+void TestLog::GenerateTestLog() {
+  Macro(p_).Run();
+}
+
+void TestLog::Check() {
+  if (MayBegin() && LogDue(p_.window.loop(), p_.settings)) TakeLog();
+  if (p_.main.mode != ModemMode::Closing) p_.window.logCheck.enabled = true;
+}
+
+/// Whoever is held up here gets his log at a later check, as its time is not yet stored.
+bool TestLog::MayBegin() const {
+  return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
+         !AsksForPin(p_.window) && p_.window.loop().SecondsSinceMidnight() < kLastStart;
+}
+
+void TestLog::TakeLog() {
+  const ScopedFlag taking(taking_);
+  GenerateTestLog();
+  Save();
+}
+
+/// What cannot be saved stays in the print view and is saved with the next log.
+void TestLog::Save() {
+  const std::string name = LogFileName(p_.window.loop(), p_.main.statusNumber);
+  if (taking_ && p_.page.SaveLogToFile(name)) taking_ = false;
+}
+
+}  // namespace corvex

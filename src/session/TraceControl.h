@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string_view>
+
+#include "common/frmTraceInstance.h"
+#include "common/frmTracer.h"
+#include "link/modComSock.h"
+#include "session/MainState.h"
+#include "session/SessionState.h"
+#include "session/TermControls.h"
+#include "session/WindowLayout.h"
+
+namespace corvex {
+
+/// The modem's trace: which streams of it are on, and the windows that show it.
+class TraceControl {
+ public:
+  struct Parts {
+    const Platform& platform;
+    SettingsStore& settings;
+    TermControls& window;
+    WindowLayout& layout;
+    const MainState& main;
+    SessionState& state;
+    TerminalLink& link;
+  };
+
+  explicit TraceControl(const Parts& parts);
+
+  /// Fills the events of the main window's menu entries.
+  void Connect();
+
+  /// A record for the master window.
+  void TraceText(std::string_view text) { tracer_.TraceText(text); }
+  /// A record for the window of a channel, which opens with the first one; channel 0 has none.
+  void TraceToInstance(std::int32_t channel, std::string_view text);
+
+  /// Closes the master window if it is open. It waits.
+  void CloseMaster() { tracer_.Unload(); }
+
+ private:
+  void Toggle();
+  void ToggleSecond();
+  bool Refuses(std::string_view message) const;
+  void SetEnabled(bool on);
+  void Send(char character) const;
+
+  Parts p_;
+  frmTracer tracer_;
+  std::map<std::int32_t, std::unique_ptr<frmTraceInstance>> instances_;
+};
+
+}  // namespace corvex

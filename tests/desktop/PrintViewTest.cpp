@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTest>
+#include <filesystem>
+
+#include "Wait.h"
+#include "common/frmSDI.h"
+#include "desktop/FormWindow.h"
+#include "desktop/QtWindowSystem.h"
+#include "support/FakePlatform.h"
+
+// The print view as its user has it before him: the real renderer and its clock.
+
+namespace corvex {
+namespace {
+
+using namespace std::chrono_literals;
+using test::Becomes;
+
+class PrintViewTest : public ::testing::Test, protected test::FakesWith<QtEventLoop, QtWindowSystem> {
+ protected:
+  void Show() {
+    owner.rect = Rect{3000, 3000, 9000, 4000};
+    loop.Enter([this] { view.NewPrintJob(); });
+    EXPECT_TRUE(Becomes(loop, [this] { return windows.WindowOf(view)->isVisible(); }));
+    test::Elapse(loop, 100ms);
+  }
+  void Print(const std::string& text) {
+    loop.Enter([&] { view.PrintLine(text); });
+  }
+  QWidget& Window() { return *windows.WindowOf(view); }
+  QPlainTextEdit& Page() { return *Window().findChild<QPlainTextEdit*>(); }
+  void Press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&widget, key, modifiers);
+    test::Elapse(loop, 30ms);
+  }
+
+  Form owner{loop, windows, "owner"};
+  frmSDI view{owner, platform, settings};
+};
+
+TEST_F(PrintViewTest, LinesComeInBehindWhatTheUserTypesAndMarks) {
+  Show();
+  Print("one\r\n");
+  test::Elapse(loop, 30ms);
+  QTest::keyClicks(&Page(), "ab");
+  Print("two\r\n");
+  test::Elapse(loop, 30ms);
+  EXPECT_EQ(view.txtNote.Text(), "one\r\nabtwo\r\n");
+  EXPECT_EQ(Page().toPlainText(), "one\nabtwo\n");
+  EXPECT_TRUE(view.noteDirty());
+
+  // He marks "ne" and a line end, which stay marked and stay.
+  Press(Page(), Qt::Key_Home, Qt::ControlModifier);
+  Press(Page(), Qt::Key_Right);
+  for (int i = 0; i < 3; ++i) Press(Page(), Qt::Key_Right, Qt::ShiftModifier);
+  EXPECT_EQ(view.txtNote.SelText(), "ne\r\n");
+  for (const char* line : {"x", "y"}) {
+    Print(line);
+    test::Elapse(loop, 30ms);
+  }
+  EXPECT_EQ(Page().toPlainText(), "one\nyxabtwo\n");
+  EXPECT_EQ(Page().textCursor().selectedText(), QStringLiteral(u"ne\u2029"));
+  EXPECT_EQ(view.txtNote.SelText(), "ne\r\n");
+
+  Press(Page(), Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(shell.clipboard, "ne\r\n");
+  EXPECT_EQ(Page().toPlainText(), "oyxabtwo\n");
+  Press(Page(), Qt::Key_V, Qt::ControlModifier);
+  Press(Page(), Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Page().toPlainText(), "one\nne\nyxabtwo\n");
+  Press(Page(), Qt::Key_Delete);
+  EXPECT_EQ(view.txtNote.Text(), "one\r\nne\r\nxabtwo\r\n");
+
+  Page().insertPlainText(QStringLiteral(u"\u03A9"));  // what has no byte is seen as it will be saved
+  test::Elapse(loop, 30ms);
+  EXPECT_EQ(view.txtNote.Text(), "one\r\nne\r\n?xabtwo\r\n");
+  EXPECT_EQ(Page().toPlainText(), "one\nne\n?xabtwo\n");
+  EXPECT_EQ(Page().textCursor().position(), 8);
+}
+
+TEST_F(PrintViewTest, WhatIsFoundIsMarkedAndScrolledTo) {
+  Show();
+  for (int i = 0; i < 500; ++i) Print("line " + std::to_string(i) + "\r\n");
+  test::Elapse(loop, 50ms);
+  const auto seen = [this] { return Page().viewport()->rect().contains(Page().cursorRect().center()); };
+  EXPECT_TRUE(seen()) << "the end of what is printed";
+  Press(Page(), Qt::Key_Home, Qt::ControlModifier);
+  bool asked = false;
+  loop.After(300ms, [&] {
+    QWidget* box = QApplication::activeModalWidget();
+    ASSERT_NE(box, nullptr);
+    QTest::keyClicks(box->focusWidget(), QStringLiteral("LINE 33"));
+    test::Elapse(loop, 50ms);
+    Press(*box->focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(Becomes(loop, [&] { return Page().textCursor().blockNumber() == 33; }));
+    EXPECT_EQ(view.txtNote.SelText(), "line 33");
+    Press(*box->focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(Becomes(loop, [&] { return Page().textCursor().blockNumber() == 330; }));
+    EXPECT_TRUE(seen());
+    EXPECT_FALSE(box->geometry().intersects(Window().geometry())) << "the box hides what it finds";
+    asked = true;
+    QTest::keyClick(box->focusWidget(), Qt::Key_Escape);
+  });
+  Press(Page(), Qt::Key_F, Qt::ControlModifier);
+  EXPECT_TRUE(asked);
+  Press(Page(), Qt::Key_F3);
+  EXPECT_TRUE(Becomes(loop, [&] { return Page().textCursor().blockNumber() == 331; }));
+}
+
+TEST_F(PrintViewTest, ALongPrintoutAndALongLineKeepTheWindowAlive) {
+  Show();
+  const double before10000 = test::CpuMilliseconds();
+  for (int i = 0; i < 10'000; ++i) {
+    Print("A line of a printout as long as those of a modem, number " + std::to_string(i) + "\r\n");
+    if (i % 10 == 0) loop.Pump(loop.Now());
+  }
+  test::Elapse(loop, 50ms);
+  const double taken = test::CpuMilliseconds() - before10000;
+  EXPECT_LT(taken, 5000);
+  EXPECT_EQ(Page().blockCount(), 10'001);
+  loop.Enter([this] { view.txtNote.SetText({}); });
+
+  const double beforeLong = test::CpuMilliseconds();
+  for (int i = 0; i < 256; ++i) {
+    Print(std::string(1023, i % 2 == 0 ? 'x' : '\0') + ' ');
+    loop.Pump(loop.Now());
+  }
+  test::Elapse(loop, 50ms);
+  const double takenLong = test::CpuMilliseconds() - beforeLong;
+  EXPECT_LT(takenLong, 5000);
+  EXPECT_EQ(view.txtNote.Text().size(), 256u * 1024u + 63u * 2u) << "a line end in every 4096 characters";
+}
+
+}  // namespace
+}  // namespace corvex
