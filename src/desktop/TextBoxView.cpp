@@ -11,21 +11,37 @@ namespace corvex {
 
 namespace {
 
-std::size_t CountReturns(std::string_view text) {
-  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
+/// How many characters of a text stand on its page: all but CR.
+std::size_t ShownLength(std::string_view text) {
+  return text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
 }
 
-/// How many bytes stand before a place on the page, CRs among them.
-std::size_t ByteAt(std::string_view text, std::size_t place) {
-  std::size_t at = 0;
-  for (std::size_t seen = 0; seen < place && at < text.size(); ++at) seen += text[at] == '\r' ? 0 : 1;
-  return at;
-}
+/// From the bytes of a text to its places on the page and back. It looks from where it looked last, so that
+/// what happens in one place of a long text costs nothing of its length. Before the text changes it must have
+/// looked at that place, or at one before it.
+class PagePlaces {
+ public:
+  std::size_t Of(std::string_view text, std::size_t byte) {
+    byte = std::min(byte, text.size());
+    if (byte >= byte_) {
+      place_ += ShownLength(text.substr(byte_, byte - byte_));
+    } else {
+      place_ -= ShownLength(text.substr(byte, byte_ - byte));
+    }
+    byte_ = byte;
+    return place_;
+  }
+  /// The byte right behind what stands before the place, so that CR goes with its LF.
+  std::size_t ByteAt(std::string_view text, std::size_t place) {
+    while (place_ < place && byte_ < text.size()) place_ += text[byte_++] == '\r' ? 0 : 1;
+    while (byte_ > 0 && (place_ > place || text[byte_ - 1] == '\r')) place_ -= text[--byte_] == '\r' ? 0 : 1;
+    return byte_;
+  }
 
-std::size_t PlaceAt(std::string_view text, std::size_t byte) {
-  const std::string_view before = text.substr(0, byte);
-  return before.size() - CountReturns(before);
-}
+ private:
+  std::size_t byte_ = 0;
+  std::size_t place_ = 0;  ///< Of byte_.
+};
 
 constexpr char16_t kControlPictures = 0x2400;
 
@@ -157,14 +173,16 @@ class PagesView : public WidgetView<TextBox, Pages> {
   PagesView(FormWindow& window, TextBox& box) : WidgetView(window, box, new Pages(window.ParentFor(box))) {
     shown_->setUndoRedoEnabled(!box.locked);
     shown_->setTabChangesFocus(box.locked);
+    connect(shown_->document(), &QTextDocument::contentsChange, this, &PagesView::AdoptEdit);
     connect(shown_, &QPlainTextEdit::textChanged, this, &PagesView::Typed);
     connect(shown_, &QPlainTextEdit::selectionChanged, this, &PagesView::AdoptSelection);
     connect(shown_, &QPlainTextEdit::cursorPositionChanged, this, &PagesView::AdoptSelection);
   }
 
   void TextEdited(std::size_t position, std::size_t removed, std::string_view inserted) override {
-    if (whole_) return;
     const std::string& text = control_.Text();  // as it was before this edit
+    const std::size_t place = places_.Of(text, position);
+    if (whole_) return;
     taken_ += inserted.size();
     if (removed > 0 && removed == text.size() && taken_ > kMostTaken) {
       whole_ = true;
@@ -180,8 +198,8 @@ class PagesView : public WidgetView<TextBox, Pages> {
     const std::string_view gone = std::string_view(text).substr(position, removed);
     Edit edit;
     edit.byteEnd = position + inserted.size();
-    edit.position = appends ? 0 : PlaceAt(text, position);
-    edit.removed = removed - CountReturns(gone);
+    edit.position = appends ? 0 : place;
+    edit.removed = ShownLength(gone);
     edit.inserted = inserted;
     edit.appends = appends;
     edits_.push_back(std::move(edit));
@@ -227,7 +245,7 @@ class PagesView : public WidgetView<TextBox, Pages> {
     const auto [start, length] = control_.selection.Get();
     const int last = shown_->document()->characterCount() - 1;
     const auto place = [&](std::size_t byte) {
-      return std::min(static_cast<int>(PlaceAt(control_.Text(), byte)), last);
+      return std::min(static_cast<int>(places_.Of(control_.Text(), byte)), last);
     };
     QTextCursor cursor(shown_->document());
     cursor.setPosition(place(start));
@@ -241,8 +259,9 @@ class PagesView : public WidgetView<TextBox, Pages> {
   void AdoptSelection() {
     if (applying_ || pending.Has(Change::Selection) || pending.Has(Change::Caption)) return;
     const QTextCursor cursor = shown_->textCursor();
-    const std::size_t start = ByteAt(control_.Text(), static_cast<std::size_t>(cursor.selectionStart()));
-    const std::size_t end = ByteAt(control_.Text(), static_cast<std::size_t>(cursor.selectionEnd()));
+    const std::size_t start =
+        places_.ByteAt(control_.Text(), static_cast<std::size_t>(cursor.selectionStart()));
+    const std::size_t end = places_.ByteAt(control_.Text(), static_cast<std::size_t>(cursor.selectionEnd()));
     control_.selection.Adopt({start, end - start});
   }
 
@@ -257,24 +276,34 @@ class PagesView : public WidgetView<TextBox, Pages> {
       1000;  // with more than this in one turn the whole text is as cheap
 
   /// The user has changed what is shown. Edits of the logic that are not shown yet must not be lost by that.
-  void Typed() {
+  void AdoptEdit(int position, int removed, int added) {
     if (applying_) return;
     whole_ =
         whole_ || std::any_of(edits_.begin(), edits_.end(), [](const Edit& edit) { return !edit.appends; });
     if (whole_) return;  // the logic's text counts for more than one key
-    const QString page = shown_->document()->toRawText();
-    std::string bytes = FromPage(page);
-    for (Edit& edit : edits_) {
-      bytes += edit.inserted;
-      edit.byteEnd = bytes.size();
-    }
-    control_.AdoptText(std::move(bytes));
+    // What Qt ends its last paragraph with is counted at times, before and behind; it is none of the text.
+    const int beyond = std::max(position + added - (shown_->document()->characterCount() - 1), 0);
+    QTextCursor cursor(shown_->document());
+    cursor.setPosition(position);
+    cursor.setPosition(position + added - beyond, QTextCursor::KeepAnchor);
+    const QString typed = cursor.selectedText();
+    const std::string bytes = FromPage(typed);
+    const std::string& text = control_.Text();
+    const auto place = static_cast<std::size_t>(position);
+    const std::size_t end = places_.ByteAt(text, place + static_cast<std::size_t>(removed - beyond));
+    const std::size_t start = places_.ByteAt(text, place);
+    control_.AdoptEdit(start, end - start, bytes);
+    for (Edit& edit : edits_) edit.byteEnd = edit.byteEnd - (end - start) + bytes.size();
+    // What has no byte is "?" in the text, and is to be seen so before it is saved.
+    whole_ = !std::all_of(typed.begin(), typed.end(), HasByte);
+  }
+
+  /// Qt has come to an end with it, and its cursor stands where it belongs.
+  void Typed() {
+    if (applying_) return;
     AdoptSelection();
     window_.Post([&control = control_] { control.change(); });
-    if (std::all_of(page.begin(), page.end(), HasByte)) return;
-    // What has no byte is "?" in the text, and is to be seen so before it is saved.
-    whole_ = true;
-    window_.ControlChanged(control_, Change::Caption);
+    if (whole_) window_.ControlChanged(control_, Change::Caption);
   }
 
   void ApplyEdit(QTextCursor& cursor, const Edit& edit) {
@@ -302,6 +331,7 @@ class PagesView : public WidgetView<TextBox, Pages> {
   /// Where the user may undo, Qt keeps all that was ever in the page. Emptied after so much it is made anew.
   static constexpr std::size_t kMostTaken = 1 << 20;
 
+  PagePlaces places_;
   std::vector<Edit> edits_;
   std::size_t taken_ = 0;  ///< Bytes put into the page since it was made.
   bool whole_ = true;      ///< The text is to be shown anew as a whole.

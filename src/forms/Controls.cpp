@@ -36,6 +36,10 @@ void TextBox::AdoptText(std::string text) {
   text_ = std::move(text);
 }
 
+void TextBox::AdoptEdit(std::size_t position, std::size_t removed, std::string_view inserted) {
+  text_.replace(std::min(position, text_.size()), removed, inserted);
+}
+
 UpDown::UpDown(Container& parent, const Design& design, TextBox& buddy, int min, int max)
     : Control(parent, design), value{*this, Change::Value, min}, buddy_(buddy), min_(min), max_(max) {
   buddy_.tag = std::to_string(min);

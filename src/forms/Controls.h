@@ -98,6 +98,8 @@ class TextBox : public Control {
   void ReplaceSelection(std::string_view text);
   /// For the window system: takes over what the user typed; `change` comes behind it, and the selection.
   void AdoptText(std::string text);
+  /// The same of one place in the text, limited as with Edit.
+  void AdoptEdit(std::size_t position, std::size_t removed, std::string_view inserted);
 
   std::string_view SelText() const;
 

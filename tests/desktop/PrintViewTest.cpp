@@ -4,6 +4,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <filesystem>
+#include <random>
 
 #include "Wait.h"
 #include "common/frmSDI.h"
@@ -110,27 +111,65 @@ TEST_F(PrintViewTest, WhatIsFoundIsMarkedAndScrolledTo) {
   EXPECT_TRUE(Becomes(loop, [&] { return Page().textCursor().blockNumber() == 331; }));
 }
 
+// Whatever the user does to it, the text is what stands on the page.
+TEST_F(PrintViewTest, AnyEditingKeepsTextAndPageTheSame) {
+  Show();
+  Print("one\r\ntwo\nthree\r\r\n\r\n\tfour\r\n");
+  const struct {
+    Qt::Key key;
+    Qt::KeyboardModifiers with;
+  } keys[]{{Qt::Key_A, Qt::NoModifier},         {Qt::Key_Return, Qt::NoModifier},
+           {Qt::Key_Backspace, Qt::NoModifier}, {Qt::Key_Backspace, Qt::ControlModifier},
+           {Qt::Key_Left, Qt::ShiftModifier},   {Qt::Key_Up, Qt::NoModifier},
+           {Qt::Key_Up, Qt::ShiftModifier},     {Qt::Key_End, Qt::NoModifier},
+           {Qt::Key_Z, Qt::ControlModifier},    {Qt::Key_Y, Qt::ControlModifier},
+           {Qt::Key_End, Qt::ShiftModifier},    {Qt::Key_Home, Qt::ControlModifier},
+           {Qt::Key_Delete, Qt::NoModifier},    {Qt::Key_End, Qt::ControlModifier}};
+  std::minstd_rand random(4);
+  std::size_t longest = 0;
+  for (int i = 0; i < 600; ++i) {
+    const auto& [key, with] = keys[random() % std::size(keys)];
+    QTest::keyClick(&Page(), key, with);
+    if (i % 20 == 0) Print("printed\r\n");
+    if (i % 3 == 0) test::Elapse(loop, 1ms);  // what is printed is often not on the page yet
+    if (i % 50 != 0) continue;
+    test::Elapse(loop, 30ms);
+    std::string text = view.txtNote.Text();
+    std::erase(text, '\r');
+    ASSERT_EQ(Page().toPlainText().toStdString(), text) << "after key " << i;
+    longest = std::max(longest, text.size());
+  }
+  EXPECT_GT(longest, 100u) << "there was something to compare";
+}
+
+// The same again costs the same, however much stands there: some forty times as much if a line cost the
+// length of all text.
 TEST_F(PrintViewTest, ALongPrintoutAndALongLineKeepTheWindowAlive) {
   Show();
-  const double before10000 = test::CpuMilliseconds();
-  for (int i = 0; i < 10'000; ++i) {
-    Print("A line of a printout as long as those of a modem, number " + std::to_string(i) + "\r\n");
-    if (i % 10 == 0) loop.Pump(loop.Now());
-  }
+  const auto cost = [this](int prints, const std::string& text) {
+    const double began = test::CpuMilliseconds();
+    for (int i = 0; i < prints; ++i) {
+      Print(text);
+      if (i % 10 == 0) loop.Pump(loop.Now());
+    }
+    test::Elapse(loop, 50ms);
+    return test::CpuMilliseconds() - began;
+  };
+  std::string text = "A line of a printout as long as those of a modem, and a few characters more\r\n";
+  const double first = cost(500, text);
+  while (text.size() < 8'000'000) text += text;
+  Print(text);
   test::Elapse(loop, 50ms);
-  const double taken = test::CpuMilliseconds() - before10000;
-  EXPECT_LT(taken, 5000);
-  EXPECT_EQ(Page().blockCount(), 10'001);
+  text.resize(77);
+  EXPECT_LT(cost(500, text), 5 * first);
   loop.Enter([this] { view.txtNote.SetText({}); });
 
-  const double beforeLong = test::CpuMilliseconds();
-  for (int i = 0; i < 256; ++i) {
-    Print(std::string(1023, i % 2 == 0 ? 'x' : '\0') + ' ');
-    loop.Pump(loop.Now());
-  }
-  test::Elapse(loop, 50ms);
-  const double takenLong = test::CpuMilliseconds() - beforeLong;
-  EXPECT_LT(takenLong, 5000);
+  std::string piece(1023, 'x');
+  piece[511] = '\0';
+  piece += ' ';
+  const double begun = cost(32, piece);
+  cost(192, piece);
+  EXPECT_LT(cost(32, piece), 5 * begun);
   EXPECT_EQ(view.txtNote.Text().size(), 256u * 1024u + 63u * 2u) << "a line end in every 4096 characters";
 }
 
