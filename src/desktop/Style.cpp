@@ -126,6 +126,32 @@ void DrawTab(QPainter& painter, const QStyleOption& option) {
   }
 }
 
+/// The thumb stands out from its way: Fusion's is as pale as what is around it.
+void DrawScrollBar(const QStyle& style, QPainter& painter, const QStyleOptionSlider& bar,
+                   const QWidget* widget) {
+  const QPalette& palette = bar.palette;
+  painter.fillRect(bar.rect, palette.color(QPalette::Window));
+  const bool upright = bar.orientation == Qt::Vertical;
+  const bool movable = bar.state.testFlag(QStyle::State_Enabled) && bar.maximum > bar.minimum;
+  const auto place = [&](QStyle::SubControl part) {
+    return style.subControlRect(QStyle::CC_ScrollBar, &bar, part, widget);
+  };
+  const auto arrow = [&](QStyle::SubControl part, QStyle::PrimitiveElement shape) {
+    QStyleOption option(bar);
+    option.rect = place(part).adjusted(3, 3, -3, -3);
+    option.state.setFlag(QStyle::State_Enabled, movable);
+    style.drawPrimitive(shape, &option, &painter, widget);
+  };
+  arrow(QStyle::SC_ScrollBarSubLine, upright ? QStyle::PE_IndicatorArrowUp : QStyle::PE_IndicatorArrowLeft);
+  arrow(QStyle::SC_ScrollBarAddLine,
+        upright ? QStyle::PE_IndicatorArrowDown : QStyle::PE_IndicatorArrowRight);
+  if (!movable) return;
+  const bool held = bar.activeSubControls.testFlag(QStyle::SC_ScrollBarSlider) &&
+                    (bar.state & (QStyle::State_MouseOver | QStyle::State_Sunken));
+  DrawGround(painter, QRectF(place(QStyle::SC_ScrollBarSlider)).adjusted(3, 3, -3, -3),
+             held ? palette.color(QPalette::Link) : BorderColor(palette));
+}
+
 }  // namespace
 
 void DrawFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette) {
@@ -211,6 +237,16 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
     return;
   }
   QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                               const QWidget* widget) const {
+  const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control == CC_ScrollBar && bar != nullptr) {
+    DrawScrollBar(*this, *painter, *bar, widget);
+    return;
+  }
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
