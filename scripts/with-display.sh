@@ -14,8 +14,9 @@ cleanup() {
 }
 trap cleanup EXIT
 
-# The server chooses a free display and writes its number.
-Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$folder/display" >"$folder/xvfb.log" 2>&1 &
+# The server chooses a free display and writes its number. It must not begin anew, and refuse whoever comes meanwhile,
+# when its only client so far has gone: that may be the look at whether the window manager is there yet.
+Xvfb -displayfd 3 -noreset -screen 0 1600x1000x24 -nolisten tcp 3>"$folder/display" >"$folder/xvfb.log" 2>&1 &
 xvfb=$!
 for _ in $(seq 100); do
   [ -s "$folder/display" ] && break
