@@ -411,6 +411,7 @@ void ModeMachine::LeavePanel() {
       break;
     case ModemMode::AtMode:
       p_.window.fmOnTab[kAtPanel].visible = false;
+      p_.window.tmrRepeater.enabled = false;  // a line sent while the link closes would open it anew
       break;
     default:
       break;
