@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -83,6 +84,20 @@ std::string FromPage(const QString& page) {
   return bytes;
 }
 
+bool IsBeyondBytes(QChar c) {
+  return c.unicode() > 0xFF;
+}
+
+/// What a box of one line takes of what is typed or pasted: characters that have a byte, and blanks for line
+/// ends but those at its end. The user would not see a line end, and it would be sent.
+QString ToLine(QString text) {
+  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
+  while (text.endsWith(u'\n')) text.chop(1);
+  text.replace(u'\n', u' ');
+  text.removeIf(IsBeyondBytes);
+  return text;
+}
+
 /// A colour that the logic has chosen, or the theme's for one that it leaves to the system.
 QColor ColorOf(Color color, QPalette::ColorRole role, const QPalette& theme) {
   if (color == kWindowColor) return theme.color(QPalette::Base);
@@ -111,11 +126,7 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
  public:
   LineView(FormWindow& window, TextBox& box) : WidgetView(window, box, new QLineEdit(window.ParentFor(box))) {
     shown_->setAccessibleName(NameByLabel(box));
-    connect(shown_, &QLineEdit::textEdited, this, [this](const QString& text) {
-      if (pending.Has(Change::Caption)) return;  // what the logic has set since counts for more
-      control_.AdoptText(FromQt(text));
-      window_.Post([&control = control_] { control.change(); });
-    });
+    connect(shown_, &QLineEdit::textEdited, this, &LineView::AdoptTyped);
     connect(shown_, &QLineEdit::selectionChanged, this, &LineView::AdoptSelection);
     connect(shown_, &QLineEdit::cursorPositionChanged, this, &LineView::AdoptSelection);
   }
@@ -141,6 +152,18 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
   }
 
  private:
+  void AdoptTyped(const QString& text) {
+    const QString taken = ToLine(text);
+    if (taken != text) {
+      const auto caret = ToLine(text.left(shown_->cursorPosition()) + u'.').size() - 1;
+      if (std::any_of(text.begin(), text.end(), IsBeyondBytes)) QApplication::beep();
+      shown_->setText(taken);
+      shown_->setCursorPosition(static_cast<int>(caret));
+    }
+    if (pending.Has(Change::Caption)) return;  // what the logic has set since counts for more
+    control_.AdoptText(FromQt(taken));
+    window_.Post([&control = control_] { control.change(); });
+  }
   void AdoptSelection() {
     if (pending.Has(Change::Selection)) return;  // what the logic has set since counts for more
     const bool any = shown_->hasSelectedText();

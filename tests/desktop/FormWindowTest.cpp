@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
@@ -332,6 +333,10 @@ TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
   line->selectAll();
   QTest::keyClick(line, Qt::Key_7);
   EXPECT_EQ(form->line.Text(), "7");
+  QApplication::clipboard()->setText(QStringLiteral("8\r\n\u20AC9\n"));
+  line->paste();
+  EXPECT_EQ(form->line.Text(), "78 9") << "what has no byte, and line ends, are not to be sent unseen";
+  EXPECT_EQ(line->text(), QStringLiteral("78 9"));
 }
 
 TEST_F(FormWindowTest, TheCaretOfALongTextIsTheSameOnBothSides) {
