@@ -86,8 +86,7 @@ void Keys::Connect() {
   window.ListChoice.keyPress = inTerminal([this](char key) { PressInChoice(key); });
   window.ListChoice.doubleClick = inTerminal([this] { ChooseFromList(); });
   window.CorvexFocus1.keys = [this](std::string_view text) {
-    const bool autoSend = p_.main.mode == ModemMode::AtMode && p_.window.atPanel.optAutoSend.value;
-    if (autoSend || p_.main.mode == ModemMode::Terminal) TakeTyped(text);
+    if (TypingGoesOut()) TakeTyped(text);
   };
   window.keyDown = [this](KeyEvent& key) {
     key.handled = TakeWindowKey(key, p_.main, p_.window, p_.platform.dialogs);
@@ -141,9 +140,14 @@ void Keys::SendEscapeSeries() {
   }
 }
 
+bool Keys::TypingGoesOut() const {
+  return p_.main.mode == ModemMode::Terminal ||
+         (p_.main.mode == ModemMode::AtMode && p_.window.atPanel.optAutoSend.value);
+}
+
 void Keys::RestoreFocus() {
   TermControls& window = p_.window;
-  if (!window.Active() || p_.main.mode != ModemMode::Terminal) return;
+  if (!window.Active() || !TypingGoesOut()) return;
   if (window.frmChoice.visible) {
     window.ListChoice.SetFocus();
   } else if (window.ListMenu.visible) {

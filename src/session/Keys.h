@@ -57,7 +57,8 @@ class Keys {
   /// Whether a walk of the modem's cursor or a key is still on its way.
   bool Busy() const { return walking_ || opening_; }
 
-  /// Gives the focus to what takes keys at the moment, if the window is active and shows the modem's screen.
+  /// Gives the focus to what takes keys at the moment, if the window is active and what is typed goes to the
+  /// modem: on its screen, and in the byte editor with auto send.
   void RestoreFocus();
 
  private:
@@ -67,6 +68,7 @@ class Keys {
   void ClickEscape();
   void KeyDown(KeyEvent& key);
   void PressHotKey(int keyCode);
+  bool TypingGoesOut() const;
   void TakeTyped(std::string_view text);
 
   void PressInMenu(char key);

@@ -129,7 +129,10 @@ void frmTerm::ConnectEvents() {
   atPanel.cmdRawQuit.click = [this] {
     if (main_.mode == ModemMode::AtMode) modes_.EnterAtMode();
   };
-  cmdCls.click = [this] { txtRx.SetText({}); };
+  cmdCls.click = [this] {
+    txtRx.SetText({});
+    keys_.RestoreFocus();
+  };
   mnuPort.click = unlessClosing([this] { modes_.EnterPortSetup(); });
   mnuMapping.click = unlessClosing([this] { modes_.OpenDeviceManager(); });
   mnuUpgrade.click = unlessClosing([this] { modes_.GoUpgrade(); });
