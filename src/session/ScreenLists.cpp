@@ -90,7 +90,9 @@ void ScreenLists::HideMenu() {
   if (window_.Active()) window_.frmKeys.BringToFront();
   window_.frmMenu.visible = false;
   window_.ListMenu.visible = false;
-  if (window_.Active() && !window_.frmChoice.visible) window_.CorvexFocus1.SetFocus();
+  // In a panel that has been opened in a wait of the same burst the focus is where its user types.
+  if (window_.Active() && !window_.frmChoice.visible && main_.mode == ModemMode::Terminal)
+    window_.CorvexFocus1.SetFocus();
 }
 
 void ScreenLists::ShowChoice() {
