@@ -68,13 +68,14 @@ bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
   };
   bool printed = true;
   const QString whole = ToShown(text, u"\n\t\f");
-  for (qsizetype at = 0; printed && at <= whole.size();) {
+  // What stands behind the last line end or form feed is nothing, and takes no further page.
+  for (qsizetype at = 0; printed && at < whole.size();) {
     qsizetype end = at;
     while (end < whole.size() && end - at < kLongestParagraph && whole[end] != u'\n' && whole[end] != u'\f')
       ++end;
     printed = printParagraph(whole.mid(at, end - at));
     const QChar behind = end < whole.size() ? whole[end] : QChar(u'\n');
-    if (printed && behind == u'\f') printed = turnPage();
+    if (printed && behind == u'\f' && end + 1 < whole.size()) printed = turnPage();
     at = behind == u'\n' || behind == u'\f' ? end + 1 : end;
   }
   if (!printed) printer.abort();

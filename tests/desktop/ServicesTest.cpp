@@ -174,7 +174,7 @@ TEST(QtPrintersTest, TextsGoOnPagesAndAnUnwritableOneIsTold) {
     return pdf.count("/Type /Page\n");
   };
   EXPECT_EQ(pages("one\r\ntwo"), 1);
-  EXPECT_EQ(pages("one\ftwo"), 2);
+  EXPECT_EQ(pages("one\ftwo\f"), 2);
   std::string lines;
   for (int i = 0; i < 100; ++i) lines += "line\r\n";
   EXPECT_EQ(pages(lines), 2);
