@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTextCursor>
@@ -185,6 +186,13 @@ class Pages : public QPlainTextEdit {
     } else {
       QPlainTextEdit::keyPressEvent(event);
     }
+  }
+  /// Pasted and dropped as the plain text that it is, whatever else is offered. Qt's own takes an empty
+  /// clipboard for one with something in it, and crashes.
+  void insertFromMimeData(const QMimeData* source) override {
+    if (source == nullptr || !source->hasText()) return;
+    insertPlainText(source->text());
+    ensureCursorVisible();
   }
 };
 

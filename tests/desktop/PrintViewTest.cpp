@@ -73,6 +73,7 @@ TEST_F(PrintViewTest, LinesComeInBehindWhatTheUserTypesAndMarks) {
   Press(Page(), Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(Page().toPlainText(), "one\nne\nyxabtwo\n");
   Press(Page(), Qt::Key_Delete);
+  Press(Page(), Qt::Key_Insert, Qt::ShiftModifier);  // of the system's clipboard, in which nothing is
   EXPECT_EQ(view.txtNote.Text(), "one\r\nne\r\nxabtwo\r\n");
 
   Page().insertPlainText(QStringLiteral(u"\u03A9"));  // what has no byte is seen as it will be saved
