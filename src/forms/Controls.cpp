@@ -12,6 +12,12 @@ void TextBox::Edit(std::size_t position, std::size_t removed, std::string_view i
   removed = std::min(removed, text_.size() - position);
   if (removed == 0 && inserted.empty()) return;
   if (form().observer != nullptr) form().observer->TextEdited(*this, position, removed, inserted);
+  AdoptEdit(position, removed, inserted);
+}
+
+void TextBox::AdoptEdit(std::size_t position, std::size_t removed, std::string_view inserted) {
+  position = std::min(position, text_.size());
+  removed = std::min(removed, text_.size() - position);
   text_.replace(position, removed, inserted);
   const auto [start, length] = selection.Get();
   const auto moved = [&](std::size_t place) {
@@ -34,10 +40,6 @@ void TextBox::ReplaceSelection(std::string_view text) {
 
 void TextBox::AdoptText(std::string text) {
   text_ = std::move(text);
-}
-
-void TextBox::AdoptEdit(std::size_t position, std::size_t removed, std::string_view inserted) {
-  text_.replace(std::min(position, text_.size()), removed, inserted);
 }
 
 UpDown::UpDown(Container& parent, const Design& design, TextBox& buddy, int min, int max)

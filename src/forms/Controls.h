@@ -98,7 +98,8 @@ class TextBox : public Control {
   void ReplaceSelection(std::string_view text);
   /// For the window system: takes over what the user typed; `change` comes behind it, and the selection.
   void AdoptText(std::string text);
-  /// The same of one place in the text, limited as with Edit.
+  /// The same of one place in the text, limited as with Edit and with the selection moved likewise: `change`
+  /// comes later, and the logic may edit before it.
   void AdoptEdit(std::size_t position, std::size_t removed, std::string_view inserted);
 
   std::string_view SelText() const;
