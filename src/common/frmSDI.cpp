@@ -136,7 +136,8 @@ void frmSDI::Unload() {
 void frmSDI::NewPrintJob() {
   Load();
   visible = true;
-  if (!settings_.printer.fileuse.IsAppend()) Clear();
+  // Not under the user's hands, who may be saving just this text: the jobs add up once.
+  if (!settings_.printer.fileuse.IsAppend() && !asking_) Clear();
 }
 
 void frmSDI::PrintLine(std::string_view text) {

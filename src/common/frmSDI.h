@@ -22,7 +22,8 @@ class frmSDI : public Form {
   frmSDI(Form& owner, const Platform& platform, SettingsStore& settings);
   ~frmSDI() override { Withdraw(); }
 
-  /// Shows the window, and clears it if jobs are not to add up.
+  /// Shows the window, and clears it if jobs are not to add up, unless the user is answering a question of
+  /// it.
   void NewPrintJob();
   /// Puts a text at the caret, behind what the user has marked. A line end is the caller's affair. Loads the
   /// window, but does not show it.

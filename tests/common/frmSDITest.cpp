@@ -49,6 +49,14 @@ TEST(frmSDITest, ALogIsSavedBehindAWindowThatNobodySees) {
   EXPECT_TRUE(p.view.visible);
   EXPECT_EQ(p.view.txtNote.Text(), "more\r\n");
   EXPECT_TRUE(p.view.ClosePrintForm()) << "it is saved by now";
+
+  // So does a job that would clear it.
+  p.settings.printer.fileuse.SetNew();
+  p.view.PrintLine("kept\r\n");
+  p.dialogs.file = (p.folder.Path() / "kept.txt").string();
+  p.dialogs.onBox = [&] { p.view.NewPrintJob(); };
+  p.view.mnuFileSaveAs.click();
+  EXPECT_EQ(p.Saved("kept.txt"), "kept\r\n\r\n");
 }
 
 TEST(frmSDITest, TheAutomaticSaveHoldsTheTextHoweverItHasChanged) {
