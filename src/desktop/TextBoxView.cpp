@@ -215,7 +215,9 @@ class PagesView : public WidgetView<TextBox, Pages> {
     const std::size_t place = places_.Of(text, position);
     if (whole_) return;
     taken_ += inserted.size();
-    if (removed > 0 && removed == text.size() && taken_ > kMostTaken) {
+    // Emptied behind a window that has been closed, the page is made anew: what was there cannot be undone.
+    const bool anew = taken_ > kMostTaken || !control_.form().visible;
+    if (removed > 0 && removed == text.size() && anew) {
       whole_ = true;
       edits_.clear();
       return;

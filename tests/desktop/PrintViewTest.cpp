@@ -83,6 +83,11 @@ TEST_F(PrintViewTest, LinesComeInBehindWhatTheUserTypesAndMarks) {
   EXPECT_EQ(view.txtNote.Text(), "one\r\nne\r\n?xabtwo\r\n");
   EXPECT_EQ(Page().toPlainText(), "one\nne\n?xabtwo\n");
   EXPECT_EQ(Page().textCursor().position(), 8);
+
+  loop.Enter([this] { EXPECT_TRUE(view.ClosePrintForm()); });
+  Show();
+  Press(Page(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(view.txtNote.Text(), "") << "an old printout comes back";
 }
 
 TEST_F(PrintViewTest, WhatIsFoundIsMarkedAndScrolledTo) {
