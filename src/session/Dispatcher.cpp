@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "common/ScopedFlag.h"
 #include "common/SettingFonts.h"
 #include "common/Text.h"
 #include "session/PopUp.h"
@@ -143,12 +144,20 @@ void Dispatcher::ServePrint() {
 void Dispatcher::PrintToPrinter() {
   const auto& printer = p_.settings.printer;
   if (p_.platform.printers.Count() == 0) {
-    p_.platform.dialogs.MessageBox(kNoPrinter);
+    TellOfPrinter(kNoPrinter);
     return;
   }
   Font font = SettingFont(printer);
   font.underline = false;  // whatever the settings say
-  if (!p_.platform.printers.PrintText(p_.state.printText, font)) p_.platform.dialogs.MessageBox(kPrintFailed);
+  if (!p_.platform.printers.PrintText(p_.state.printText, font)) TellOfPrinter(kPrintFailed);
+}
+
+/// Once at a time: over the LAN the modem goes on while a box is open, and may print a thousand jobs before
+/// somebody comes and answers it.
+void Dispatcher::TellOfPrinter(std::string_view text) {
+  if (telling_) return;
+  const ScopedFlag telling(telling_);
+  p_.platform.dialogs.MessageBox(text);
 }
 
 }  // namespace corvex

@@ -54,8 +54,10 @@ class Dispatcher {
   void ServeFlags();
   void ServePrint();
   void PrintToPrinter();
+  void TellOfPrinter(std::string_view text);
 
   Parts p_;
+  bool telling_ = false;
 };
 
 }  // namespace corvex
