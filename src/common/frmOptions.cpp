@@ -1,6 +1,6 @@
 #include "common/frmOptions.h"
 
-#include <cstdio>
+#include <initializer_list>
 #include <string>
 
 #include "common/ScopedFlag.h"
@@ -110,15 +110,12 @@ void frmOptions::Load() {
 void frmOptions::ApplyActionChoice() {
   if (!optGen[0].value && !optGen[1].value) return;  // the settings say neither
   const bool screen = optGen[0].value;
-  for (Control* control : {static_cast<Control*>(&lblScreenFont), static_cast<Control*>(&cmdScreenFont),
-                           static_cast<Control*>(&frmPath), static_cast<Control*>(&Label1),
-                           static_cast<Control*>(&lblGen[2]), static_cast<Control*>(&lblGen[3]),
-                           static_cast<Control*>(&Option1[0]), static_cast<Control*>(&Option1[1])}) {
+  using Group = std::initializer_list<Control*>;
+  for (Control* control : Group{&lblScreenFont, &cmdScreenFont, &frmPath, &Label1, &lblGen[2], &lblGen[3],
+                                &Option1[0], &Option1[1]}) {
     control->enabled = screen;
   }
-  for (Control* control : {static_cast<Control*>(&lblPrinter), static_cast<Control*>(&lblFont),
-                           static_cast<Control*>(&cmdPrinter), static_cast<Control*>(&cmdFont),
-                           static_cast<Control*>(&Frame1)}) {
+  for (Control* control : Group{&lblPrinter, &lblFont, &cmdPrinter, &cmdFont, &Frame1}) {
     control->enabled = !screen;
   }
 }

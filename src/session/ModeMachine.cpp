@@ -255,10 +255,10 @@ void ModeMachine::EnterTestInterface() {
     return;
   }
   ShowTextPanel(kTestPanel);
-  p_.window.testPanel.frmAero.visible = true;
+  TestPanel& panel = p_.window.testPanel;
+  panel.frmAero.visible = true;
   p_.link.WriteText("\x18");
   p_.link.WriteText("at+wquiltest\r\n");
-  TestPanel& panel = p_.window.testPanel;
   if (p_.window.Active()) panel.txtRaw.SetFocus();
   p_.main.mode = ModemMode::TestInterface;
   for (OptionButton& option : panel.optRxTx) option.enabled = true;
