@@ -1,5 +1,7 @@
 #include "common/frmTracer.h"
 
+#include <chrono>
+
 namespace corvex {
 
 namespace {
@@ -7,6 +9,7 @@ namespace {
 constexpr char kHold = 5;
 constexpr char kOff = 4;
 constexpr std::string_view kScreenName = "trace ";
+constexpr auto kQuitPause = std::chrono::milliseconds(100);
 
 }  // namespace
 
@@ -55,10 +58,12 @@ void frmTracer::Quit() {
   const unsigned turn = quitTurn_ = turns_;
   ends();
   send(kHold);
-  Pause(loop(), 0.1);
-  if (turn != turns_) return;  // closed by another, or opened anew, in the wait
-  send(kOff);
-  Unload();  // sends the two once more
+  // Not a wait, which whatever begins in it would give up: the window is to close in any case.
+  quitting_ = loop().After(kQuitPause, [this, turn] {
+    if (turn != turns_) return;  // closed by another, or opened again, meanwhile
+    send(kOff);
+    Unload();  // sends the two once more
+  });
 }
 
 void frmTracer::Unload() {

@@ -9,6 +9,7 @@ namespace corvex {
 class frmTracer : public TraceWindow {
  public:
   frmTracer(const Platform& platform, SettingsStore& settings);
+  ~frmTracer() override { loop().Cancel(quitting_); }
 
   void Open();
   void Unload();
@@ -25,6 +26,7 @@ class frmTracer : public TraceWindow {
   bool loaded_ = false;
   unsigned turns_ = 0;     ///< How often it has been opened or closed.
   unsigned quitTurn_ = 0;  ///< The one in which Quit was clicked.
+  EventLoop::TimerId quitting_ = 0;
 };
 
 }  // namespace corvex

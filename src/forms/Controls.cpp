@@ -110,13 +110,18 @@ void Timer::Start() {
 
 void Timer::Tick() {
   pending_ = 0;
-  const std::shared_ptr<Run> run = run_;
-  {
-    const ScopedFlag ticking(run->ticking);
-    run->tick();
-  }
-  if (run->timerGone) return;
-  if (enabled && pending_ == 0) Start();
+  /// Begins the next interval, also after a tick whose wait was given up.
+  struct Restart {
+    Timer& timer;
+    const std::shared_ptr<Run> run;
+    ~Restart() {
+      if (!run->timerGone && timer.enabled && timer.pending_ == 0 && !timer.form().loop().Ended())
+        timer.Start();
+    }
+  };
+  const Restart restart{*this, run_};
+  const ScopedFlag ticking(restart.run->ticking);
+  restart.run->tick();
 }
 
 void Timer::Stop() {

@@ -25,6 +25,8 @@ class Frame : public Control, public Container {
   using Control::form;
   std::string_view TypeName() const override { return "Frame"; }
   Property<std::string> caption;  ///< Empty: no title is shown.
+  /// What stands in it is not current: it is shown in pale colours.
+  Property<bool> dimmed{*this, Change::Dimmed, false};
 };
 
 class Label : public Control {

@@ -17,6 +17,7 @@ Form::~Form() {
 
 void Form::ShowModal() {
   const ScopedFlag modal(modal_);
+  const EventLoop::Modal holdsUp(loop_);
   visible = true;
   while (visible) loop_.Pump();
 }

@@ -29,6 +29,7 @@ enum class Change : std::uint32_t {
   Accessible = 1u << 17,
   BackColor = 1u << 18,
   Default = 1u << 19,
+  Dimmed = 1u << 20,
 };
 
 /// Something whose changes are told to one observer.

@@ -15,16 +15,26 @@ namespace {
 
 constexpr double kPause = 0.3;
 
-/// A pause that runs over midnight does not end, and with one the logs would be over for good. So none is
-/// begun so late that it might.
+/// A pause that runs over midnight is given up only a minute later, and the log with it. So none is begun so
+/// late that it might.
 constexpr double kLastStart = 86400 - 60;
 
 const std::string& Row(const TermControls& window, std::size_t row) {
   return window.corvexLbl[row].caption.Get();
 }
 
+/// Whether a row holds "PIN" as a word, which a number may follow: "SIM PIN2:", but not "SHIPPING".
 bool AsksForPin(const TermControls& window) {
-  return Contains(UpperCase(Row(window, 3)), "PIN");
+  constexpr std::string_view kWord = "PIN";
+  const std::string row = UpperCase(Row(window, 3));
+  const auto isLetter = [&row](std::size_t place) {
+    const char c = place < row.size() ? row[place] : ' ';
+    return (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0xC0;
+  };
+  for (std::size_t at = row.find(kWord); at != row.npos; at = row.find(kWord, at + 1)) {
+    if ((at == 0 || !isLetter(at - 1)) && !isLetter(at + kWord.size())) return true;
+  }
+  return false;
 }
 
 std::string_view From(std::string_view text, std::size_t place) {
@@ -33,11 +43,11 @@ std::string_view From(std::string_view text, std::size_t place) {
 
 }  // namespace
 
-/// One run of the macro. Once its session has ended nothing here does anything any more, so that the steps
-/// need not ask.
+/// One run of the macro. Once it cannot go on nothing here does anything any more, so that the steps need not
+/// ask. A wait that is given up leaves Run.
 class TestLog::Macro {
  public:
-  explicit Macro(const Parts& parts) : p_(parts), overtaken_(parts.main) {}
+  explicit Macro(const Parts& parts) : p_(parts) {}
 
   void Run() {
     ShowPopUp(p_.window, "Generating Test Logs - please wait");
@@ -162,9 +172,10 @@ class TestLog::Macro {
   }
   void Wait() {
     if (GoesOn()) Pause(p_.window.loop(), kPause);
+    lost_ = lost_ || BoxOpen(p_);  // the user is at something else, and the keys would mix with it
   }
 
-  bool GoesOn() const { return !lost_ && !overtaken_() && p_.main.mode == ModemMode::Terminal; }
+  bool GoesOn() const { return !lost_ && p_.main.mode == ModemMode::Terminal; }
   /// A PIN that is asked for in the middle would be wrong by the macro's digits, and three wrong ones lock
   /// the card. The keys behind the first that was held back would lead astray.
   bool MayType() {
@@ -173,7 +184,6 @@ class TestLog::Macro {
   }
 
   const Parts& p_;
-  const Overtaken overtaken_;
   bool lost_ = false;
 };
 
@@ -186,15 +196,25 @@ void TestLog::Check() {
   if (p_.main.mode != ModemMode::Closing) p_.window.logCheck.enabled = true;
 }
 
-/// Whoever is held up here gets his log at a later check, as its time is not yet stored.
+/// What is held up here is done at a later check, as its time is not yet stored.
+/// Whether a message box or a window is open that holds up the others. A box that the log's own print jobs
+/// have caused does not count: nobody is there to answer it.
+bool TestLog::BoxOpen(const Parts& parts) {
+  return parts.window.loop().ModalsOpen() > parts.main.ownBoxes;
+}
+
 bool TestLog::MayBegin() const {
   return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
-         !AsksForPin(p_.window) && p_.window.loop().SecondsSinceMidnight() < kLastStart;
+         !BoxOpen(p_) && !AsksForPin(p_.window) && p_.window.loop().SecondsSinceMidnight() < kLastStart;
 }
 
 void TestLog::TakeLog() {
   const ScopedFlag taking(taking_);
-  GenerateTestLog();
+  const ScopedFlag logTaken(p_.main.logTaken);
+  try {
+    GenerateTestLog();
+  } catch (const WaitAbandoned&) {  // the session is being left: the file gets what has been gathered
+  }
   Save();
 }
 

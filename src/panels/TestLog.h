@@ -15,8 +15,8 @@ namespace corvex {
 /// what it has the modem print, is saved in a file.
 ///
 /// The keys are blind: each is meant for the screen that the ones before have led to. So the macro ends where
-/// its session does, without another byte, and types nothing into a question for a PIN. The user's own keys
-/// mix with its keys.
+/// its session does, and when a message box or a modal window opens, without another byte, and types nothing
+/// into a question for a PIN. The user's own keys mix with its keys.
 class TestLog {
  public:
   struct Parts {
@@ -43,6 +43,7 @@ class TestLog {
  private:
   class Macro;
 
+  static bool BoxOpen(const Parts& parts);
   bool MayBegin() const;
   void TakeLog();
   void Save();

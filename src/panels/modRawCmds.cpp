@@ -7,6 +7,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "common/ScopedFlag.h"
 #include "common/Text.h"
 
 namespace corvex {
@@ -176,7 +177,7 @@ void RawCommands::TakeDrop(const Drop& drop) {
   if (drop.effect != kAnything || main_.mode != ModemMode::TestInterface) return;
   if (drop.files.size() != 1) {
     platform_.dialogs.MessageBox("Select exactly one file");
-  } else if (playing_ == main_.passage) {
+  } else if (playing_) {
     platform_.sound.Bell();  // two scripts would mix their lines
   } else {
     Play(drop.files[0]);
@@ -184,17 +185,15 @@ void RawCommands::TakeDrop(const Drop& drop) {
 }
 
 /// Plays a script to the test shell, a character at a time, so that it can be watched. It ends with the
-/// mode: a line of it must not reach a dialogue that follows. One that has been overtaken may still be down
-/// the stack, for ever if its pause runs over midnight; another can be played then.
+/// mode: a line of it must not reach a dialogue that follows.
 void RawCommands::Play(const std::string& path) {
   std::ifstream script = OpenScript(path);
   if (!script.is_open()) return;
-  playing_ = main_.passage;
-  const Overtaken overtaken(main_);
+  const ScopedFlag playing(playing_);
   std::string line;
   for (char c = 0; script.get(c);) {
     Pause(window_.loop(), kPlayPause);
-    if (overtaken() || main_.mode != ModemMode::TestInterface) return;
+    if (main_.mode != ModemMode::TestInterface) return;
     if (c == '\r') {
       link_.WriteText("command " + line + std::string(kCrLf));
       line.clear();
@@ -203,7 +202,6 @@ void RawCommands::Play(const std::string& path) {
       txtRaw_.SetText(line);
     }
   }
-  playing_.reset();
 }
 
 }  // namespace corvex

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -52,7 +51,7 @@ class RawCommands {
   TextBox& txtRaw_;
   PanelLink& link_;
   LineHistory history_;
-  std::optional<unsigned> playing_;  ///< The passage in which a script plays.
+  bool playing_ = false;  ///< A script.
 };
 
 }  // namespace corvex

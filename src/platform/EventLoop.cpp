@@ -4,6 +4,22 @@
 
 namespace corvex {
 
+namespace {
+
+/// How long after its time a pause is given up.
+constexpr EventLoop::Time kOverdue = std::chrono::minutes(1);
+
+}  // namespace
+
+void EventLoop::Wait::Pump(Time until) {
+  loop_.Pump(until);
+  Check();
+}
+
+void EventLoop::Wait::Check() const {
+  if (began_ != loop_.abandoned_) throw WaitAbandoned{};
+}
+
 void EventLoop::Post(Task task) {
   posted_.push_back(std::move(task));
   if (posted_.size() == 1) Rearm();
@@ -44,7 +60,7 @@ void EventLoop::RunDue() {
     const Task task = std::move(posted_.front());
     posted_.pop_front();
     Rearm();  // the task may hand over to a loop of the platform's own, from which the rest is to go on
-    task();
+    RunTask(task);
   }
   const Time now = Now();
   const TimerId newest = lastId_;
@@ -55,15 +71,39 @@ void EventLoop::RunDue() {
     dueTimes_.erase(first->first.second);
     timers_.erase(first);
     Rearm();
-    task();
+    RunTask(task);
   }
   Rearm();
+}
+
+/// The waits that began in the task have unwound when it is left.
+void EventLoop::RunTask(const Task& task) {
+  try {
+    task();
+  } catch (const WaitAbandoned&) {
+  }
+  while (next_ && waits_ == waitsBelow_ && !ended_) {
+    try {
+      std::exchange(next_, {})();
+    } catch (const WaitAbandoned&) {
+    }
+  }
+}
+
+void EventLoop::AbandonWaits(Task next) {
+  ++abandoned_;
+  if (waits_ == waitsBelow_) {
+    next_ = {};
+    next();
+  } else {
+    next_ = std::move(next);
+  }
 }
 
 bool EventLoop::Enter(const Task& task) {
   if (ended_) return false;
   try {
-    task();
+    RunTask(task);
   } catch (const ProgramEnded&) {
   }
   // A task that left early by the end of the program may have left others behind; they are not run any more.
@@ -92,12 +132,16 @@ void EventLoop::Rearm() {
 void Pause(EventLoop& loop, double seconds) {
   const auto clock = [&loop] { return static_cast<float>(loop.SecondsSinceMidnight()); };
   const double deadline = static_cast<double>(clock()) + seconds;
+  const auto overdue =
+      loop.Now() + std::chrono::ceil<EventLoop::Time>(std::chrono::duration<double>(seconds)) + kOverdue;
+  EventLoop::Wait wait(loop);
   for (double now = clock(); now < deadline; now = clock()) {
     const auto rest = std::chrono::duration<double>(deadline - now);
     // A whole millisecond at the least: the clock of the day may be coarser than the rest of the pause.
     const auto step =
         std::max(std::chrono::ceil<std::chrono::milliseconds>(rest), std::chrono::milliseconds(1));
-    loop.Pump(loop.Now() + step);
+    wait.Pump(std::min(loop.Now() + step, overdue));
+    if (loop.Now() >= overdue) throw WaitAbandoned{.overdue = true};
   }
 }
 

@@ -13,6 +13,13 @@ namespace corvex {
 /// EventLoop::Enter catches it; it must never pass through frames of the window system.
 struct ProgramEnded {};
 
+/// Thrown by a wait that is given up: what was waiting stops where it is, and its guards end with their
+/// scope. It ends the task, the click or the tick in which the wait began, and nothing else: EventLoop::Enter
+/// and EventLoop::RunDue catch it.
+struct WaitAbandoned {
+  bool overdue = false;  ///< Nobody has given the wait up, but it should have ended a minute ago.
+};
+
 /// Time as a dependency: the clock, one-shot timers, posted tasks, and the one way of waiting.
 ///
 /// The order of what is due is kept here, the same for every platform; a platform adds its clock and how to
@@ -22,6 +29,43 @@ class EventLoop {
   using Time = std::chrono::nanoseconds;  ///< A point on the monotonic clock, or a distance on it.
   using Task = std::function<void()>;
   using TimerId = std::uint64_t;  ///< 0 is never a timer.
+
+  /// A wait that can be given up, for as long as it lives. Only what stands on the stack is made of it.
+  class Wait {
+   public:
+    explicit Wait(EventLoop& loop) : loop_(loop), began_(loop.abandoned_) { ++loop.waits_; }
+    ~Wait() { --loop_.waits_; }
+    Wait(const Wait&) = delete;
+    Wait& operator=(const Wait&) = delete;
+    /// As EventLoop::Pump, and then Check.
+    void Pump(Time until = Time::max());
+    /// Throws WaitAbandoned if the wait has been given up.
+    void Check() const;
+
+   private:
+    EventLoop& loop_;
+    unsigned began_;
+  };
+
+  /// The time in which a window or a question holds up everything below it on the stack, until the user
+  /// answers. What is begun in it does not wait for that.
+  class Modal {
+   public:
+    explicit Modal(EventLoop& loop) : loop_(loop), below_(loop.waitsBelow_) {
+      loop.waitsBelow_ = loop.waits_;
+      ++loop.modal_;
+    }
+    ~Modal() {
+      loop_.waitsBelow_ = below_;
+      --loop_.modal_;
+    }
+    Modal(const Modal&) = delete;
+    Modal& operator=(const Modal&) = delete;
+
+   private:
+    EventLoop& loop_;
+    int below_;
+  };
 
   EventLoop() = default;
   EventLoop(const EventLoop&) = delete;
@@ -58,6 +102,16 @@ class EventLoop {
   /// `task` unless the program has ended, and ends a wait that unwinds. Returns false if the program ended.
   bool Enter(const Task& task);
 
+  /// Gives up every Wait on the stack, and runs `next` when they have unwound; at once if there is none. So
+  /// what replaces a dialogue never runs on top of it, and impatient clicks do not pile up on the stack. Of
+  /// several calls before the unwinding the last one counts.
+  void AbandonWaits(Task next);
+
+  /// How many waits stand on the stack.
+  int Waits() const { return waits_; }
+  /// How many Modals live.
+  int ModalsOpen() const { return modal_; }
+
   /// From now on Pump throws. The windows stay for their owner to destroy.
   void End();
   bool Ended() const { return ended_; }
@@ -81,18 +135,25 @@ class EventLoop {
  private:
   bool AnythingDue() const;
   void Rearm();
+  void RunTask(const Task& task);
 
   std::deque<Task> posted_;
   std::map<std::pair<Time, TimerId>, Task> timers_;  // by time, then by order of starting
   std::map<TimerId, Time> dueTimes_;
   TimerId lastId_ = 0;
   bool ended_ = false;
+  int waits_ = 0;       // on the stack,
+  int waitsBelow_ = 0;  // and how many of them below the topmost Modal
+  int modal_ = 0;
+  unsigned abandoned_ = 0;  // counts the calls of AbandonWaits
+  Task next_;
 };
 
 /// Waits, pumping events, until the clock of the day has moved on by `seconds`.
 ///
 /// The clock is read in single precision as the seconds since midnight, and no account is taken of its fall
-/// to 0: a pause that runs over midnight does not end. That is meant.
+/// to 0: a pause that runs over midnight does not end by itself. That is meant. A minute after its time on
+/// the monotonic clock it is given up, so that it does not hold up the program until it is closed.
 void Pause(EventLoop& loop, double seconds);
 
 /// Pause(0.1).

@@ -44,8 +44,9 @@ void Dispatcher::ProcessReceived() {
       ShowBytes();
       break;
     case ModemMode::Terminal:
+      if (heard && p_.received.RxAvailable()) heard();
       p_.scanner.ScanStream();
-      ServeFlags();
+      if (!p_.main.leaving) ServeFlags();
       break;
     default:
       break;  // somebody else reads the buffer
@@ -86,11 +87,11 @@ void Dispatcher::AppendToRx(std::string_view text) {
   view.Append(LastPart(text));
 }
 
-void Dispatcher::ServeFlags() {
+/// The first part of the flags, in their fixed order: when a burst sets several it decides what is seen in
+/// the end.
+void Dispatcher::ServeScreen(Showing showing) {
   SessionState& s = p_.state;
   TermControls& window = p_.window;
-  // The order is fixed: when a burst sets several flags it decides what is seen in the end.
-  if (Taken(s.toneChanged)) p_.status.SoundTone();
   if (Taken(s.screenChanged)) p_.main.screenHold = false;
   if (Taken(s.sigChanged)) p_.status.ShowSignal();
   if (Taken(s.softKeysChanged)) ShowSoftKeys(window, p_.main, s, p_.settings);
@@ -101,12 +102,34 @@ void Dispatcher::ServeFlags() {
     p_.lists.ShowChoice();
   }
   if (Taken(s.closeChoice)) p_.lists.HideChoice();
-  if (Taken(s.menuChanged)) {
-    p_.lists.ShowMenu();
-    ShowSoftKeys(window, p_.main, s, p_.settings);
-    SetListSpacing(window.ListMenu, "75,0", p_.platform.dialogs);
-  }
+  if (Taken(s.menuChanged)) ServeMenu(showing);
   if (!s.paintHold && Taken(s.tableChanged)) p_.lists.HideMenu();
+}
+
+void Dispatcher::ServeMenu(Showing showing) {
+  // A menu has no soft keys. Those that come after it, in its pauses too, are shown.
+  p_.state.softKeyText.fill({});
+  ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
+  SetListSpacing(p_.window.ListMenu, "75,0", p_.platform.dialogs);
+  if (showing == Showing::AtOnce) {
+    p_.lists.ShowMenuAtOnce();
+  } else {
+    p_.lists.ShowMenu();
+  }
+}
+
+void Dispatcher::Settle() {
+  if (p_.main.mode != ModemMode::Terminal || p_.main.leaving) return;
+  ServeScreen(Showing::AtOnce);
+  ServePrint();
+  if (Taken(p_.state.closeMenu)) p_.lists.HideMenu();
+}
+
+void Dispatcher::ServeFlags() {
+  SessionState& s = p_.state;
+  TermControls& window = p_.window;
+  if (Taken(s.toneChanged)) p_.status.SoundTone();
+  ServeScreen(Showing::InSteps);
   ServePrint();
   if (Taken(s.noMail)) p_.status.ShowMail(false);
   if (Taken(s.newMail)) p_.status.ShowMail(true);
@@ -124,7 +147,7 @@ void Dispatcher::ServeFlags() {
   if (Taken(s.userChanged)) p_.status.ShowUserInfo();
   if (Taken(s.spotChanged)) p_.status.ShowSpotBeam();
   if (Taken(s.shutdown) && shutdown) shutdown();
-  // Not behind the end of the session, which has stopped the timers.
+  // Not after the end of the session, which has stopped the timers.
   if (Taken(s.bookMode) && p_.main.mode == ModemMode::Terminal) window.tmrSpawnBook.enabled = true;
 }
 
@@ -152,12 +175,18 @@ void Dispatcher::PrintToPrinter() {
   if (!p_.platform.printers.PrintText(p_.state.printText, font)) TellOfPrinter(kPrintFailed);
 }
 
-/// Once at a time: over the LAN the modem goes on while a box is open, and may print a thousand jobs before
-/// somebody comes and answers it.
+/// In a task of its own: the box must not hold up the stream. Once at a time: the modem may print a thousand
+/// jobs before somebody comes and answers the box.
 void Dispatcher::TellOfPrinter(std::string_view text) {
   if (telling_) return;
-  const ScopedFlag telling(telling_);
-  p_.platform.dialogs.MessageBox(text);
+  telling_ = true;
+  const bool own = p_.main.logTaken;
+  p_.window.loop().Post([this, own, text] {
+    const ScopedFlag telling(telling_);
+    p_.main.ownBoxes += own ? 1 : 0;
+    p_.platform.dialogs.MessageBox(text);
+    p_.main.ownBoxes -= own ? 1 : 0;
+  });
 }
 
 }  // namespace corvex

@@ -39,6 +39,10 @@ class Dispatcher {
 
   void ProcessReceived();
 
+  /// Shows at once what the packets before have changed of the screen: the next one is about to contradict
+  /// it, and the order of the flags would let the older one win.
+  void Settle();
+
   /// Appends text to the text view, which keeps its last part only.
   void AppendToRx(std::string_view text);
 
@@ -48,10 +52,16 @@ class Dispatcher {
   std::function<void()> printJobComplete;
   std::function<void(const std::string& numbers)> dspInfo;
   std::function<void()> shutdown;  ///< The terminal is switching off.
+  std::function<void()> heard;     ///< The modem has sent something in its session.
 
  private:
   void ShowBytes();
+  /// How a menu is shown: with pauses in which its list is painted, or without.
+  enum class Showing { InSteps, AtOnce };
+
   void ServeFlags();
+  void ServeScreen(Showing showing);
+  void ServeMenu(Showing showing);
   void ServePrint();
   void PrintToPrinter();
   void TellOfPrinter(std::string_view text);

@@ -35,6 +35,12 @@ bool IsCharacterKey(int keyCode) {
          (keyCode >= 0xC0 && keyCode <= 0xFF);
 }
 
+/// A message or a print job lies over the modem's screen, which stays where it is. Its kind stands until the
+/// modem's next answer.
+bool LiesOver(ScreenKind kind) {
+  return kind == ScreenKind::MsgScreen || kind == ScreenKind::PrintScreen;
+}
+
 }  // namespace
 
 /// A walk of the modem's cursor in a screen of one kind, from its beginning on.
@@ -43,23 +49,20 @@ class Keys::Walk {
   Walk(Keys& keys, ScreenKind kind)
       : keys_(keys),
         walking_(keys.walking_),
-        overtaken_(keys.p_.main),
         kind_(kind),
         began_(keys.p_.state.screenKind),
         escapes_(keys.escapes_) {}
 
   /// Whether a key would still reach the screen for which it was meant.
   bool GoesOn() const {
-    // A message or a print job that came over the screen has a kind of its own until the modem's next answer.
     const ScreenKind kind = keys_.p_.state.screenKind;
-    return !overtaken_() && keys_.p_.main.mode == ModemMode::Terminal && keys_.escapes_ == escapes_ &&
-           (kind == kind_ || kind == began_);
+    return keys_.p_.main.mode == ModemMode::Terminal && keys_.escapes_ == escapes_ &&
+           (kind == kind_ || kind == began_ || LiesOver(kind));
   }
 
  private:
   Keys& keys_;
   ScopedFlag walking_;
-  Overtaken overtaken_;
   ScreenKind kind_;
   ScreenKind began_;
   unsigned escapes_;
@@ -99,12 +102,11 @@ void Keys::Connect() {
 void Keys::Send(std::string_view bytes) {
   // A link that has to be opened takes seconds, and a user presses again: those keys are not for what comes.
   if (opening_) return;
-  const Overtaken overtaken(p_.main);
   {
     const ScopedFlag opening(opening_);
     p_.link.EnsureLinkOpen();
   }
-  if (!overtaken()) p_.link.WriteText(bytes);
+  p_.link.WriteText(bytes);
 }
 
 void Keys::PressSoftKey(int key) {
@@ -132,9 +134,8 @@ void Keys::SendMenuItem(int item) {
 
 void Keys::SendEscapeSeries() {
   constexpr int kTimes = 7;
-  const Overtaken overtaken(p_.main);
   Pause(p_.window.loop(), 0.3);
-  for (int i = 0; i < kTimes && !overtaken(); ++i) {
+  for (int i = 0; i < kTimes; ++i) {
     SendEscape();
     Pause(p_.window.loop(), 0.3);
   }
@@ -159,7 +160,10 @@ void Keys::RestoreFocus() {
 
 void Keys::ClickSoftKey(std::size_t index) {
   if (walking_) return;
-  if (p_.state.screenKind != ScreenKind::ChoiceScreen || MoveChoiceTo()) {
+  // A choice list under a message is still the one that the key is for.
+  const ScreenKind kind = p_.state.screenKind;
+  const bool inChoice = kind == ScreenKind::ChoiceScreen || (LiesOver(kind) && p_.window.frmChoice.visible);
+  if (!inChoice || MoveChoiceTo()) {
     PressSoftKey(static_cast<int>(index) + 1);
   }
   RestoreFocus();
@@ -174,7 +178,6 @@ void Keys::ClickEscape() {
 
 /// Walks the modem's cursor to the chosen row. False if it did not get there; the list may then open again.
 bool Keys::MoveChoiceTo() {
-  EventLoop& loop = p_.window.loop();
   const int chosen = p_.window.ListChoice.listIndex;
   // Where the modem's cursor stands on no item and the user has chosen none, there is nowhere to go.
   const int distance = chosen < 0 ? 0 : chosen - ChoiceIndexOfCurrent(p_.state.choiceScreen);
@@ -182,23 +185,39 @@ bool Keys::MoveChoiceTo() {
   RestoreFocus();
   if (distance == 0) return true;
   const Walk walk(*this, ScreenKind::ChoiceScreen);
-  // The modem answers each step with the list anew, which must not open again.
+  // The modem answers each step with the list, which must not open again.
   p_.main.screenHold = true;
+  try {
+    WalkChoice(distance, walk);
+  } catch (const WaitAbandoned&) {
+    p_.main.screenHold = false;
+    p_.state.choiceChanged = p_.state.screenKind == ScreenKind::ChoiceScreen;  // as far as it got
+    throw;
+  }
+  if (walk.GoesOn()) return true;
+  p_.main.screenHold = false;
+  return false;
+}
+
+void Keys::WalkChoice(int distance, const Walk& walk) {
+  EventLoop& loop = p_.window.loop();
   for (int step = 0; step < std::abs(distance) && walk.GoesOn(); ++step) {
     if (distance > 0) {
       SendCursorDown();
-      loop.Pump(loop.Now());
+      HandleEvents();
       Pause(loop, 0.1);
     } else {
       Pause(loop, 0.2);
       if (!walk.GoesOn()) break;
       SendCursorUp();
-      loop.Pump(loop.Now());
+      HandleEvents();
     }
   }
-  if (walk.GoesOn()) return true;
-  p_.main.screenHold = false;
-  return false;
+}
+
+void Keys::HandleEvents() {
+  EventLoop& loop = p_.window.loop();
+  EventLoop::Wait(loop).Pump(loop.Now());
 }
 
 void Keys::ChooseFromList() {
@@ -243,7 +262,7 @@ void Keys::ChooseFromMenu() {
   p_.window.pointer = Pointer::Normal;
 }
 
-/// Whether the key goes on is answered at once; what it does comes in its turn behind the keys before it.
+/// Whether the key goes on is answered at once; what it does comes in its turn, after the keys before it.
 void Keys::KeyDown(KeyEvent& key) {
   const auto post = [this](auto action) { p_.window.loop().Post(action); };
   switch (p_.main.mode) {
@@ -309,11 +328,18 @@ void Keys::TakeTyped(std::string_view text) {
 }
 
 void Keys::ClickRow(int row) {
-  if (p_.state.screenKind != ScreenKind::TableScreen || walking_) return;
+  // Until the rows are painted again they do not show where the modem's cursor is: the second click of a
+  // double click would walk it on.
+  if (p_.state.screenKind != ScreenKind::TableScreen || walking_ || p_.main.rowsFrozen) return;
   FreezeRows();  // what the modem paints on the way must not be seen
-  if (!WalkTable(row)) {
+  try {
+    if (!WalkTable(row)) {
+      p_.main.rowsFrozen = false;
+      return;
+    }
+  } catch (const WaitAbandoned&) {
     p_.main.rowsFrozen = false;
-    return;
+    throw;
   }
   ResyncScreen();
   if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();

@@ -24,8 +24,8 @@ namespace corvex {
 ///
 /// The modem has a cursor of its own. Where the user has chosen another row of a choice list or a table, that
 /// cursor is walked there step by step, with events handled between the steps. Meanwhile the user can only
-/// clear: any other key would reach a screen that he has not seen. A walk ends where it is when it is
-/// cleared, when the modem leaves the list, or when the session is overtaken.
+/// clear: any other key would reach a screen that the user has not seen. A walk ends where it is when it is
+/// cleared, when the modem leaves the list, or when another passage between modes begins.
 class Keys {
  public:
   struct Parts {
@@ -76,6 +76,8 @@ class Keys {
   void PressInChoice(char key);
   void ChooseFromList();
   bool MoveChoiceTo();
+  void WalkChoice(int distance, const Walk& walk);
+  void HandleEvents();
 
   void ClickRow(int row);
   bool WalkTable(int row);

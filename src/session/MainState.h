@@ -13,6 +13,9 @@ struct MainState {
   bool rxSeen = false;      ///< The modem has given a sign of life since the watchdog last looked.
   bool rowsFrozen = false;  ///< Rows are not repainted: a click walks the modem's cursor.
   bool screenHold = false;  ///< Neither rows nor choice lists are shown: the tool walks the modem's cursor.
+  bool leaving = false;     ///< The session is being left: what the modem still says is not shown.
+  bool logTaken = false;    ///< A periodic log is being taken.
+  int ownBoxes = 0;         ///< Open message boxes that its print jobs have caused.
   std::string applicationTitle;  ///< Names the terminal once it has been detected.
   std::string statusNumber;      ///< From the modem's status table, as the last test log has found it.
   unsigned passage = 0;          ///< Counts the passages between modes that have begun; see Overtaken.
@@ -31,9 +34,8 @@ inline bool LinkTaken(const MainState& main) {
   }
 }
 
-/// Tells whether another passage between modes has begun since this was made: by a click, a tick or a packet
-/// that came in one of its waits. What has been overtaken stops where it is, without a further byte to the
-/// modem: the other has run to its end already, and the link and the window are its affair.
+/// Whether another passage between modes has begun since this was made. A wait that it overtakes is given up
+/// (see EventLoop::Wait); to be asked after a question to the user, which is not.
 class Overtaken {
  public:
   explicit Overtaken(const MainState& main) : main_(main), passage_(main.passage) {}

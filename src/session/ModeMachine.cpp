@@ -23,29 +23,44 @@ constexpr std::size_t kAtPanel = 4;
 
 }  // namespace
 
-Overtaken ModeMachine::BeginPassage() {
-  ++p_.main.passage;
-  return Overtaken(p_.main);
+/// A pause that has run over midnight is given up a minute later. Nobody has asked for that, so the passage
+/// begins once more.
+void ModeMachine::Begin(const EventLoop::Task& passage) {
+  const unsigned number = ++p_.main.passage;
+  p_.window.loop().AbandonWaits([this, passage, number] {
+    for (bool again = true; again;) {
+      try {
+        again = false;
+        passage();
+      } catch (const WaitAbandoned& wait) {
+        if (!wait.overdue || p_.main.passage != number) throw;
+        again = true;
+      }
+    }
+  });
 }
 
 void ModeMachine::ConnectProbe() {
-  const Overtaken overtaken = BeginPassage();
+  Begin([this] { FirstConnect(); });
+}
+
+void ModeMachine::FirstConnect() {
   TermControls& window = p_.window;
   MainState& main = p_.main;
+  const Overtaken overtaken(main);
   p_.layout.HideTextView();
   p_.layout.HideConnectPanels();
   ClearScreen();
   window.frmKeys.visible = true;
   p_.link.CloseLink();
-  if (overtaken()) return;
   window.pointer = Pointer::Hourglass;
   const ProbeWord word = p_.probe.DetectModem();
-  if (overtaken() || main.mode == ModemMode::Closing) return;
+  if (main.mode == ModemMode::Closing) return;
   window.pointer = Pointer::Normal;
   switch (word) {
     case ProbeWord::Ok:
       // Over the LAN, where the port is closed, a failure shows nothing and changes nothing.
-      EnterByTagMode(overtaken, p_.platform.comPort.PortOpen());
+      EnterByTagMode(p_.platform.comPort.PortOpen());
       break;
     case ProbeWord::Busy:
       if (window.visible) ShowPopUp(window, "Port is busy - check running applications");
@@ -53,74 +68,77 @@ void ModeMachine::ConnectProbe() {
     case ProbeWord::None:
       if (!window.visible) break;
       p_.platform.dialogs.MessageBox("No contact - please check connections");
-      if (overtaken()) break;
-      window.tmrWatchdog.enabled = true;
-      main.mode = ModemMode::Failed;
+      if (!overtaken()) AwaitWatchdog();
       break;
     case ProbeWord::CheckSpeed:
       if (!window.visible) break;
       // Nothing is detected in spite of the wording: the user is led to the port settings.
       if (p_.platform.dialogs.AskYesNo("Bad response - try and autodetect modem?") && !overtaken()) {
-        EnterPortSetup();
-        if (main.mode == ModemMode::PortSetup) main.mode = ModemMode::Failed;  // else it was overtaken
+        ShowPortSetup();
+        main.mode = ModemMode::Failed;
       }
       break;
   }
 }
 
 void ModeMachine::state_await_tml_intro() {
-  const Overtaken overtaken = BeginPassage();
+  Begin([this] { Connect(); });
+}
+
+void ModeMachine::Connect() {
   TermControls& window = p_.window;
   LeavePanel();
-  if (overtaken()) return;
   p_.link.CloseLink();
-  if (overtaken()) return;
   p_.layout.HideTextView();
   p_.main.mode = ModemMode::AwaitIntro;
   UpdateModeMenu();
   p_.received.ClearRx();
+  ClearSession();
   p_.layout.ShowCompactWindow();
   p_.layout.FocusScreen();
   window.frmNav.BringToFront();
   window.frmKeys.visible = true;
   window.pointer = Pointer::Hourglass;
   const ProbeWord word = p_.probe.DetectModem();
-  if (overtaken()) return;
-  if (word != ProbeWord::Busy)
-    window.pointer = Pointer::Normal;  // it stays busy with the port; that is meant
+  window.pointer = Pointer::Normal;
   switch (word) {
     case ProbeWord::Ok:
-      EnterByTagMode(overtaken, true);
+      EnterByTagMode(true);
       break;
     case ProbeWord::None:
+    case ProbeWord::Busy:  // an address that cannot be used is not worth an hourglass without end
       ShowPopUp(window, "No response.|Check connection to modem");
-      window.tmrWatchdog.enabled = true;  // whoever comes from Offline finds it stopped
-      p_.main.mode = ModemMode::Failed;
+      AwaitWatchdog();  // whoever comes from Offline finds it stopped
       break;
     case ProbeWord::CheckSpeed:
       ShowPopUp(window,
                 "Invalid response at " + p_.platform.comPort.Settings() + "|Check parameters and try again");
       break;
-    case ProbeWord::Busy:
-      break;
   }
 }
 
-void ModeMachine::EnterByTagMode(const Overtaken& overtaken, bool tellsFailure) {
+/// The next connect is the watchdog's.
+void ModeMachine::AwaitWatchdog() {
+  p_.main.mode = ModemMode::Failed;
+  p_.window.pointer = Pointer::Normal;
+  p_.window.tmrWatchdog.enabled = true;
+}
+
+void ModeMachine::EnterByTagMode(bool tellsFailure) {
   p_.main.rxSeen = false;
   if (p_.link.EnterTagMode()) {
     EnterTerminalMode();
     return;
   }
-  if (!tellsFailure || overtaken()) return;
-  if (!TakeOffline(overtaken)) return;
+  if (!tellsFailure) return;
+  TakeOffline(Farewell::Cancel);
   p_.link.CloseLink();
   ShowPopUp(p_.window, "No Valid Response");  // last, as going offline clears what stands there
 }
 
 void ModeMachine::EnterTerminalMode() {
-  const Overtaken overtaken(p_.main);
   p_.window.tmrWatchdog.enabled = true;
+  DropChanges();
   ResetScreen();
   p_.link.WriteText(kRepaint);
   if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
@@ -128,9 +146,10 @@ void ModeMachine::EnterTerminalMode() {
   p_.main.tagSession = true;
   UpdateModeMenu();
   Pause(p_.window.loop(), 0.2);
-  if (overtaken()) return;
   p_.link.WriteText(kRepaint);  // twice; that is meant
   ShowPortLabel();
+  p_.silence.Watch();
+  if (sessionOpened) sessionOpened();
 }
 
 void ModeMachine::ShowPortLabel() {
@@ -146,37 +165,39 @@ void ModeMachine::ShowPortLabel() {
   }
 }
 
-void ModeMachine::GoOffline() {
-  TakeOffline(BeginPassage());
-}
-
+/// The farewell goes out on the link as long as it is open, and nothing opens it for that: over a serial port
+/// it is CAN, over the LAN what closing the link sends anyway.
 void ModeMachine::Disconnect() {
-  const Overtaken overtaken = BeginPassage();
-  StopTimers();  // before the first wait, in which the watchdog would connect anew
-  p_.link.CloseLink();
-  if (!overtaken()) TakeOffline(overtaken);
+  Begin([this] {
+    StopTimers();  // before the first wait, in which the watchdog would connect again
+    const bool serial = !p_.link.LinkIsLan() && p_.platform.comPort.PortOpen();
+    if (serial && p_.main.mode == ModemMode::Terminal) {
+      const ScopedFlag leaving(p_.main.leaving);
+      p_.link.SendCancel();
+    }
+    p_.link.CloseLink();
+    TakeOffline(Farewell::None);
+  });
 }
 
 void ModeMachine::ShutDown() {
-  if (TakeOffline(BeginPassage())) p_.link.CloseLink();
+  Begin([this] {
+    TakeOffline(Farewell::Cancel);
+    p_.link.CloseLink();
+  });
 }
 
-/// False if it was overtaken on the way.
-bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
+/// Ends the session. Closing the link is the caller's affair.
+void ModeMachine::TakeOffline(Farewell farewell) {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
   CloseTrace();
-  if (overtaken()) return false;
   EndSession();
-  if (p_.main.mode == ModemMode::Terminal) {
+  if (p_.main.mode == ModemMode::Terminal && farewell == Farewell::Cancel) {
+    const ScopedFlag leaving(p_.main.leaving);
     p_.link.SendCancel();
-    if (overtaken()) return false;
-    EndSession();  // what the modem has still said is shown no more
   }
   window.pointer = Pointer::Normal;  // of a probe that was left
-  p_.layout.HideLists();
-  PaintRows(window, p_.main, p_.state, p_.grid);
-  ShowSoftKeys(window, p_.main, p_.state, p_.settings);
   window.frmAux.visible = false;
   p_.layout.ShowCompactWindow();
   p_.layout.HideTextView();
@@ -186,32 +207,37 @@ bool ModeMachine::TakeOffline(const Overtaken& overtaken) {
   p_.main.rxSeen = false;
   p_.main.mode = ModemMode::Offline;
   UpdateModeMenu();
-  return true;
 }
 
 void ModeMachine::EndSession() {
-  TermControls& window = p_.window;
-  ResetScreen();
   StopTimers();
-  window.lblsim.visible = false;
-  window.corvexLbl[TermControls::kSignal].visible = false;
-  window.lblTemp.visible = false;
-  window.lblTempPsu.visible = false;
+  ClearSession();
   p_.main.tagSession = false;
 }
 
+/// Takes off the screen all that the unit has said: nobody is to take it for current.
+void ModeMachine::ClearSession() {
+  DropChanges();
+  ClearScreen();
+  p_.layout.HideLists();
+  p_.status.Clear();
+  p_.silence.Stop();
+}
+
 void ModeMachine::EnterPortSetup() {
-  const Overtaken overtaken = BeginPassage();
+  Begin([this] { ShowPortSetup(); });
+}
+
+void ModeMachine::ShowPortSetup() {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
   CloseTrace();
-  if (overtaken()) return;
   p_.portPanel.ShowRoute();
   StopTimers();
   switch (p_.main.mode) {
     case ModemMode::PortSetup:
       window.fmOnTab[kPortPanel].visible = false;
-      ReturnFromPanel(overtaken);
+      ReturnFromPanel();
       return;
     case ModemMode::TestInterface:
       window.fmOnTab[kTestPanel].visible = false;
@@ -220,18 +246,18 @@ void ModeMachine::EnterPortSetup() {
     case ModemMode::AtMode:
       window.fmOnTab[kAtPanel].visible = false;
       break;
-    case ModemMode::Terminal:
+    case ModemMode::Terminal: {
       p_.main.tagSession = true;
+      const ScopedFlag leaving(p_.main.leaving);
       p_.link.SendCancel();
-      if (!overtaken()) ClearScreen();  // its keys lead nowhere now
+      ClearSession();  // its keys lead nowhere now
       break;
+    }
     default:
       break;
   }
-  if (overtaken()) return;
   p_.main.rxSeen = false;
   p_.link.CloseLink();
-  if (overtaken()) return;
   window.pointer = Pointer::Normal;
   p_.layout.HideTextView();
   p_.layout.HideLists();
@@ -244,57 +270,68 @@ void ModeMachine::EnterPortSetup() {
 }
 
 void ModeMachine::EnterTestInterface() {
-  if (!p_.link.EnsureLinkOpen()) return;
-  const Overtaken overtaken = BeginPassage();
-  const bool leaving = p_.main.mode == ModemMode::TestInterface;
-  LeaveForTextPanel(overtaken);
-  if (overtaken()) return;
-  if (leaving) {
-    p_.window.fmOnTab[kTestPanel].visible = false;
-    ReturnFromPanel(overtaken);
-    return;
-  }
-  ShowTextPanel(kTestPanel);
-  TestPanel& panel = p_.window.testPanel;
-  panel.frmAero.visible = true;
-  p_.link.WriteText("\x18");
-  p_.link.WriteText("at+wquiltest\r\n");
-  if (p_.window.Active()) panel.txtRaw.SetFocus();
-  p_.main.mode = ModemMode::TestInterface;
-  for (OptionButton& option : panel.optRxTx) option.enabled = true;
-  UpdateModeMenu();
+  Begin([this] {
+    if (!OpenForPanel()) return;
+    const bool leaving = p_.main.mode == ModemMode::TestInterface;
+    LeaveForTextPanel();
+    if (leaving) {
+      p_.window.fmOnTab[kTestPanel].visible = false;
+      ReturnFromPanel();
+      return;
+    }
+    ShowTextPanel(kTestPanel);
+    TestPanel& panel = p_.window.testPanel;
+    panel.frmAero.visible = true;
+    p_.link.WriteText("\x18");
+    p_.link.WriteText("at+wquiltest\r\n");
+    if (p_.window.Active()) panel.txtRaw.SetFocus();
+    p_.main.mode = ModemMode::TestInterface;
+    for (OptionButton& option : panel.optRxTx) option.enabled = true;
+    UpdateModeMenu();
+  });
 }
 
 void ModeMachine::EnterAtMode() {
-  if (!p_.link.EnsureLinkOpen()) return;
-  const Overtaken overtaken = BeginPassage();
-  const bool leaving = p_.main.mode == ModemMode::AtMode;
-  LeaveForTextPanel(overtaken);
-  if (overtaken()) return;
-  if (leaving) {
-    p_.window.fmOnTab[kAtPanel].visible = false;
-    p_.window.frmKeys.visible = true;
-    ReturnFromPanel(overtaken);
-    return;
-  }
-  p_.main.rxSeen = false;
-  ShowTextPanel(kAtPanel);
-  p_.main.mode = ModemMode::AtMode;
-  UpdateModeMenu();
+  Begin([this] {
+    if (!OpenForPanel()) return;
+    const bool leaving = p_.main.mode == ModemMode::AtMode;
+    LeaveForTextPanel();
+    if (leaving) {
+      p_.window.fmOnTab[kAtPanel].visible = false;
+      p_.window.frmKeys.visible = true;
+      ReturnFromPanel();
+      return;
+    }
+    p_.main.rxSeen = false;
+    ShowTextPanel(kAtPanel);
+    p_.main.mode = ModemMode::AtMode;
+    UpdateModeMenu();
+    Begin([this] { FocusAtMode(); });
+  });
+}
+
+/// A passage of its own: the mode has been entered, and what went before must not begin again.
+void ModeMachine::FocusAtMode() {
   PauseShort(p_.window.loop());
-  if (overtaken()) return;
   AtPanel& panel = p_.window.atPanel;
   FocusAtPanel(p_.window);
   if (!panel.optAutoSend.value) p_.window.defaultButton = &panel.cmdRawBytes;  // else Enter is to be sent
 }
 
+/// Opens the link for a panel. If that fails nothing changes, but a connect that was given up for it is left
+/// to the watchdog.
+bool ModeMachine::OpenForPanel() {
+  if (p_.link.EnsureLinkOpen()) return true;
+  if (p_.main.mode == ModemMode::AwaitIntro) AwaitWatchdog();
+  return false;
+}
+
 /// Leaves the mode there is for a panel with the text view, which needs an open link. The panel that is shown
 /// next takes the place of another.
-void ModeMachine::LeaveForTextPanel(const Overtaken& overtaken) {
+void ModeMachine::LeaveForTextPanel() {
   StopTimers();
   p_.layout.HideConnectPanels();
   CloseTrace();
-  if (overtaken()) return;
   if (p_.main.mode == ModemMode::TestInterface) p_.link.WriteText(kLeaveTestShell);
   if (p_.main.mode == ModemMode::Terminal) LeaveTerminal();
 }
@@ -302,37 +339,36 @@ void ModeMachine::LeaveForTextPanel(const Overtaken& overtaken) {
 void ModeMachine::OpenDeviceManager() {
   if (deviceManagerBusy_) return;
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  {
-    const ScopedFlag busy(deviceManagerBusy_);
-    const Overtaken overtaken = BeginPassage();
-    CloseTrace();
-    if (overtaken()) return;
-    StopTimers();
-    if (!TakeOffline(overtaken)) return;
-    p_.link.SendCancel();
-    if (overtaken()) return;
-    UpdateModeMenu();
-    TakeOffline(overtaken);  // once more; it does no harm and is meant
-    p_.main.mode = ModemMode::DeviceManager;
-    frmDev(p_.window).ShowModal();
-  }
-  ReturnToTerminal(wasTerminal);
+  Begin([this, wasTerminal] {
+    {
+      const ScopedFlag busy(deviceManagerBusy_);
+      LeaveForWindow();
+      UpdateModeMenu();
+      TakeOffline(Farewell::Cancel);  // once more; it does no harm and is meant
+      p_.main.mode = ModemMode::DeviceManager;
+      frmDev(p_.window).ShowModal();
+    }
+    ReturnToTerminal(wasTerminal);
+  });
 }
 
 void ModeMachine::OpenPhoneBook() {
   const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  const Overtaken overtaken = BeginPassage();
+  Begin([this, wasTerminal] {
+    LeaveForWindow();
+    p_.main.mode = ModemMode::DeviceManager;
+    UpdateModeMenu();
+    TakeOffline(Farewell::Cancel);  // the mode during the book is Offline; that is meant
+    frmBook(p_.window).ShowModal();
+    ReturnToTerminal(wasTerminal);
+  });
+}
+
+void ModeMachine::LeaveForWindow() {
   CloseTrace();
-  if (overtaken()) return;
   StopTimers();
-  if (!TakeOffline(overtaken)) return;
+  TakeOffline(Farewell::Cancel);
   p_.link.SendCancel();
-  if (overtaken()) return;
-  p_.main.mode = ModemMode::DeviceManager;
-  UpdateModeMenu();
-  TakeOffline(overtaken);  // the mode during the book is Offline; that is meant
-  frmBook(p_.window).ShowModal();
-  ReturnToTerminal(wasTerminal);
 }
 
 void ModeMachine::ReturnToTerminal(bool wasTerminal) {
@@ -340,27 +376,32 @@ void ModeMachine::ReturnToTerminal(bool wasTerminal) {
 }
 
 void ModeMachine::GoUpgrade() {
-  if (!TakeOffline(BeginPassage())) return;
-  p_.main.mode = ModemMode::Upgrade;
-  if (!upgrade_) upgrade_.emplace(p_.window);
-  upgrade_->visible = true;
+  Begin([this] {
+    TakeOffline(Farewell::Cancel);
+    p_.main.mode = ModemMode::Upgrade;
+    if (!upgrade_) upgrade_.emplace(p_.window);
+    upgrade_->visible = true;
+  });
 }
 
 void ModeMachine::SelectMub(int mub) {
   p_.settings.config.mubselect.Set(std::to_string(mub));
-  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  p_.state.mubInfoText.clear();
-  const Overtaken overtaken = BeginPassage();
-  StopTimers();  // the watchdog would connect to the old one in the wait
-  p_.link.LeaveMub();
-  if (overtaken() || !TakeOffline(overtaken)) return;
-  p_.link.CloseLink();
-  if (overtaken()) return;
-  p_.link.ForgetLogin();
   RefreshMenuMarks();
-  p_.window.caption = p_.main.applicationTitle + ' ';
-  p_.state.mubChanged = true;
-  ReturnToTerminal(wasTerminal);
+  // A connect that is on its way, or tried again from time to time, goes on to the one that is chosen now.
+  const ModemMode mode = p_.main.mode;
+  const bool reconnect =
+      mode == ModemMode::Terminal || mode == ModemMode::AwaitIntro || mode == ModemMode::Failed;
+  p_.state.mubInfoText.clear();
+  Begin([this, reconnect] {
+    StopTimers();  // the watchdog would connect to the old one in the wait
+    p_.link.LeaveMub();
+    TakeOffline(Farewell::Cancel);
+    p_.link.CloseLink();
+    p_.link.ForgetLogin();
+    p_.window.caption = p_.main.applicationTitle + ' ';
+    p_.state.mubChanged = true;
+    ReturnToTerminal(reconnect);
+  });
 }
 
 void ModeMachine::RefreshMenuMarks() {
@@ -383,16 +424,23 @@ void ModeMachine::Watchdog() {
   if (p_.link.AsksPassword()) return;
   // A failed connect is tried again whatever the line says: a key may have opened it to a modem that talks
   // on.
-  if (!p_.main.rxSeen || p_.main.mode == ModemMode::Failed) {
-    const Overtaken overtaken = BeginPassage();
-    p_.link.CloseLink();
-    if (overtaken()) return;
-    p_.platform.comPort.Open();  // over the LAN too, where it is of no use and does no harm
-    p_.platform.comPort.DiscardInput();
-    ShowPopUp(p_.window, "Trying to connect");
-    ResetScreen();
-    state_await_tml_intro();
+  if (p_.main.rxSeen && p_.main.mode != ModemMode::Failed) {
+    EndTick();
+  } else if (!reconnecting_) {
+    Begin([this] {
+      const ScopedFlag reconnecting(reconnecting_);
+      p_.link.CloseLink();
+      p_.platform.comPort.Open();  // over the LAN too, where it is of no use and does no harm
+      p_.platform.comPort.DiscardInput();
+      ShowPopUp(p_.window, "Trying to connect");
+      ResetScreen();
+      Connect();
+      EndTick();
+    });
   }
+}
+
+void ModeMachine::EndTick() {
   p_.main.rxSeen = false;
   p_.window.caption = WindowCaption(p_.main, p_.state.mubInfoText);
 }
@@ -419,19 +467,17 @@ void ModeMachine::LeavePanel() {
 }
 
 void ModeMachine::LeaveTerminal() {
-  const Overtaken overtaken(p_.main);
+  const ScopedFlag leaving(p_.main.leaving);
   p_.link.SendCancel();
-  if (overtaken()) return;
-  ClearScreen();
+  ClearSession();
   p_.link.SendCancel();
 }
 
-void ModeMachine::ReturnFromPanel(const Overtaken& overtaken) {
-  if (overtaken()) return;
+void ModeMachine::ReturnFromPanel() {
   if (p_.main.tagSession) {
     state_await_tml_intro();
-  } else if (TakeOffline(overtaken)) {
-    p_.link.CloseLink();
+  } else {
+    ShutDown();
   }
 }
 
@@ -441,6 +487,17 @@ void ModeMachine::ResetScreen() {
   p_.main.screenHold = false;
 }
 
+/// Forgets what an earlier session has changed and nobody has shown. What it has printed is the user's.
+void ModeMachine::DropChanges() {
+  ChangeFlags& flags = p_.state;
+  ChangeFlags kept;
+  kept.mubChanged = flags.mubChanged;  // the choice of another modem is to be shown
+  kept.printStart = flags.printStart;
+  kept.printData = flags.printData;
+  kept.printEnd = flags.printEnd;
+  flags = kept;
+}
+
 void ModeMachine::ClearScreen() {
   ResetScreen();
   PaintRows(p_.window, p_.main, p_.state, p_.grid);
@@ -448,7 +505,9 @@ void ModeMachine::ClearScreen() {
 }
 
 void ModeMachine::CloseTrace() {
+  const EventLoop::Wait wait(p_.window.loop());
   if (closeTrace) closeTrace();
+  wait.Check();
 }
 
 void ModeMachine::ShowTextPanel(std::size_t panel) {

@@ -11,6 +11,8 @@
 #include "session/MainState.h"
 #include "session/ReceiveBuffer.h"
 #include "session/SessionState.h"
+#include "session/Silence.h"
+#include "session/StatusPanel.h"
 #include "session/TermControls.h"
 #include "session/TextGrid.h"
 #include "session/WindowLayout.h"
@@ -22,8 +24,8 @@ namespace corvex {
 /// passage.
 ///
 /// All procedures wait by pumping events, so that clicks, ticks and received bytes can run inside any of
-/// them, the same procedures included. The mode tells those what they may do, and a procedure that finds
-/// itself overtaken by another after a wait stops.
+/// them, the same procedures included. A passage that begins gives up whatever is waiting, and runs when that
+/// has unwound: so of two clicks the last one counts, without a further byte for the first.
 class ModeMachine {
  public:
   struct Parts {
@@ -31,6 +33,8 @@ class ModeMachine {
     SettingsStore& settings;
     TermControls& window;
     WindowLayout& layout;
+    StatusPanel& status;
+    Silence& silence;
     PortPanel& portPanel;
     MainState& main;
     SessionState& state;
@@ -48,11 +52,6 @@ class ModeMachine {
   /// The one way into the modem's menus from anywhere: leaves the present mode, probes, and enters.
   void state_await_tml_intro();
 
-  /// Only after a good probe.
-  void EnterTerminalMode();
-
-  /// Ends the session. Closing the link is the caller's affair.
-  void GoOffline();
   /// Closes the link, then goes offline.
   void Disconnect();
   /// The terminal is switching off: goes offline, then closes the link.
@@ -85,25 +84,43 @@ class ModeMachine {
   /// Closes the master trace window if it is open; the modem can still be told. It waits.
   std::function<void()> closeTrace;
 
+  /// The modem's menus have been entered.
+  std::function<void()> sessionOpened;
+
  private:
-  Overtaken BeginPassage();
-  bool TakeOffline(const Overtaken& overtaken);
+  /// What the modem is told when its session ends.
+  enum class Farewell { None, Cancel };
+
+  void Begin(const EventLoop::Task& passage);
+  void FirstConnect();
+  void Connect();
+  void AwaitWatchdog();
+  void EnterByTagMode(bool tellsFailure);
+  void EnterTerminalMode();
+  void TakeOffline(Farewell farewell);
   void EndSession();
-  void EnterByTagMode(const Overtaken& overtaken, bool tellsFailure);
+  void ClearSession();
+  void ShowPortSetup();
+  bool OpenForPanel();
+  void FocusAtMode();
   void LeavePanel();
   void LeaveTerminal();
-  void LeaveForTextPanel(const Overtaken& overtaken);
-  void ReturnFromPanel(const Overtaken& overtaken);
+  void LeaveForTextPanel();
+  void LeaveForWindow();
+  void ReturnFromPanel();
   void ShowTextPanel(std::size_t panel);
   void CloseTrace();
   void ResetScreen();
+  void DropChanges();
   void ClearScreen();
   void ShowPortLabel();
   void ReturnToTerminal(bool wasTerminal);
+  void EndTick();
 
   Parts p_;
   std::optional<frmUpgrade> upgrade_;
   bool deviceManagerBusy_ = false;
+  bool reconnecting_ = false;  ///< By the watchdog.
 };
 
 }  // namespace corvex

@@ -21,7 +21,7 @@ void ReceiveBuffer::TakeRxInto(std::string& text) {
 }
 
 std::uint8_t ReceiveBuffer::ReadByte() {
-  while (!RxAvailable()) loop_.Pump();
+  for (EventLoop::Wait wait(loop_); !RxAvailable();) wait.Pump();
   const std::size_t before = Held();
   const auto byte = static_cast<std::uint8_t>(text_[read_++]);
   DropRead();

@@ -34,7 +34,8 @@ class ReceiveBuffer {
   bool HasRoom() const { return Held() < kCapacity; }
 
   /// Takes the first byte, and waits for it without any limit of time; a silent modem leaves it waiting for
-  /// ever, so that callers see to their own way out. That is meant.
+  /// ever, so that callers see to their own way out. That is meant. Another passage between modes ends the
+  /// wait.
   std::uint8_t ReadByte();
 
   std::function<void()> onRoom;

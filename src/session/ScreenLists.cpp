@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "common/ScopedFlag.h"
 #include "common/Text.h"
 #include "platform/EventLoop.h"
 
@@ -64,29 +65,61 @@ void ScreenLists::FocusScreenFrom(const Control& list) {
 }
 
 void ScreenLists::ShowMenu() {
-  const unsigned turn = ++menuTurn_;
-  // What runs in the pauses may show another menu, hide this one, or leave the modem's menus altogether.
-  const auto overtaken = [&] {
+  menuWanted_ = true;
+  ++menus_;
+  if (showing_) return;
+  const ScopedFlag showing(showing_);
+  try {
+    ShowInSteps();
+  } catch (const WaitAbandoned& wait) {
+    if (!wait.overdue || !menuWanted_) throw;
+    RevealMenu();  // midnight has come between: the modem is in this menu all the same
+  }
+}
+
+/// A menu that comes in a pause takes the place of the one before. However fast they come, each round of the
+/// steps shows one.
+void ScreenLists::ShowInSteps() {
+  const auto stillWanted = [&] {
     Pause(window_.loop(), kRepaintTime);
-    return turn != menuTurn_ || main_.mode != ModemMode::Terminal;
+    return menuWanted_ && main_.mode == ModemMode::Terminal;
   };
-  window_.frmMenu.visible = false;
-  window_.ListMenu.visible = false;
-  FocusScreenFrom(window_.ListMenu);
-  if (overtaken()) return;
+  do {
+    window_.frmMenu.visible = false;
+    window_.ListMenu.visible = false;
+    FocusScreenFrom(window_.ListMenu);
+    if (!stillWanted()) return;
+    window_.frmMenu.BringToFront();
+    FillMenu();
+    if (!stillWanted()) return;
+    RevealMenu();
+    if (!stillWanted()) return;
+  } while (filledMenu_ != menus_);
+  if (window_.Active()) window_.ListMenu.SetFocus();
+}
+
+void ScreenLists::ShowMenuAtOnce() {
+  menuWanted_ = false;  // by a ShowMenu that stands on the stack
+  ++menus_;
   window_.frmMenu.BringToFront();
+  RevealMenu();
+  if (window_.Active()) window_.ListMenu.SetFocus();
+}
+
+void ScreenLists::FillMenu() {
+  filledMenu_ = menus_;
   window_.frmMenu.caption = state_.menuScreen.title;
   FillMenuList(window_.ListMenu, state_.menuScreen, state_.mailText);
-  if (overtaken()) return;
+}
+
+void ScreenLists::RevealMenu() {
+  if (filledMenu_ != menus_) FillMenu();
   window_.frmMenu.visible = true;
   window_.ListMenu.visible = true;
-  if (overtaken()) return;
-  if (window_.Active()) window_.ListMenu.SetFocus();
-  state_.softKeyText.fill({});
 }
 
 void ScreenLists::HideMenu() {
-  ++menuTurn_;
+  menuWanted_ = false;
   if (window_.Active()) window_.frmKeys.BringToFront();
   window_.frmMenu.visible = false;
   window_.ListMenu.visible = false;
@@ -102,7 +135,7 @@ void ScreenLists::ShowChoice() {
   window_.frmChoice.visible = true;
   if (window_.Active()) window_.ListChoice.SetFocus();
   window_.ListChoice.BringToFront();
-  // Focused once more behind the change of order, which can take the focus away.
+  // Focused once more after the change of order, which can take the focus away.
   if (window_.Active()) window_.ListChoice.SetFocus();
 }
 

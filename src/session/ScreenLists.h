@@ -21,10 +21,11 @@ class ScreenLists {
   ScreenLists(TermControls& window, const MainState& main, SessionState& state)
       : window_(window), main_(main), state_(state) {}
 
-  /// Shows the menu of the session, in steps with short pauses so that the list is rebuilt unseen, and takes
-  /// the soft keys' texts away: a menu has none. Gives up when it is overtaken in a pause. The caller shows
-  /// the soft keys.
+  /// Shows the menu of the session, in steps with short pauses so that the list is rebuilt unseen. Called
+  /// again in one of its own pauses it returns at once, and the call below shows the new menu.
   void ShowMenu();
+  /// The same without pauses.
+  void ShowMenuAtOnce();
   void HideMenu();
 
   /// Does nothing while the modem's cursor is walked.
@@ -32,12 +33,18 @@ class ScreenLists {
   void HideChoice();
 
  private:
+  void ShowInSteps();
+  void FillMenu();
+  void RevealMenu();
   void FocusScreenFrom(const Control& list);
 
   TermControls& window_;
   const MainState& main_;
   SessionState& state_;
-  unsigned menuTurn_ = 0;  // counts what has been done with the menu
+  bool menuWanted_ = false;  ///< ShowMenu has been called, and nothing has taken the menu away since.
+  bool showing_ = false;     ///< A ShowMenu stands on the stack.
+  unsigned menus_ = 0;       ///< Counts the menus that were to be shown,
+  unsigned filledMenu_ = 0;  ///< and which of them the list holds.
 };
 
 }  // namespace corvex

@@ -109,6 +109,27 @@ void StatusPanel::ShowSpotBeam() {
   }
 }
 
+void StatusPanel::Clear() {
+  for (Label* label : {&window_.corvexLbl[TermControls::kSignal], &window_.lblsim, &window_.lblTemp,
+                       &window_.lblTempPsu, &window_.lblTime}) {
+    label->visible = false;
+  }
+  window_.lblTime.caption = "";
+  window_.lblZone.caption = "";
+  state_.zoneText.clear();
+  ShowMail(false);
+  ShowCompression(TagToken::NoCompression, {});
+  state_.spotInfoText.clear();
+  ShowSpotBeam();
+  window_.lblSpot.toolTip = "Spot Beam Selection";
+  // The logs read the position too.
+  state_.gpsPosText.clear();
+  state_.gpsHeadText.clear();
+  ShowGpsPosition();
+  ShowGpsHeading();
+  window_.lblPort.caption = "";
+}
+
 void StatusPanel::ShowCompression(TagToken kind, std::string_view toolTip) {
   if (kind == TagToken::NoCompression) {
     window_.lblComp.caption = "   ";

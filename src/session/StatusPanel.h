@@ -15,7 +15,7 @@ namespace corvex {
 /// dispatcher finds its flag set.
 class StatusPanel {
  public:
-  StatusPanel(TermControls& window, MainState& main, const SessionState& state, const SettingsStore& settings,
+  StatusPanel(TermControls& window, MainState& main, SessionState& state, const SettingsStore& settings,
               Sound& sound)
       : window_(window), main_(main), state_(state), settings_(settings), sound_(sound) {}
 
@@ -33,11 +33,13 @@ class StatusPanel {
   void ShowUserInfo();
   void ShowSpotBeam();
   void ShowCompression(TagToken kind, std::string_view toolTip);
+  /// Takes all readings away, as none is current any more.
+  void Clear();
 
  private:
   TermControls& window_;
   MainState& main_;
-  const SessionState& state_;
+  SessionState& state_;
   const SettingsStore& settings_;
   Sound& sound_;
   EventLoop::Time toneEnds_{0};

@@ -26,6 +26,7 @@ class TermControls : public Form {
   static constexpr Twips kCompactHeight = 4095;  ///< Outer height without the service panels.
   static constexpr Twips kScreenWidth = 7530;    ///< Of the terminal area.
   static constexpr std::size_t kSoftKeys = 4;
+  static constexpr const char* kPortSpoken = "Port: %";
   static constexpr int kSignal = 7;  ///< The place of the signal display in corvexLbl.
 
   explicit TermControls(EventLoop& loop, WindowSystem& windows) : Form(loop, windows, "frmTerm") {}
@@ -132,7 +133,7 @@ class TermControls : public Form {
   Label lblPort{frmScreen,
                 {.name = "lblPort",
                  .rect = IndicatorRect(4185, 675),
-                 .accessible = "Port: %",
+                 .accessible = kPortSpoken,
                  .look = Look::Indicator,
                  .align = Align::Centre}};
   // The time moves to the zone's place, and over it, when the unit tells no zone.

@@ -1,5 +1,7 @@
 #include "session/TraceControl.h"
 
+#include <utility>
+
 #include "common/Text.h"
 
 namespace corvex {
@@ -39,7 +41,7 @@ void TraceControl::Toggle() {
   }
   tracer_.Open();
   p_.layout.FocusScreen();
-  Send(kOn);
+  SwitchOn(kOn, owed_);
 }
 
 void TraceControl::ToggleSecond() {
@@ -47,8 +49,24 @@ void TraceControl::ToggleSecond() {
   bool& on = p_.state.suTraceEnabled;
   on = !on;
   p_.window.mnuSUTrace.checked = on;
-  if (on) p_.layout.FocusScreen();
-  Send(on ? kSecondOn : kSecondOff);
+  secondOwed_ = false;
+  if (on) {
+    p_.layout.FocusScreen();
+    SwitchOn(kSecondOn, secondOwed_);
+  } else {
+    Send(kSecondOff);
+  }
+}
+
+/// Outside a session the modem is told as soon as there is one.
+void TraceControl::SwitchOn(char character, bool& owed) {
+  owed = p_.main.mode != ModemMode::Terminal;
+  if (!owed) Send(character);
+}
+
+void TraceControl::SessionOpened() {
+  if (std::exchange(owed_, false)) Send(kOn);
+  if (std::exchange(secondOwed_, false)) Send(kSecondOn);
 }
 
 bool TraceControl::Refuses(std::string_view message) const {
@@ -59,6 +77,7 @@ bool TraceControl::Refuses(std::string_view message) const {
 }
 
 void TraceControl::SetEnabled(bool on) {
+  owed_ = false;
   p_.state.traceEnabled = on;
   p_.window.mnuTrace.checked = on;
 }

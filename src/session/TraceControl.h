@@ -38,6 +38,9 @@ class TraceControl {
   /// A record for the window of a channel, which opens with the first one; channel 0 has none.
   void TraceToInstance(std::int32_t channel, std::string_view text);
 
+  /// The modem's menus have been entered: it is told what has been switched on while it could not be.
+  void SessionOpened();
+
   /// Closes the master window if it is open. It waits.
   void CloseMaster() { tracer_.Unload(); }
 
@@ -46,10 +49,14 @@ class TraceControl {
   void ToggleSecond();
   bool Refuses(std::string_view message) const;
   void SetEnabled(bool on);
+  void SwitchOn(char character, bool& owed);
   void Send(char character) const;
 
   Parts p_;
   frmTracer tracer_;
+  // Switched on in a mode in which the modem cannot be told.
+  bool owed_ = false;
+  bool secondOwed_ = false;
   std::map<std::int32_t, std::unique_ptr<frmTraceInstance>> instances_;
 };
 

@@ -14,6 +14,7 @@ constexpr std::string_view kHints =
 
 bool TakeWindowKey(const KeyEvent& key, const MainState& main, TermControls& window, Dialogs& dialogs) {
   if (main.mode == ModemMode::Terminal || main.mode == ModemMode::Closing) return false;
+  if (main.mode == ModemMode::AtMode && window.atPanel.optAutoSend.value) return false;  // bytes to send
   const bool help = key.keyCode == kF1 && !key.ctrl && !key.alt && !key.shift;
   const bool port = key.keyCode == 'P' && key.ctrl && !key.alt && !key.shift;
   if (!help && !port) return false;

@@ -15,7 +15,9 @@ namespace corvex {
 
 frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
     : TermControls(platform.loop, platform.windows),
-      platform_(platform),
+      dialogs_(platform.loop, platform.dialogs),
+      printers_(platform.loop, platform.printers),
+      platform_(With(dialogs_, printers_, platform)),
       settings_(settings),
       received_(platform.loop),
       grid_(state_),
@@ -25,6 +27,7 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
       probe_(*this, state_, main_, link_, received_, settings),
       lists_(*this, main_, state_),
       status_(*this, main_, state_, settings, platform.sound),
+      silence_(*this, main_),
       dispatcher_({.platform = platform_,
                    .settings = settings,
                    .window = *this,
@@ -48,6 +51,8 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
               .settings = settings,
               .window = *this,
               .layout = layout_,
+              .status = status_,
+              .silence = silence_,
               .portPanel = portPanel_,
               .main = main_,
               .state = state_,
@@ -87,6 +92,21 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
   dsp_.Connect();
 }
 
+/// The platform with the services through which the program asks its user.
+Platform frmTerm::With(Dialogs& dialogs, Printers& printers, const Platform& p) {
+  return {.loop = p.loop,
+          .windows = p.windows,
+          .comPort = p.comPort,
+          .serialPorts = p.serialPorts,
+          .sock = p.sock,
+          .dialogs = dialogs,
+          .printers = printers,
+          .sound = p.sound,
+          .shell = p.shell,
+          .longDate = p.longDate,
+          .dspMsg = p.dspMsg};
+}
+
 frmTerm::~frmTerm() {
   Withdraw();
 }
@@ -100,7 +120,10 @@ void frmTerm::ConnectEvents() {
     trace_.TraceToInstance(channel, text);
   };
   scanner_.masterTrace = [this](std::string_view text) { trace_.TraceText(text); };
+  tags_.settle = [this] { dispatcher_.Settle(); };
   modes_.closeTrace = [this] { trace_.CloseMaster(); };
+  modes_.sessionOpened = [this] { trace_.SessionOpened(); };
+  dispatcher_.heard = [this] { silence_.Heard(); };
   layout_.adjusted = [this] { status_.PlaceTime(); };
   dispatcher_.dspInfo = [this](const std::string& numbers) { dsp_.SendDspMessage(numbers); };
   keys_.panelKey = [this](const KeyEvent& key) { return rawCommands_.TakeKey(key); };
@@ -183,7 +206,7 @@ void frmTerm::ConnectEvents() {
 
   tmrStart.tick = [this] {
     tmrStart.enabled = false;
-    if (main_.mode != ModemMode::Closing && Active()) modes_.ConnectProbe();
+    if (main_.mode != ModemMode::Closing && Active() && !Chosen()) modes_.ConnectProbe();
   };
   tmrWatchdog.tick = unlessClosing([this] { modes_.Watchdog(); });
   tmrMsg.tick = [this] {
@@ -237,19 +260,19 @@ void frmTerm::Load() {
   SetRowFont();
   modes_.RefreshMenuMarks();
   CorvexFocus1.SetFocus();
-  // From here on the window is seen; what follows waits for the first time.
-  visible = true;
-  link_.CloseLink();
   grid_.ResetScreenModel();
   main_.rowsFrozen = false;
   std::error_code ignored;
   std::filesystem::current_path(settings_.AppFolder(), ignored);
   state_.paintHoldDefault = true;
   state_.terminalModel = TerminalModel::Unknown;
+  // From here on the window is seen. What follows waits, and is given up for what the user chooses meanwhile.
+  visible = true;
+  link_.CloseLink();
   // The first connect is for the active window only, and the system decides in its own time which that is.
   const auto limit = loop().Now() + kActivationTime;
   while (!Active() && loop().Now() < limit) loop().Pump(limit);
-  tmrStart.enabled = true;
+  tmrStart.enabled = !Chosen();
 }
 
 void frmTerm::SetMenus() {

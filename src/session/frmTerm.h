@@ -9,6 +9,7 @@
 #include "panels/modCmdInt.h"
 #include "panels/modDSPchannel.h"
 #include "panels/modRawCmds.h"
+#include "platform/Modal.h"
 #include "platform/Platform.h"
 #include "session/Dispatcher.h"
 #include "session/Keys.h"
@@ -17,6 +18,7 @@
 #include "session/ReceiveBuffer.h"
 #include "session/ScreenLists.h"
 #include "session/SessionState.h"
+#include "session/Silence.h"
 #include "session/StatusPanel.h"
 #include "session/StreamScanner.h"
 #include "session/TermControls.h"
@@ -63,7 +65,13 @@ class frmTerm : public TermControls {
   void OnActivate();
   void ToggleGps();
   void Close();
+  /// Whether the user has chosen a mode before the first connect, which is then none of the start's affair.
+  bool Chosen() const { return main_.passage > 0; }
 
+  static Platform With(Dialogs& dialogs, Printers& printers, const Platform& platform);
+
+  ModalDialogs dialogs_;
+  ModalPrinters printers_;
   const Platform platform_;
   SettingsStore& settings_;
   MainState main_;
@@ -76,6 +84,7 @@ class frmTerm : public TermControls {
   ModemProbe probe_;
   ScreenLists lists_;
   StatusPanel status_;
+  Silence silence_;
   Dispatcher dispatcher_;
   WindowLayout layout_;
   TraceControl trace_;

@@ -122,6 +122,7 @@ void TagStream::HandleTagPacket(std::string_view packet) {
   const std::size_t tagEnd = packet.find('>', kTagStart);
   const TagToken token = TokenOf(packet, tagEnd);
   const std::string_view payload = PayloadBehind(packet, tagEnd);
+  if (settle && Contradicts(token)) settle();
   switch (token) {
     case TagToken::None:
       break;
@@ -266,6 +267,34 @@ void TagStream::HandleTagPacket(std::string_view packet) {
     case TagToken::Channel:
       ParseChannel(payload);
       break;
+  }
+}
+
+/// Whether a packet contradicts what is still to be shown. One of the same kind replaces it, and needs
+/// nothing.
+bool TagStream::Contradicts(TagToken token) const {
+  const SessionState& s = state_;
+  switch (token) {
+    case TagToken::MenuScreen:
+      return s.closeMenu || s.tableChanged || s.choiceChanged;
+    case TagToken::ChoiceScreen:
+      return s.closeChoice || s.menuChanged;
+    case TagToken::TextScreen:
+    case TagToken::FieldScreen:
+    case TagToken::TableScreen:
+      return s.menuChanged || s.choiceChanged || (s.rowsChanged && !s.paintHold);
+    case TagToken::MsgScreen:
+    case TagToken::CloseMenuScreen:
+    case TagToken::CloseChoiceScreen:
+      return s.menuChanged || s.choiceChanged;
+    case TagToken::Sk:
+      return s.menuChanged || s.softKeysChanged;
+    case TagToken::StartPrint:
+      return s.printData || s.printEnd;
+    case TagToken::Print:
+      return s.printEnd;
+    default:
+      return false;
   }
 }
 

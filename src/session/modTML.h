@@ -67,7 +67,7 @@ std::string_view TagPayload(std::string_view packet);
 std::string_view PrintPayload(std::string_view packet);
 
 /// Takes packets and stores what they say in the session, with a flag for each change; nothing is painted
-/// here, so that a burst of packets paints once. Two things go past the flags, by the functions below.
+/// here, so that a burst of packets paints once. What goes past the flags is called by the functions below.
 class TagStream {
  public:
   using LongDate = std::function<std::string(int year, int month, int day)>;
@@ -80,10 +80,14 @@ class TagStream {
   /// Data compression began or ended: NoCompression, V42b or V44, with the text of the packet.
   std::function<void(TagToken, std::string_view)> onCompression;
 
+  /// Called before a packet that contradicts what an earlier one has changed and nobody has shown yet.
+  std::function<void()> settle;
+
   /// A line of trace for a trace channel other than 0.
   std::function<void(std::int32_t channel, std::string_view text)> traceToInstance;
 
  private:
+  bool Contradicts(TagToken token) const;
   static void Store(std::string& text, std::string_view payload, bool& changed);
   /// The screen changes, and its end can return to the one before.
   void LeaveFor(ScreenKind kind);

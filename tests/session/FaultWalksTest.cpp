@@ -113,7 +113,7 @@ class FaultWalk {
   void Clear() {
     const auto due = std::exchange(due_, {"\x1b"});
     const std::string screen = std::exchange(screen_, std::string(r_.UnitShows()));
-    r_.term.cmdESC.click();
+    r_.p.Do([this] { r_.term.cmdESC.click(); });
     cleared_ = r_.Now();
     due_ = due_.empty() ? due_ : due;
     screen_ = screen;
