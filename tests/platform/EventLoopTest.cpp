@@ -46,15 +46,67 @@ TEST(Pause, WaitsOutItsTimeAndNoLonger) {
   }
 }
 
-TEST(Pause, OverMidnightDoesNotEnd) {
+TEST(Pause, OverMidnightNeverReturnsAndIsGivenUpAMinuteLater) {
   VirtualLoop loop(86399.95);
   bool returned = false;
-  loop.After(std::chrono::hours(30), [&] { loop.End(); });
+  bool overdue = false;
   loop.Enter([&] {
-    Pause(loop, 0.1);
-    returned = true;
+    try {
+      Pause(loop, 0.1);
+      returned = true;
+    } catch (const WaitAbandoned& wait) {
+      overdue = wait.overdue;
+      throw;
+    }
   });
   EXPECT_FALSE(returned);
+  EXPECT_TRUE(overdue);
+  EXPECT_GE(loop.Now(), 60s);
+  EXPECT_LE(loop.Now(), 61s);
+}
+
+/// A task that waits, and what is heard of it.
+struct Waiting {
+  void Begin(const std::string& name) {
+    struct Guard {
+      Waiting& waiting;
+      const std::string& name;
+      ~Guard() { waiting.order += ' ' + name + "-left"; }
+    };
+    order += ' ' + name;
+    const Guard guard{*this, name};
+    Pause(loop, 1);
+    order += ' ' + name + "-returned";
+  }
+  VirtualLoop loop;
+  std::string order;
+};
+
+TEST(Waits, AreLeftBeforeWhatReplacesThemBegins) {
+  Waiting w;
+  w.loop.After(10ms, [&] { w.Begin("inner"); });
+  w.loop.After(20ms, [&] {
+    w.loop.AbandonWaits([&] { w.order += " never"; });
+    w.loop.AbandonWaits([&] { w.Begin("next"); });
+    w.order += " asked";
+  });
+  w.loop.Enter([&] { w.Begin("outer"); });
+  EXPECT_EQ(w.order, " outer inner asked inner-left outer-left next next-returned next-left");
+  EXPECT_EQ(w.loop.Waits(), 0);
+}
+
+TEST(Waits, DoNotHoldUpWhatBeginsInAModalWindowAboveThem) {
+  Waiting w;
+  w.loop.After(10ms, [&] {
+    const EventLoop::Modal modal(w.loop);
+    EXPECT_EQ(w.loop.ModalsOpen(), 1);
+    w.loop.After(10ms, [&] { w.Begin("above"); });
+    w.loop.After(20ms, [&] { w.loop.AbandonWaits([&] { w.order += " next"; }); });
+    for (const auto until = w.loop.Now() + 100ms; w.loop.Now() < until;) w.loop.Pump(until);
+    w.order += " closed";
+  });
+  w.loop.Enter([&] { w.Begin("below"); });
+  EXPECT_EQ(w.order, " below above above-left next closed below-left");
 }
 
 }  // namespace
