@@ -44,7 +44,7 @@ void HostLoop::WaitAndServe(Time time) {
   std::vector<host::Watch> watches;
   watches.reserve(watched_.size());
   for (const auto& [handle, watched] : watched_) watches.push_back({handle, watched.write, false});
-  Wait(watches, time);
+  host::Wait(watches, time);
   for (const host::Watch& watch : watches) {
     // One that was served before may have taken this one away.
     const auto watched = watched_.find(watch.handle);

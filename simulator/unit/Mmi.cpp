@@ -275,9 +275,8 @@ std::string Mmi::Drawing() {
 
 std::string Mmi::LeaveList(Kind next) {
   const Kind shown = std::exchange(listShown_, Kind::Text);
-  // A menu closes only before a screen of the display: closed in one burst with the next menu it would take
-  // that one along, since the PC may serve the closing last.
-  if (shown == Kind::Menu && IsGrid(next)) return Packet("CloseMenuScreen");
+  // Also before the next list, in one burst with it.
+  if (shown == Kind::Menu && next != Kind::Message) return Packet("CloseMenuScreen");
   if (shown == Kind::Choice && next != Kind::Choice) return Packet("CloseChoiceScreen");
   return {};
 }
