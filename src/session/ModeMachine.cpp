@@ -220,8 +220,8 @@ void ModeMachine::ClearSession() {
   DropChanges();
   ClearScreen();
   p_.layout.HideLists();
-  p_.status.Clear();
   p_.silence.Stop();
+  p_.status.Clear();
 }
 
 void ModeMachine::EnterPortSetup() {

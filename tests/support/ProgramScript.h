@@ -288,6 +288,8 @@ class ProgramScript {
     if (name == "selected") return std::to_string(dynamic_cast<const TabStrip&>(control).selected);
     if (name == "left") return std::to_string(control.rect.Get().left);
     if (name == "tag") return control.tag;
+    if (name == "spoken") return control.accessible;
+    if (name == "dimmed") return word(dynamic_cast<const Frame&>(control).dimmed);
     if (name == "font") return Described(control.font);
     if (name == "marked") {
       const TextBox::Selection marked = dynamic_cast<const TextBox&>(control).selection;
@@ -402,6 +404,8 @@ class ProgramScript {
       {"see", [this](Words& w) { See(w, true); }},
       {"gone", [this](Words& w) { See(w, false); }},
       {"has", [this](Words& w) { Has(w); }},
+      {"pointer",
+       [this](Words& w) { EXPECT_EQ(p().term.pointer == Pointer::Normal, w.at(0) == "normal"); }},
       {"mode", [this](Words& w) { EXPECT_EQ(Mode(), w.at(0)); }},
       {"link", [this](Words& w) { EXPECT_EQ(LinkOpen(), w.at(0) == "open"); }},
       {"read", [this](Words& w) { EXPECT_EQ(p().settings.ReadSetting(w.at(0), w.at(1), "none"), w.at(2)); }},
