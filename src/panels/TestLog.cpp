@@ -1,6 +1,7 @@
 #include "panels/TestLog.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,8 @@ namespace corvex {
 namespace {
 
 constexpr double kPause = 0.3;
+/// After a pause so much longer, in seconds, nobody knows where the macro stands.
+constexpr double kHeldUp = 2;
 
 /// A pause that runs over midnight is given up only a minute later, and the log with it. So none is begun so
 /// late that it might.
@@ -168,11 +171,21 @@ class TestLog::Macro {
     if (GoesOn()) p_.keys.SendCursorDown();
   }
   void EscapeOut() {
-    if (GoesOn()) p_.keys.SendEscapeSeries();
+    constexpr double kSeries = 8 * kPause;
+    Spend(kSeries, [this] { p_.keys.SendEscapeSeries(); });
   }
   void Wait() {
-    if (GoesOn()) Pause(p_.window.loop(), kPause);
-    lost_ = lost_ || BoxOpen(p_);  // the user is at something else, and the keys would mix with it
+    Spend(kPause, [this] { Pause(p_.window.loop(), kPause); });
+  }
+  /// Does what takes so many seconds. If it takes longer a message box or a window has held it up: the user
+  /// is at something else now.
+  void Spend(double seconds, const std::function<void()>& act) {
+    if (!GoesOn()) return;
+    const EventLoop& loop = p_.window.loop();
+    const auto began = loop.Now();
+    act();
+    const std::chrono::duration<double> spent = loop.Now() - began;
+    lost_ = lost_ || BoxOpen(p_) || spent.count() > seconds + kHeldUp;
   }
 
   bool GoesOn() const { return !lost_ && p_.main.mode == ModemMode::Terminal; }
@@ -209,13 +222,16 @@ bool TestLog::MayBegin() const {
 }
 
 void TestLog::TakeLog() {
-  const ScopedFlag taking(taking_);
-  const ScopedFlag logTaken(p_.main.logTaken);
-  try {
-    GenerateTestLog();
-  } catch (const WaitAbandoned&) {  // the session is being left: the file gets what has been gathered
+  {
+    const ScopedFlag taking(taking_);
+    const ScopedFlag logTaken(p_.main.logTaken);
+    try {
+      GenerateTestLog();
+    } catch (const WaitAbandoned&) {  // the session is being left: the file gets what has been gathered
+    }
+    Save();
   }
-  Save();
+  if (ended) ended();
 }
 
 /// What cannot be saved stays in the print view and is saved with the next log.

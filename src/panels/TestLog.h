@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "common/INIFuncs.h"
 #include "common/frmSDI.h"
 #include "link/modComSock.h"
@@ -36,6 +38,9 @@ class TestLog {
 
   /// The program is about to end: saves what a log that is being taken has gathered so far.
   void Finish() { Save(); }
+
+  /// A log has been taken.
+  std::function<void()> ended;
 
   /// The macro: writes the log to the print view. Takes about half a minute.
   void GenerateTestLog();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "common/ScopedFlag.h"
 #include "common/SettingFonts.h"
@@ -176,16 +177,28 @@ void Dispatcher::PrintToPrinter() {
 }
 
 /// In a task of its own: the box must not hold up the stream. Once at a time: the modem may print a thousand
-/// jobs before somebody comes and answers the box.
+/// jobs before somebody comes and answers the box. It would hold up a periodic log as well, and so comes
+/// after it.
 void Dispatcher::TellOfPrinter(std::string_view text) {
   if (telling_) return;
+  if (p_.main.logTaken) {
+    afterLog_ = text;
+  } else {
+    ShowPrinterBox(text, 0);
+  }
+}
+
+void Dispatcher::LogEnded() {
+  if (!telling_ && !afterLog_.empty()) ShowPrinterBox(std::exchange(afterLog_, {}), 1);
+}
+
+void Dispatcher::ShowPrinterBox(std::string_view text, int own) {
   telling_ = true;
-  const bool own = p_.main.logTaken;
-  p_.window.loop().Post([this, own, text] {
+  p_.window.loop().Post([this, text, own] {
     const ScopedFlag telling(telling_);
-    p_.main.ownBoxes += own ? 1 : 0;
+    p_.main.ownBoxes += own;
     p_.platform.dialogs.MessageBox(text);
-    p_.main.ownBoxes -= own ? 1 : 0;
+    p_.main.ownBoxes -= own;
   });
 }
 

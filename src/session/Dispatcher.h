@@ -43,6 +43,9 @@ class Dispatcher {
   /// it, and the order of the flags would let the older one win.
   void Settle();
 
+  /// A periodic log has been taken.
+  void LogEnded();
+
   /// Appends text to the text view, which keeps its last part only.
   void AppendToRx(std::string_view text);
 
@@ -65,9 +68,11 @@ class Dispatcher {
   void ServePrint();
   void PrintToPrinter();
   void TellOfPrinter(std::string_view text);
+  void ShowPrinterBox(std::string_view text, int own);
 
   Parts p_;
   bool telling_ = false;
+  std::string_view afterLog_;  ///< What is to be said of the printer when the log has been taken.
 };
 
 }  // namespace corvex

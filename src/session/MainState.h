@@ -15,7 +15,7 @@ struct MainState {
   bool screenHold = false;  ///< Neither rows nor choice lists are shown: the tool walks the modem's cursor.
   bool leaving = false;     ///< The session is being left: what the modem still says is not shown.
   bool logTaken = false;    ///< A periodic log is being taken.
-  int ownBoxes = 0;         ///< Open message boxes that its print jobs have caused.
+  int ownBoxes = 0;         ///< Open message boxes that the print jobs of logs have caused.
   std::string applicationTitle;  ///< Names the terminal once it has been detected.
   std::string statusNumber;      ///< From the modem's status table, as the last test log has found it.
   unsigned passage = 0;          ///< Counts the passages between modes that have begun; see Overtaken.

@@ -132,6 +132,8 @@ void frmTerm::ConnectEvents() {
   dispatcher_.printLine = [this](const std::string& lines) { printView_.PrintLine(lines); };
   dispatcher_.printJobComplete = [this] { printView_.PrintJobComplete(); };
 
+  testLog_.ended = [this] { dispatcher_.LogEnded(); };
+
   // A click while the program is closing must not start anything that talks to the modem.
   const auto unlessClosing = [this](auto action) {
     return [this, action] {

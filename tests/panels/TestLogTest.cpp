@@ -42,6 +42,14 @@ struct Logged : Routed {
     const std::chrono::duration<double> delay(kFirstCheck + seconds - Now());
     p.loop.After(std::chrono::duration_cast<EventLoop::Time>(delay), [this, act] { p.loop.Enter(act); });
   }
+  /// The user lets each box stand for so long.
+  void KeepBoxesOpen(double seconds) {
+    p.dialogs.onBox = [this, seconds] {
+      const std::chrono::duration<double> time(seconds);
+      const auto until = p.loop.Now() + std::chrono::duration_cast<EventLoop::Time>(time);
+      while (p.loop.Now() < until) p.loop.Pump(until);
+    };
+  }
   std::string LastTime() { return p.settings.logging.lasttime.Get(); }
   std::string File(const std::string& name = "Blog03311001.txt") const { return p.folder.Read(name); }
   std::string Sent() const {
@@ -105,6 +113,16 @@ TEST(TestLogTest, BeginsOnlyWhereItCanGoThroughWithIt) {
          r.p.loop.After(std::chrono::milliseconds(650),
                         [&r] { r.p.Do([&r] { r.term.ListChoice.doubleClick(); }); });
        }},
+      {"a message box is open",
+       [](Logged& r) {
+         r.KeepBoxesOpen(3);
+         r.p.loop.After(std::chrono::milliseconds(500), [&r] { r.p.Do([&r] { r.term.mnuManual.click(); }); });
+       }},
+      {"a window is open",
+       [](Logged& r) {
+         r.p.loop.After(std::chrono::milliseconds(500), [&r] { r.p.Do([&r] { r.term.mnuAbout.click(); }); });
+         r.p.loop.After(std::chrono::seconds(3), [&r] { r.p.windows.attached.back()->visible = false; });
+       }},
       {"midnight is near", [](Logged&) {}, 86400 - 90},
       {"its last time is no time", [](Logged&) {}, 36000, "31.03.2006 09:00"},
       {"it was minutes ago", [](Logged&) {}, 36000, "2006-03-31 09:56:59"},
@@ -133,6 +151,11 @@ TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
       {"connected anew", [](Logged& r) { r.term.mnuTerminal.click(); }},
       {"offline", [](Logged& r) { r.term.mnuOffline.click(); }},
       {"program ended", [](Logged& r) { r.term.queryUnload(); }},
+      {"message box",
+       [](Logged& r) {
+         r.KeepBoxesOpen(20);
+         r.term.mnuManual.click();
+       }},
       // The clear key would leave the question again, so this is where the macro types.
       {"PIN is asked for",
        [](Logged& r) {
@@ -159,6 +182,34 @@ TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
       EXPECT_EQ(log.find("Readings from the Idle Screen") != std::string::npos, after > 9);
       EXPECT_EQ(r.LastTime(), "2006-03-31 10:00:50");
     }
+  }
+}
+
+TEST(TestLogTest, IsNotHeldUpByABoxThatItsOwnPrintJobsHaveCaused) {
+  Logged r;
+  r.p.settings.printer.always.SetPrint();
+  r.p.printers.present = false;
+  r.KeepBoxesOpen(1000);
+  r.p.loop.Run(2);
+  r.p.loop.Run(1);
+  EXPECT_EQ(r.p.dialogs.shown, std::vector<std::string>{"No printer configured"});
+  EXPECT_NE(r.File(), "");
+  EXPECT_EQ(r.UnitShows(), "idle");
+  EXPECT_NE(r.File("Blog03311005.txt"), "") << "the next one";
+}
+
+TEST(TestLogTest, TakesPinForAWord) {
+  const struct {
+    const char* row;
+    bool asks;
+  } rows[]{
+      {"Enter PIN:", true}, {"SIM pin2", true}, {"PIN ", true}, {"SHIPPING", false}, {"Pins 1-4", false}};
+  for (const auto& [row, asks] : rows) {
+    SCOPED_TRACE(row);
+    Logged r;
+    r.p.sock.Arrive(std::string("\x1B[5;2H") + row + "<tml><Sig>30</tml>");
+    r.p.loop.Run(1.2);
+    EXPECT_EQ(r.LastTime() == kLongAgo, asks);
   }
 }
 
