@@ -27,7 +27,9 @@ TEST_F(TraceLogTest, KeepsWhatItEmptiesUnlessThatFails) {
   fs::remove(copy);
   fs::create_directory(copy);
   log.Start(file, copy);
+  log.WriteLine("three");
   log.Stop();
+  EXPECT_EQ(folder.Read("trace.log"), "two\r\nthree\r\n") << "the only copy of it";
   EXPECT_EQ(folder.Count(), 2) << "nothing lies about";
   fs::remove(file);
   log.Start((folder.Path() / "no folder" / "trace.log").string(), copy);
