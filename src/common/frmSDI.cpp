@@ -54,7 +54,8 @@ frmSDI::frmSDI(Form& owner, const Platform& platform, SettingsStore& settings)
     : Form(platform.loop, platform.windows, "frmSDI", &owner),
       platform_(platform),
       settings_(settings),
-      autoSave_(settings.AppFolder() + "/temp.txt") {  // with this separator on every system
+      // With this separator on every system.
+      autoSave_(settings.files(), settings.AppFolder() + '/' + settings.OwnName("temp", ".txt")) {
   caption = "Printout Viewer";
   txtNote.multiLine = true;
   ConnectEvents();
@@ -208,7 +209,7 @@ void frmSDI::Clear() {
 
 bool frmSDI::SaveNote(const std::string& path) {
   const Busy busy(*this);
-  const bool saved = WriteNote(path, txtNote.Text());
+  const bool saved = WriteNote(settings_.files(), path, txtNote.Text());
   if (saved) noteDirty_ = false;
   return saved;
 }

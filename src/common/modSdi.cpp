@@ -36,12 +36,12 @@ std::optional<std::size_t> FindPlace(std::string_view text, std::size_t selStart
   return FindAsIs(UpperCase(text), UpperCase(state.findText), start, state.findDirection);
 }
 
-bool WriteNote(const std::string& path, std::string_view text) noexcept {
+bool WriteNote(Files& files, const std::string& path, std::string_view text) noexcept {
   try {
     std::string file;
     file.reserve(kHeader.size() + text.size() + kCrLf.size());
     file.append(kHeader).append(text).append(kCrLf);
-    return !path.empty() && ReplaceFile(path, file);
+    return !path.empty() && ReplaceFile(files, path, file);
   } catch (const std::exception&) {  // of memory
     return false;
   }
@@ -50,7 +50,7 @@ bool WriteNote(const std::string& path, std::string_view text) noexcept {
 bool AutoSave::Save(std::string_view text) noexcept {
   try {
     const bool extends = written_ != kNothing && written_ <= text.size() && StillOurs();
-    const bool saved = extends ? Extend(text.substr(written_)) : WriteNote(path_, text);
+    const bool saved = extends ? Extend(text.substr(written_)) : WriteNote(files_, path_, text);
     written_ = kNothing;
     if (!saved) return false;
     size_ = fs::file_size(path_);

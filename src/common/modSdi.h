@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Files.h"
+
 // What the print view does with its text apart from showing it: files and searching.
 
 namespace corvex {
@@ -28,13 +30,13 @@ std::optional<std::size_t> FindPlace(std::string_view text, std::size_t selStart
 
 /// Writes a text into a file below a header line. The file is replaced as a whole, or nothing of it is
 /// changed.
-bool WriteNote(const std::string& path, std::string_view text) noexcept;
+bool WriteNote(Files& files, const std::string& path, std::string_view text) noexcept;
 
 /// The file that a growing text is written to again and again: what has only been added to the text is added
 /// to the file, so that all of them together cost what the text is long and not its square.
 class AutoSave {
  public:
-  explicit AutoSave(std::string path) : path_(std::move(path)) {}
+  AutoSave(Files& files, std::string path) : files_(files), path_(std::move(path)) {}
 
   /// Brings the file up to date. False if that failed: it then holds the text of before, and what of the new
   /// one the disk had room for.
@@ -52,6 +54,7 @@ class AutoSave {
   bool StillOurs() const;
   bool Extend(std::string_view added) const;
 
+  Files& files_;
   std::string path_;
   std::size_t written_ = kNothing;  ///< So much of the text, from its beginning, is known to be in the file.
   std::uintmax_t size_ = 0;         ///< The file as it was left.

@@ -28,6 +28,11 @@ void EventLoop::Cancel(TimerId id) {
 
 void EventLoop::Pump(Time until) {
   if (ended_) throw ProgramEnded{};
+  ++pumps_;
+  const struct Leave {
+    ~Leave() { --pumps; }
+    int& pumps;
+  } leave{pumps_};
   if (AnythingDue()) {
     RunDue();
     Poll();

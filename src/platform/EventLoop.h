@@ -50,6 +50,9 @@ class EventLoop {
   /// Throws ProgramEnded once End has been called.
   void Pump(Time until = Time::max());
 
+  /// Whether what runs now runs inside a Pump, so that something else waits for it to return.
+  bool Waiting() const { return pumps_ > 0; }
+
   /// Runs what was due at the call: tasks first, then timers by their time. Never waits. A platform calls it
   /// from within Enter.
   void RunDue();
@@ -87,6 +90,7 @@ class EventLoop {
   std::map<TimerId, Time> dueTimes_;
   TimerId lastId_ = 0;
   bool ended_ = false;
+  int pumps_ = 0;  ///< On the stack.
 };
 
 /// Waits, pumping events, until the clock of the day has moved on by `seconds`.
