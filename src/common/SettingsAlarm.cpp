@@ -1,13 +1,13 @@
 #include "common/SettingsAlarm.h"
 
+#include <chrono>
 #include <string>
 #include <utility>
 
 namespace corvex {
 
-SettingsAlarm::SettingsAlarm(SettingsStore& settings, EventLoop& loop, Dialogs& dialogs,
-                             std::function<bool()> closing)
-    : settings_(settings), loop_(loop), dialogs_(dialogs), closing_(std::move(closing)) {
+SettingsAlarm::SettingsAlarm(SettingsStore& settings, EventLoop& loop, Dialogs& dialogs)
+    : settings_(settings), loop_(loop), dialogs_(dialogs) {
   settings_.failed = [this](SettingsStore::Failure failure) {
     if (std::exchange(raised_, true)) return;
     loop_.Post([this, failure] { Tell(failure); });
@@ -15,7 +15,6 @@ SettingsAlarm::SettingsAlarm(SettingsStore& settings, EventLoop& loop, Dialogs& 
 }
 
 void SettingsAlarm::Tell(SettingsStore::Failure failure) {
-  if (closing_()) return;
   if (loop_.Waiting()) {
     constexpr auto kAgain = std::chrono::milliseconds(500);
     loop_.After(kAgain, [this, failure] { Tell(failure); });

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,15 +39,14 @@ class AutoSave {
  public:
   AutoSave(Files& files, std::string path) : files_(files), path_(std::move(path)) {}
 
-  /// Brings the file up to date. False if that failed: it then holds the text of before, and what of the new
-  /// one the disk had room for.
-  bool Save(std::string_view text) noexcept;
+  /// Brings the file up to date with a text of which `from` gives what is behind a place. False if that
+  /// failed: it then holds the text of before, and what of the new one the disk had room for.
+  bool Save(const std::function<std::string(std::size_t place)>& from) noexcept;
 
   /// The text has changed at a place from which on the file must be written again.
   void ChangedAt(std::size_t position) {
     if (position < written_) written_ = kNothing;
   }
-  void ChangedAnywhere() { written_ = kNothing; }
 
  private:
   static constexpr std::size_t kNothing = 0;

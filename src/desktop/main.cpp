@@ -61,8 +61,7 @@ int Run(QApplication& application) {
                         .longDate = LongDate,
                         .dspMsg = [&dspLibrary](const std::int16_t* n) { dspLibrary.DspMsg(n); }},
                settings);
-  const SettingsAlarm alarm(settings, loop, dialogs,
-                            [&term] { return term.main().mode == ModemMode::Closing; });
+  const SettingsAlarm alarm(settings, loop, dialogs);
   loop.Enter([&term] { term.Load(); });
   return loop.Exec();
 }

@@ -194,6 +194,7 @@ bool TestLog::MayBegin() const {
 
 void TestLog::TakeLog() {
   const ScopedFlag taking(taking_);
+  const frmSDI::LogInProgress log(p_.page);
   GenerateTestLog();
   Save();
 }

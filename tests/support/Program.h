@@ -27,7 +27,7 @@ struct Program : FakePlatform {
   void Do(const EventLoop::Task& task) { loop.Enter(task); }
 
   frmTerm term{platform, settings};
-  SettingsAlarm alarm{settings, loop, dialogs, [this] { return term.main().mode == ModemMode::Closing; }};
+  SettingsAlarm alarm{settings, loop, dialogs};
 };
 
 /// The far side of a line: answers what is written to it, line by line, by a list of commands and replies. A
