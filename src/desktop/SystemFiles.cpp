@@ -21,13 +21,27 @@ namespace corvex {
 
 CopyPlace::CopyPlace(const std::string& folder) {
   constexpr int kMost = 9;  // more than these share the last place
+  const auto file = [&folder](int number) {
+    const std::string suffix = number == 1 ? "" : '-' + std::to_string(number);
+    return (std::filesystem::path(folder) / ("corvex" + suffix + ".lock")).string();
+  };
+  Result own = Result::Busy;
   for (number_ = 1; number_ <= kMost; ++number_) {
-    const std::string number = number_ == 1 ? "" : '-' + std::to_string(number_);
-    const Result result = Take((std::filesystem::path(folder) / ("corvex" + number + ".lock")).string());
-    if (result == Result::Taken) return;
-    if (result == Result::Impossible) break;
+    own = Take(file(number_), true, lock_);
+    if (own != Result::Busy) break;
   }
-  if (number_ <= kMost) number_ = 1;
+  if (own == Result::Impossible) number_ = 1;
+  alone_ = own == Result::Taken && number_ == 1;
+  // A copy in a later place may have outlived the one that was first.
+  for (int other = 2; alone_ && other <= kMost; ++other) {
+    Lock probe = kNoLock;
+    alone_ = Take(file(other), false, probe) != Result::Busy;
+    Release(probe);
+  }
+}
+
+CopyPlace::~CopyPlace() {
+  Release(lock_);
 }
 
 #ifdef _WIN32
@@ -42,24 +56,27 @@ bool SystemFiles::MakeOwnerOnly(const std::string& path) {
 bool SystemFiles::Replace(const std::string& file, const std::string& by) {
   const std::filesystem::path to(file);
   const std::filesystem::path from(by);
-  if (ReplaceFileW(to.c_str(), from.c_str(), nullptr, 0, nullptr, nullptr) != 0) return true;
-  // The one failure that leaves nothing under the old name.
-  return GetLastError() == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2 &&
-         MoveFileExW(from.c_str(), to.c_str(), 0) != 0;
+  // With a backup a failure leaves both files under their names. If somebody holds the old file open the
+  // backup may stay behind, with a name by which it is cleaned up later.
+  std::filesystem::path backup = from;
+  backup.replace_filename(from.stem().native() + L"0" + from.extension().native());
+  if (ReplaceFileW(to.c_str(), from.c_str(), backup.c_str(), 0, nullptr, nullptr) == 0) return false;
+  DeleteFileW(backup.c_str());
+  return true;
 }
 
-CopyPlace::Result CopyPlace::Take(const std::string& file) {
-  const HANDLE lock = CreateFileW(std::filesystem::path(file).c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (lock == INVALID_HANDLE_VALUE) {
+CopyPlace::Result CopyPlace::Take(const std::string& file, bool made, Lock& lock) {
+  const HANDLE taken = CreateFileW(std::filesystem::path(file).c_str(), GENERIC_READ, 0, nullptr,
+                                   made ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (taken == INVALID_HANDLE_VALUE) {
     return GetLastError() == ERROR_SHARING_VIOLATION ? Result::Busy : Result::Impossible;
   }
-  lock_ = lock;
+  lock = taken;
   return Result::Taken;
 }
 
-CopyPlace::~CopyPlace() {
-  if (lock_ != nullptr) CloseHandle(lock_);
+void CopyPlace::Release(Lock lock) {
+  if (lock != kNoLock) CloseHandle(lock);
 }
 
 #else
@@ -97,21 +114,22 @@ bool SystemFiles::Replace(const std::string& file, const std::string& by) {
   return std::rename(by.c_str(), file.c_str()) == 0;
 }
 
-CopyPlace::Result CopyPlace::Take(const std::string& file) {
+CopyPlace::Result CopyPlace::Take(const std::string& file, bool made, Lock& lock) {
   // Opened for reading, so that another user's file will do as well.
-  const int lock = open(file.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
-  if (lock < 0) return Result::Impossible;
-  if (flock(lock, LOCK_EX | LOCK_NB) != 0) {
+  const int taken =
+      open(file.c_str(), O_RDONLY | O_CLOEXEC | (made ? O_CREAT : 0), S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
+  if (taken < 0) return Result::Impossible;
+  if (flock(taken, LOCK_EX | LOCK_NB) != 0) {
     const bool busy = errno == EWOULDBLOCK;
-    close(lock);
+    close(taken);
     return busy ? Result::Busy : Result::Impossible;
   }
-  lock_ = lock;
+  lock = taken;
   return Result::Taken;
 }
 
-CopyPlace::~CopyPlace() {
-  if (lock_ >= 0) close(lock_);
+void CopyPlace::Release(Lock lock) {
+  if (lock != kNoLock) close(lock);
 }
 
 #endif

@@ -26,17 +26,25 @@ class CopyPlace {
 
   /// From 1. Where the folder takes no locks every copy is the first.
   int number() const { return number_; }
+  /// No other copy ran in the folder when this one took its place.
+  bool alone() const { return alone_; }
 
  private:
+#ifdef _WIN32
+  using Lock = void*;
+  static constexpr Lock kNoLock = nullptr;
+#else
+  using Lock = int;
+  static constexpr Lock kNoLock = -1;
+#endif
   enum class Result { Taken, Busy, Impossible };
-  Result Take(const std::string& file);
+  /// `made`: the file is made if it is not there.
+  static Result Take(const std::string& file, bool made, Lock& lock);
+  static void Release(Lock lock);
 
   int number_ = 1;
-#ifdef _WIN32
-  void* lock_ = nullptr;
-#else
-  int lock_ = -1;
-#endif
+  bool alone_ = false;
+  Lock lock_ = kNoLock;
 };
 
 }  // namespace corvex

@@ -37,7 +37,7 @@ int Run(QApplication& application) {
   SystemFiles files;
   const CopyPlace copy(folder);
   SettingsStore settings(folder, files, copy.number());
-  if (copy.number() == 1) settings.TidyUp();
+  if (copy.alone()) settings.TidyUp();
   QtWindowSystem windows(loop);
   QtSerialControl comPort(loop, [&settings](int number) { return ComDeviceName(settings, number); });
   QtSerialPorts serialPorts;

@@ -10,7 +10,7 @@ namespace corvex {
 
 namespace {
 
-const std::string kOpen = "open ";
+constexpr std::string_view kOpen = "open ";
 
 /// "20060331-120000" of seconds since 1970 in local time.
 std::string Stamp(std::int64_t localSeconds) {
@@ -74,7 +74,7 @@ void WireLog::Opened(std::string_view where) {
   if (!file_.is_open() && !Begin()) return;
   linkOpen_ = true;
   where_ = where;
-  Line('=', kOpen + where_);
+  Line('=', std::string(kOpen) + where_);
 }
 
 void WireLog::Closed() {
@@ -181,7 +181,8 @@ void WireLog::Line(char kind, std::string_view text) {
   const bool first = written_ == 0;
   std::string lines = first ? "# corvex wire log 1\n" : "";
   // Who plays it back begins where the link is opened.
-  if (first && lost_ > 0) lines.append("=").append(time).append(kOpen).append(where_).append("\n");
+  if (first && !text.starts_with(kOpen))
+    lines.append("=").append(time).append(kOpen).append(where_).append("\n");
   if (lost_ > 0) lines += "# lines that could not be written: " + std::to_string(lost_) + '\n';
   lines.append(1, kind).append(time).append(text).append(1, '\n');
   // Written at once: the recording of a session that ended badly is the one that is wanted.

@@ -40,12 +40,19 @@ TEST_F(SystemFilesTest, ReplacesAFile) {
 
 TEST_F(SystemFilesTest, EachCopyOfTheProgramHasItsPlaceUntilItEnds) {
   std::optional<CopyPlace> first(folder.Name());
-  const CopyPlace second(folder.Name());
+  std::optional<CopyPlace> second(folder.Name());
   EXPECT_EQ(first->number(), 1);
-  EXPECT_EQ(second.number(), 2);
+  EXPECT_TRUE(first->alone());
+  EXPECT_EQ(second->number(), 2);
+  EXPECT_FALSE(second->alone());
   EXPECT_EQ(CopyPlace(folder.Name()).number(), 3);
   first.reset();
-  EXPECT_EQ(CopyPlace(folder.Name()).number(), 1);
+  first.emplace(folder.Name());
+  EXPECT_EQ(first->number(), 1);
+  EXPECT_FALSE(first->alone()) << "the second is still there";
+  first.reset();
+  second.reset();
+  EXPECT_TRUE(CopyPlace(folder.Name()).alone());
   EXPECT_EQ(CopyPlace(Path("no folder")).number(), 1);
 }
 
