@@ -243,8 +243,7 @@ class SettingsStore {
 
   /// The settings file.
   std::string File() const;
-  /// Cleans up after a copy of the program that was killed while it wrote. Only while no other copy
-  /// runs.
+  /// Cleans up after a copy of the program that was killed while it wrote. Only while no other copy runs.
   void TidyUp() const;
 
   const std::string& AppFolder() const { return appFolder_; }
