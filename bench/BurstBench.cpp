@@ -20,6 +20,7 @@
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/SystemFiles.h"
 #include "session/frmTerm.h"
 
 // How long a click may have to wait while the modem sends a megabyte of packets in one go: the longest time
@@ -75,7 +76,8 @@ int main(int argc, char** argv) {
   std::filesystem::create_directories(folder);
   Modem modem;
   QtEventLoop loop;
-  SettingsStore settings(folder.string());
+  SystemFiles files;
+  SettingsStore settings(folder.string(), files);
   settings.config.lan.Set(true);
   settings.config.lanaddress.Set("127.0.0.1");
   settings.config.lanport.Set(std::to_string(modem.port()));

@@ -4,11 +4,11 @@
 
 namespace corvex {
 
-/// The window "Phone Book".
+/// The window "Book File Manager", which will copy the modem's phone book to a file and back.
 class frmBook : public Form {
  public:
   explicit frmBook(Form& owner) : Form(owner.loop(), owner.windows(), "frmBook", &owner) {
-    caption = "Phone Book";
+    caption = "Book File Manager";
     rect = Rect{owner.rect.Get().left + 600, owner.rect.Get().top + 600, 6000, 4200};
     queryUnload = [this] { visible = false; };
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -14,7 +15,8 @@ namespace {
 
 constexpr int kDown = 40;
 constexpr std::string_view kDefaultFilter = "*.*";
-constexpr std::string_view kDefaultFolder = "C:\\";
+/// The top of the system's disk; the separator tells which system it is.
+constexpr std::string_view kDefaultFolder = std::filesystem::path::preferred_separator == '\\' ? "C:\\" : "/";
 constexpr std::string_view kDefaultTitle = "Open";
 
 std::int16_t Short(std::size_t number) {

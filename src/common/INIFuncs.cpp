@@ -5,6 +5,7 @@
 
 #include "common/ProfileFile.h"
 #include "common/Text.h"
+#include "common/TextFile.h"
 
 namespace corvex {
 
@@ -66,14 +67,29 @@ std::string SettingsStore::Devices::Get(std::int16_t comPort) const {
 
 std::string SettingsStore::ReadSetting(std::string_view section, std::string_view key,
                                        std::string_view fallback) const {
-  return ReadProfile(InAppFolder(kFileName), section, key, fallback);
+  const auto value = ReadProfile(File(), section, key, fallback);
+  if (!value) failed(Failure::Reading);
+  return value.value_or(std::string(fallback));
 }
 
 void SettingsStore::WriteSetting(std::string_view section, std::string_view key, std::string& value) const {
   const std::string passed = value;
   std::replace_if(
       value.begin(), value.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  WriteProfile(InAppFolder(kFileName), section, key, passed);  // a write that fails is lost in silence
+  if (!WriteProfile(files_, File(), section, key, passed)) failed(Failure::Writing);
+}
+
+std::string SettingsStore::File() const {
+  return InAppFolder(kFileName);
+}
+
+void SettingsStore::TidyUp() const {
+  FinishReplacing(File());
+}
+
+std::string SettingsStore::OwnName(std::string_view name, std::string_view ending) const {
+  const std::string number = copy_ > 1 ? '-' + std::to_string(copy_) : std::string();
+  return std::string(name).append(number).append(ending);
 }
 
 std::string SettingsStore::InAppFolder(std::string_view name) const {

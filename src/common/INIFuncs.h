@@ -4,11 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "forms/Property.h"
+#include "platform/Files.h"
+
 // The settings: all that the program keeps from one run to the next. They stand in one ini file, corvex.ini,
 // in the program's folder. Nothing is created in advance: each read names its default, so that no file at all
 // is a complete configuration. There is no cache either: a value written is seen by the next read anywhere,
-// and so is what the user types into the file. Failures are silent: a read gives the default, a write is
-// lost.
+// and so is what the user types into the file. A read that fails gives the default, and a write that fails is
+// lost; who reads or writes does not see that, but SettingsStore::failed tells it.
 //
 // The table of all keys is class SettingsStore, below the few shapes that its columns are made of.
 
@@ -129,8 +132,10 @@ std::string AppFolderOf(std::string_view applicationPath);
 /// The one table of all keys: shape, section, key, default, meaning.
 class SettingsStore {
  public:
-  /// The folder as an absolute path, in the encoding of the system's narrow file names.
-  explicit SettingsStore(std::string_view appFolder) : appFolder_(AppFolderOf(appFolder)) {}
+  /// The folder as an absolute path, in the encoding of the system's narrow file names. `copy`: which of the
+  /// copies of the program that run in it this one is, from 1.
+  SettingsStore(std::string_view appFolder, Files& files, int copy = 1)
+      : appFolder_(AppFolderOf(appFolder)), files_(files), copy_(copy) {}
 
   // clang-format off
   struct Config {
@@ -232,12 +237,27 @@ class SettingsStore {
   /// value as it was before; that is meant.
   void WriteSetting(std::string_view section, std::string_view key, std::string& value) const;
 
+  enum class Failure { Reading, Writing };
+  /// The file could not be read or written. Comes in the middle of whatever needed the value.
+  Event<Failure> failed;
+
+  /// The settings file.
+  std::string File() const;
+  /// Cleans up after a copy of the program that was killed while it wrote. Only while no other copy runs.
+  void TidyUp() const;
+
   const std::string& AppFolder() const { return appFolder_; }
+  Files& files() const { return files_; }
   /// The path of a file in AppFolder; of the folder itself, with a closing separator, for an empty name.
   std::string InAppFolder(std::string_view name) const;
+  /// The name of a file that each running copy of the program has to itself: "trace.log" of "trace" and
+  /// ".log" in the first, "trace-2.log" in the second.
+  std::string OwnName(std::string_view name, std::string_view ending) const;
 
  private:
   std::string appFolder_;
+  Files& files_;
+  int copy_;
 };
 
 }  // namespace corvex

@@ -103,22 +103,24 @@ std::string WithProfileValue(std::string_view text, std::string_view section, st
   return result;
 }
 
-std::string ReadProfile(const std::string& file, std::string_view section, std::string_view key,
-                        std::string_view fallback) noexcept {
+std::optional<std::string> ReadProfile(const std::string& file, std::string_view section,
+                                       std::string_view key, std::string_view fallback) noexcept {
   try {
-    return ProfileValue(ReadWhole(file, kMaxProfileFile).value_or(""), section, key, fallback);
+    const auto text = ReadWhole(file, kMaxProfileFile);
+    if (!text) return std::nullopt;
+    return ProfileValue(*text, section, key, fallback);
   } catch (const std::exception&) {  // of memory
-    return std::string(fallback);
+    return std::nullopt;
   }
 }
 
-bool WriteProfile(const std::string& file, std::string_view section, std::string_view key,
+bool WriteProfile(Files& files, const std::string& file, std::string_view section, std::string_view key,
                   std::string_view value) noexcept {
   try {
     const auto text = ReadWhole(file, kMaxProfileFile);
     if (!text) return false;
     const std::string changed = WithProfileValue(*text, section, key, value);
-    return changed.size() <= kMaxProfileFile && ReplaceFile(file, changed, FileAccess::OwnerOnly);
+    return changed.size() <= kMaxProfileFile && ReplaceFile(files, file, changed, NewFile::OwnerOnly);
   } catch (const std::exception&) {  // of memory
     return false;
   }

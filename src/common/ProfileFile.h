@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "platform/Files.h"
 
 // Settings files in the ini format, read and written as the Windows profile calls do, on any system.
 //
@@ -38,15 +41,15 @@ std::string ProfileValue(std::string_view text, std::string_view section, std::s
 std::string WithProfileValue(std::string_view text, std::string_view section, std::string_view key,
                              std::string_view value);
 
-/// ProfileValue of a file. A file that is absent or cannot be read gives `fallback`.
-std::string ReadProfile(const std::string& file, std::string_view section, std::string_view key,
-                        std::string_view fallback) noexcept;
+/// ProfileValue of a file. A file that is absent gives `fallback`, one that cannot be read nothing.
+std::optional<std::string> ReadProfile(const std::string& file, std::string_view section,
+                                       std::string_view key, std::string_view fallback) noexcept;
 
-/// WithProfileValue of a file, which is made if it is absent; its folder is not. The file is replaced in one
-/// step by one that only its owner may read or write, so that a failure at any point leaves it as it was. A
-/// link is followed. False if nothing was written: the file cannot be read, its owner may not write it, or
-/// the folder takes no new file.
-bool WriteProfile(const std::string& file, std::string_view section, std::string_view key,
+/// WithProfileValue of a file by ReplaceFile, so that a failure at any point leaves it as it was, and its
+/// rights are kept. If it is absent it is made, readable for its owner alone; its folder is not made. False
+/// if nothing was written: the file cannot be read, its owner may not write it, or the folder takes no new
+/// file.
+bool WriteProfile(Files& files, const std::string& file, std::string_view section, std::string_view key,
                   std::string_view value) noexcept;
 
 }  // namespace corvex

@@ -11,8 +11,8 @@ namespace corvex {
 /// the file cannot be opened nothing is written until the next start.
 class TraceLog {
  public:
-  /// Keeps a copy of what the file holds at another path, and empties it. A copy that fails leaves what was
-  /// there.
+  /// Keeps a copy of what the file holds at another path, and empties it. If the copy fails, the copy of
+  /// before stays, and what the file holds stays too: the log goes on at its end.
   void Start(const std::string& file, const std::string& copy);
   void Stop() { out_.close(); }
   /// Writes a text and ends the line.

@@ -51,7 +51,7 @@ void TraceWindow::SetLogging(bool on) {
   ShowLogging(on);
   if (on) {
     // No separator: the copy lies beside the folder, its name behind the folder's; that is meant.
-    log_.Start(path_, settings_.AppFolder() + "prev.log");
+    log_.Start(path_, settings_.AppFolder() + settings_.OwnName("prev", ".log"));
   } else {
     log_.Stop();
   }

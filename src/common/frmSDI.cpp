@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
-#include "common/ScopedFlag.h"
 #include "common/SettingFonts.h"
 #include "common/Text.h"
 #include "common/frmFind.h"
@@ -16,22 +16,31 @@ namespace {
 constexpr std::string_view kNotConfigured = "Printer not configured";
 constexpr std::string_view kFull = "\r\n*** The view is full. Save it, and reset it to see more. ***\r\n";
 
+struct BrokenText {
+  std::string shown;
+  std::vector<std::size_t> breaks;  ///< Places of the line ends that are not of the text.
+};
+
 /// A text with a line end wherever a line would become longer than a page can be laid out in passing: with
 /// one of a megabyte each further character would take a third of a second. `before`: what it comes behind.
-std::string Broken(std::string_view before, std::string_view text) {
+BrokenText Broken(std::string_view before, std::string_view text) {
   constexpr std::size_t kLongestLine = 4096;
   before.remove_prefix(before.size() - std::min(before.size(), kLongestLine));
   std::size_t length = before.size() - (before.rfind('\n') + 1);  // npos + 1 is 0
-  if (length + text.size() <= kLongestLine) return std::string(text);
-  std::string broken;
+  BrokenText broken;
+  if (length + text.size() <= kLongestLine) {
+    broken.shown = text;
+    return broken;
+  }
   for (const char c : text) {
     if (c == '\r' || c == '\n') {
       length = c == '\n' ? 0 : length;
     } else if (length++ == kLongestLine) {
-      broken += kCrLf;
+      broken.breaks.push_back(broken.shown.size());
+      broken.shown += kCrLf;
       length = 1;
     }
-    broken += c;
+    broken.shown += c;
   }
   return broken;
 }
@@ -54,16 +63,18 @@ frmSDI::frmSDI(Form& owner, const Platform& platform, SettingsStore& settings)
     : Form(platform.loop, platform.windows, "frmSDI", &owner),
       platform_(platform),
       settings_(settings),
-      autoSave_(settings.AppFolder() + "/temp.txt") {  // with this separator on every system
+      // With this separator on every system.
+      autoSave_(settings.files(), settings.AppFolder() + '/' + settings.OwnName("temp", ".txt")) {
   caption = "Printout Viewer";
   txtNote.multiLine = true;
   ConnectEvents();
 }
 
 void frmSDI::ConnectEvents() {
-  txtNote.change = [this] {
-    noteDirty_ = true;
-    autoSave_.ChangedAnywhere();
+  txtNote.change = [this] { noteDirty_ = true; };
+  txtNote.edited = [this](std::size_t place, std::size_t removed, std::size_t inserted) {
+    autoSave_.ChangedAt(breaks_.InText(place));
+    breaks_.Edited(place, removed, inserted);
   };
   resize = [this] { LayOut(); };
   queryUnload = [this] { ClosePrintForm(); };
@@ -135,9 +146,16 @@ void frmSDI::Unload() {
 
 void frmSDI::NewPrintJob() {
   Load();
+  Present(false);  // what the user types is for the modem
+  // Not under the user's hands, who may be saving just this text, nor in the middle of a log, to which the
+  // job belongs: the jobs add up once.
+  if (!settings_.printer.fileuse.IsAppend() && !asking_ && !logging_) Clear();
+}
+
+void frmSDI::Present(bool withFocus) {
+  takesFocus = withFocus;
+  if (windowState == WindowState::Minimized) windowState = WindowState::Normal;
   visible = true;
-  // Not under the user's hands, who may be saving just this text: the jobs add up once.
-  if (!settings_.printer.fileuse.IsAppend() && !asking_) Clear();
 }
 
 void frmSDI::PrintLine(std::string_view text) {
@@ -154,7 +172,10 @@ void frmSDI::PrintLine(std::string_view text) {
     return;
   }
   const Busy busy(*this);
-  if (autoSave_.Save(txtNote.Text())) noteDirty_ = false;
+  const auto from = [this](std::size_t place) {
+    return breaks_.Text(txtNote.Text(), breaks_.BeforeBreak(place));
+  };
+  if (autoSave_.Save(from)) noteDirty_ = false;
   autoSaveCount_ = 0;
 }
 
@@ -163,7 +184,7 @@ bool frmSDI::ClosePrintForm() {
   if (!loaded_) return true;
   if (noteDirty_) {
     const ScopedFlag asking(asking_);
-    visible = true;  // of what only the program has written: the user sees what he is asked about
+    Present(true);  // of what only the program has written: the user sees what the question is about
     const Answer answer =
         platform_.dialogs.Ask({.text = "The text has been changed.\r\nDo you want to save the changes?",
                                .title = caption,
@@ -187,28 +208,31 @@ bool frmSDI::SaveLogToFile(const std::string& name) {
 }
 
 void frmSDI::Insert(std::size_t position, std::string_view text) {
-  position = std::min(position, txtNote.Text().size());
-  autoSave_.ChangedAt(position);
-  txtNote.Edit(position, 0, Broken(std::string_view(txtNote.Text()).substr(0, position), text));
-  noteDirty_ = true;
+  Put(std::min(position, txtNote.Text().size()), text,
+      [this](std::size_t at, std::string_view shown) { txtNote.Edit(at, 0, shown); });
 }
 
 void frmSDI::Replace(std::string_view text) {
-  const std::size_t start = std::min(txtNote.selection.Get().start, txtNote.Text().size());
-  autoSave_.ChangedAt(start);
-  txtNote.ReplaceSelection(Broken(std::string_view(txtNote.Text()).substr(0, start), text));
+  Put(std::min(txtNote.selection.Get().start, txtNote.Text().size()), text,
+      [this](std::size_t, std::string_view shown) { txtNote.ReplaceSelection(shown); });
+}
+
+void frmSDI::Put(std::size_t at, std::string_view text,
+                 const std::function<void(std::size_t, std::string_view)>& edit) {
+  const BrokenText broken = Broken(std::string_view(txtNote.Text()).substr(0, at), text);
+  edit(at, broken.shown);
+  for (const std::size_t place : broken.breaks) breaks_.Add(at + place);
   noteDirty_ = true;
 }
 
 void frmSDI::Clear() {
   txtNote.SetText({});
-  autoSave_.ChangedAnywhere();
   noteDirty_ = false;
 }
 
 bool frmSDI::SaveNote(const std::string& path) {
   const Busy busy(*this);
-  const bool saved = WriteNote(path, txtNote.Text());
+  const bool saved = WriteNote(settings_.files(), path, breaks_.Text(txtNote.Text()));
   if (saved) noteDirty_ = false;
   return saved;
 }
@@ -254,16 +278,21 @@ void frmSDI::Print() {
 void frmSDI::PrintNote(PrintJob& job) {
   if (platform_.printers.Count() == 0) {  // gone while the user was choosing
     platform_.dialogs.MessageBox(kNotConfigured);
-  } else if (job.Print(txtNote.Text(), txtNote.font)) {
+  } else if (job.Print(breaks_.Text(txtNote.Text()), txtNote.font)) {
     noteDirty_ = false;
   } else {
     platform_.dialogs.MessageBox(kPrintFailed);
   }
 }
 
+std::string frmSDI::SelectedText() const {
+  const auto [start, length] = txtNote.selection.Get();
+  return breaks_.Text(txtNote.Text(), start, start + length);
+}
+
 void frmSDI::Copy() {
-  const std::string_view selected = txtNote.SelText();
-  if (!selected.empty()) platform_.shell.SetClipboardText(std::string(selected));
+  const std::string selected = SelectedText();
+  if (!selected.empty()) platform_.shell.SetClipboardText(selected);
 }
 
 void frmSDI::Cut() {
@@ -293,10 +322,9 @@ void frmSDI::ShowFind() {
   if (asking_) return;
   const ScopedFlag asking(asking_);
   constexpr std::size_t kMostSearched = 255;  // who has marked more does not mean to look for all of it
-  const std::string_view selected = txtNote.SelText().substr(0, kMostSearched);
+  const std::string selected = SelectedText().substr(0, kMostSearched);
   find_.findChanged = true;
-  frmFind form(*this, find_, std::string(selected.empty() ? find_.findText : selected),
-               [this] { FindNext(); });
+  frmFind form(*this, find_, selected.empty() ? find_.findText : selected, [this] { FindNext(); });
   form.ShowModal();
 }
 
@@ -310,14 +338,17 @@ void frmSDI::FindAgain() {
 }
 
 void frmSDI::FindNext() {
-  const auto found = FindPlace(txtNote.Text(), txtNote.selection.Get().start, find_);
+  const auto selStart = [this] { return breaks_.InText(txtNote.selection.Get().start); };
+  const auto found = FindPlace(breaks_.Text(txtNote.Text()), selStart(), find_);
   if (found) {
-    txtNote.selection = TextBox::Selection{*found, find_.findText.size()};
+    const std::size_t start = breaks_.AfterBreak(*found);
+    const std::size_t end = breaks_.BeforeBreak(*found + find_.findText.size());
+    txtNote.selection = TextBox::Selection{start, end - start};
     txtNote.Changed(Change::Selection);  // also if it is marked already: the user may have scrolled away
   } else {
     platform_.dialogs.MessageBox("Cannot find \"" + find_.findText + '"');
   }
-  find_.findLastPos = txtNote.selection.Get().start;
+  find_.findLastPos = selStart();
   find_.findChanged = false;
 }
 

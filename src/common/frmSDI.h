@@ -1,10 +1,13 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "common/INIFuncs.h"
+#include "common/ScopedFlag.h"
+#include "common/SoftBreaks.h"
 #include "common/modSdi.h"
 #include "forms/Controls.h"
 #include "platform/Platform.h"
@@ -22,8 +25,14 @@ class frmSDI : public Form {
   frmSDI(Form& owner, const Platform& platform, SettingsStore& settings);
   ~frmSDI() override { Withdraw(); }
 
-  /// Shows the window, and clears it if jobs are not to add up, unless the user is answering a question of
-  /// it.
+  /// While one lives a log is being written here: jobs are a part of it, and clear nothing of it.
+  class LogInProgress : ScopedFlag {
+   public:
+    explicit LogInProgress(frmSDI& view) : ScopedFlag(view.logging_) {}
+  };
+
+  /// Shows the window, minimised or not, and leaves the keyboard where it is. Clears it if jobs are not to
+  /// add up, unless the user is answering a question of it or a log is in progress.
   void NewPrintJob();
   /// Puts a text at the caret, behind what the user has marked. A line end is the caller's affair. Loads the
   /// window, but does not show it.
@@ -100,8 +109,11 @@ class frmSDI : public Form {
   void Load();
   void Unload();
 
+  void Present(bool withFocus);
   void Insert(std::size_t position, std::string_view text);
   void Replace(std::string_view text);
+  void Put(std::size_t at, std::string_view text,
+           const std::function<void(std::size_t, std::string_view)>& edit);
   void Clear();
   bool SaveNote(const std::string& path);
   std::string AskSaveName(const std::string& proposed);
@@ -110,6 +122,7 @@ class frmSDI : public Form {
   void AskToClear();
   void Print();
   void PrintNote(PrintJob& job);
+  std::string SelectedText() const;
   void Copy();
   void Cut();
   void Paste();
@@ -120,11 +133,13 @@ class frmSDI : public Form {
 
   const Platform platform_;
   SettingsStore& settings_;
+  SoftBreaks breaks_;
   AutoSave autoSave_;
   int autoSaveCount_ = 0;  ///< Calls of PrintLine since the last automatic save.
   FindState find_;
   bool loaded_ = false;
   bool noteDirty_ = false;
+  bool logging_ = false;
   bool asking_ = false;  ///< A box of this window is open. The user cannot reach it then, but others can.
 };
 

@@ -21,7 +21,7 @@ void frmTraceInstance::Open() {
 }
 
 void frmTraceInstance::NameInstance(std::string_view text) {
-  path_ = settings_.InAppFolder("trace" + std::string(text) + ".log");
+  path_ = settings_.InAppFolder(settings_.OwnName("trace" + std::string(text), ".log"));
   instance_ = WholePrefix(text);
   lblText.toolTip = "Channel " + std::to_string(instance_);
 }

@@ -16,7 +16,7 @@ constexpr auto kQuitPause = std::chrono::milliseconds(100);
 frmTracer::frmTracer(const Platform& platform, SettingsStore& settings)
     : TraceWindow(platform, settings, "frmTracer", {"Logging On", "Quit", "Show Log", "Flush"}) {
   caption = "TRACE.LOG";
-  path_ = settings.InAppFolder("trace.log");
+  path_ = settings.InAppFolder(settings.OwnName("trace", ".log"));
   cmdTrace[1].click = [this] { Quit(); };
   cmdTrace[3].click = [this, &sound = platform.sound] {
     send(kHold);

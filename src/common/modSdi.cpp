@@ -36,27 +36,30 @@ std::optional<std::size_t> FindPlace(std::string_view text, std::size_t selStart
   return FindAsIs(UpperCase(text), UpperCase(state.findText), start, state.findDirection);
 }
 
-bool WriteNote(const std::string& path, std::string_view text) noexcept {
+bool WriteNote(Files& files, const std::string& path, std::string_view text) noexcept {
   try {
     std::string file;
     file.reserve(kHeader.size() + text.size() + kCrLf.size());
     file.append(kHeader).append(text).append(kCrLf);
-    return !path.empty() && ReplaceFile(path, file);
+    return !path.empty() && ReplaceFile(files, path, file);
   } catch (const std::exception&) {  // of memory
     return false;
   }
 }
 
-bool AutoSave::Save(std::string_view text) noexcept {
+bool AutoSave::Save(const std::function<std::string(std::size_t place)>& from) noexcept {
   try {
-    const bool extends = written_ != kNothing && written_ <= text.size() && StillOurs();
-    const bool saved = extends ? Extend(text.substr(written_)) : WriteNote(path_, text);
+    const bool extends = written_ != kNothing && StillOurs();
+    const std::size_t before = extends ? written_ : 0;
+    const std::string added = from(before);
+    const bool saved = extends ? Extend(added) : WriteNote(files_, path_, added);
     written_ = kNothing;
     if (!saved) return false;
     size_ = fs::file_size(path_);
     time_ = fs::last_write_time(path_);
     // Written in part only, or by somebody else as well: the next time all of it.
-    if (size_ == kHeader.size() + text.size() + kCrLf.size()) written_ = text.size();
+    const std::size_t all = before + added.size();
+    if (size_ == kHeader.size() + all + kCrLf.size()) written_ = all;
     return true;
   } catch (const std::exception&) {
     return false;

@@ -2,8 +2,10 @@
 #include <QFile>
 #include <csignal>
 #include <cstdlib>
+#include <string>
 
 #include "common/INIFuncs.h"
+#include "common/SettingsAlarm.h"
 #include "desktop/Icons.h"
 #include "desktop/Places.h"
 #include "desktop/QtDialogs.h"
@@ -16,6 +18,7 @@
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/SystemFiles.h"
 #include "desktop/Theme.h"
 #include "link/modCommSupport.h"
 #include "session/frmTerm.h"
@@ -30,7 +33,11 @@ int Run(QApplication& application) {
   QApplication::setWindowIcon(PictureIcon("logo"));
 
   QtEventLoop loop;
-  SettingsStore settings(FindAppFolder());
+  const std::string folder = FindAppFolder();
+  SystemFiles files;
+  const CopyPlace copy(folder);
+  SettingsStore settings(folder, files, copy.number());
+  if (copy.alone()) settings.TidyUp();
   QtWindowSystem windows(loop);
   QtSerialControl comPort(loop, [&settings](int number) { return ComDeviceName(settings, number); });
   QtSerialPorts serialPorts;
@@ -54,6 +61,7 @@ int Run(QApplication& application) {
                         .longDate = LongDate,
                         .dspMsg = [&dspLibrary](const std::int16_t* n) { dspLibrary.DspMsg(n); }},
                settings);
+  const SettingsAlarm alarm(settings, loop, dialogs);
   loop.Enter([&term] { term.Load(); });
   return loop.Exec();
 }

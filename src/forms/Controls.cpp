@@ -29,6 +29,7 @@ void TextBox::AdoptEdit(std::size_t position, std::size_t removed, std::string_v
   const std::size_t end = start + length;
   const std::size_t newEnd = length > 0 && end == position + removed ? position : moved(end);
   selection.Adopt({newStart, newEnd - std::min(newStart, newEnd)});
+  edited(position, removed, inserted.size());
 }
 
 void TextBox::ReplaceSelection(std::string_view text) {
@@ -39,7 +40,9 @@ void TextBox::ReplaceSelection(std::string_view text) {
 }
 
 void TextBox::AdoptText(std::string text) {
+  const std::size_t removed = text_.size();
   text_ = std::move(text);
+  edited(0, removed, text_.size());
 }
 
 UpDown::UpDown(Container& parent, const Design& design, TextBox& buddy, int min, int max)

@@ -113,6 +113,9 @@ class TextBox : public Control {
   Property<Color> backColor{*this, Change::BackColor, kWindowColor};
   Property<Color> foreColor{*this, Change::ForeColor, kWindowTextColor};
   Event<> change;
+  /// For who keeps places in the text: so many bytes at a place have given way to so many others, whoever
+  /// did it.
+  Event<std::size_t, std::size_t, std::size_t> edited;
 
  private:
   std::string text_;

@@ -10,6 +10,8 @@ namespace corvex {
 
 namespace {
 
+constexpr std::string_view kOpen = "open ";
+
 /// "20060331-120000" of seconds since 1970 in local time.
 std::string Stamp(std::int64_t localSeconds) {
   using namespace std::chrono;
@@ -23,12 +25,6 @@ std::string Stamp(std::int64_t localSeconds) {
                 static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
                 static_cast<int>(clock.seconds().count()));
   return text;
-}
-
-bool IsRecording(const std::filesystem::path& file) {
-  // Not as a narrow text: a file of the user's may have a name that the system cannot give as one.
-  const std::u8string name = file.filename().u8string();
-  return name.starts_with(u8"wire-") && name.ends_with(u8".log");
 }
 
 }  // namespace
@@ -72,12 +68,13 @@ std::string QuoteBytes(std::string_view bytes) {
 
 void WireLog::Opened(std::string_view where) {
   if (!settings_.logging.wirelog.Get()) {
-    file_.close();
+    End();
     return;
   }
   if (!file_.is_open() && !Begin()) return;
   linkOpen_ = true;
-  Line('=', "open " + std::string(where));
+  where_ = where;
+  Line('=', std::string(kOpen) + where_);
 }
 
 void WireLog::Closed() {
@@ -130,25 +127,50 @@ void WireLog::WriteHeld(std::size_t count) {
 }
 
 bool WireLog::Begin() {
-  RemoveOld(settings_.AppFolder());
-  const std::string name = "wire-" + Stamp(loop_.LocalSeconds()) + ".log";
-  file_.open(settings_.InAppFolder(name), std::ios::binary | std::ios::app);
+  path_ = settings_.InAppFolder(settings_.OwnName("wire-" + Stamp(loop_.LocalSeconds()), ".log"));
+  file_.clear();
+  file_.rdbuf()->pubsetbuf(nullptr, 0);  // what fails is not kept to be written later
+  file_.open(path_, std::ios::binary | std::ios::app);
   if (!file_) return false;
   began_ = loop_.Now();
-  written_ = 0;
-  file_ << "# corvex wire log 1\n" << std::flush;
+  std::error_code failed;
+  const std::uintmax_t size = std::filesystem::file_size(path_, failed);  // of one that began in this second
+  written_ = failed ? 0 : size;
+  lost_ = 0;
   return true;
 }
 
-void WireLog::RemoveOld(const std::filesystem::path& folder) {
+void WireLog::End() {
+  if (!file_.is_open()) return;
+  file_.close();
+  std::error_code ignored;
+  if (written_ == 0) std::filesystem::remove(path_, ignored);
+}
+
+/// Whether it is a recording of this copy of the program. Those of another one may still be going on.
+bool WireLog::IsOwn(const std::filesystem::path& file) const {
+  constexpr std::string_view kStamped = "wire-00000000-000000";
+  const std::string shape = settings_.OwnName(kStamped, ".log");
+  // Not as a narrow text: a file of the user's may have a name that the system cannot give as one.
+  const std::u8string name = file.filename().u8string();
+  if (name.size() != shape.size()) return false;
+  for (std::size_t i = 0; i < shape.size(); ++i) {
+    const bool anyDigit = i < kStamped.size() && shape[i] == '0';
+    if (anyDigit ? name[i] < u8'0' || name[i] > u8'9' : name[i] != static_cast<char8_t>(shape[i]))
+      return false;
+  }
+  return true;
+}
+
+void WireLog::RemoveOld() {
   std::error_code failed;
   std::vector<std::filesystem::path> recordings;
-  for (std::filesystem::directory_iterator it(folder, failed), end; !failed && it != end;
+  for (std::filesystem::directory_iterator it(settings_.AppFolder(), failed), end; !failed && it != end;
        it.increment(failed)) {
-    if (IsRecording(it->path())) recordings.push_back(it->path());
+    if (IsOwn(it->path())) recordings.push_back(it->path());
   }
   std::sort(recordings.begin(), recordings.end());  // the names begin with the time
-  for (std::size_t i = 0; i + kKept <= recordings.size(); ++i) std::filesystem::remove(recordings[i], failed);
+  for (std::size_t i = 0; i + kKept < recordings.size(); ++i) std::filesystem::remove(recordings[i], failed);
 }
 
 void WireLog::Line(char kind, std::string_view text) {
@@ -156,15 +178,37 @@ void WireLog::Line(char kind, std::string_view text) {
   const double seconds = std::chrono::duration<double>(loop_.Now() - began_).count();
   char time[32];
   std::snprintf(time, sizeof time, " %.3f ", seconds);
-  // Flushed line by line: the recording of a session that ended badly is the one that is wanted.
-  file_ << kind << time << text << '\n' << std::flush;
-  written_ += static_cast<std::int64_t>(text.size());
-  if (written_ > kMaxBytes) {
-    file_ << "# the recording ends here: it has reached its greatest length\n";
-    file_.close();
-  } else if (!file_) {
-    file_.close();
+  const bool first = written_ == 0;
+  std::string lines = first ? "# corvex wire log 1\n" : "";
+  // Who plays it back begins where the link is opened.
+  if (first && !text.starts_with(kOpen))
+    lines.append("=").append(time).append(kOpen).append(where_).append("\n");
+  if (lost_ > 0) lines += "# lines that could not be written: " + std::to_string(lost_) + '\n';
+  lines.append(1, kind).append(time).append(text).append(1, '\n');
+  // Written at once: the recording of a session that ended badly is the one that is wanted.
+  if (!Write(lines)) {
+    ++lost_;
+    return;
   }
+  lost_ = 0;
+  if (first) RemoveOld();
+  if (written_ > kMaxBytes) {
+    Write("# the recording ends here: it has reached its greatest length\n");
+    End();
+  }
+}
+
+/// All of it or nothing: half a line would spoil those behind it.
+bool WireLog::Write(const std::string& lines) {
+  file_.clear();
+  file_ << lines << std::flush;
+  if (file_) {
+    written_ += lines.size();
+    return true;
+  }
+  std::error_code ignored;
+  std::filesystem::resize_file(path_, written_, ignored);
+  return false;
 }
 
 }  // namespace corvex

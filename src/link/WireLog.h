@@ -22,14 +22,19 @@ namespace corvex {
 ///
 /// ">" is from the PC to the modem, "<" from the modem, the number the seconds since the recording began. A
 /// recording begins when the link is first opened and goes on over reconnects until the program ends; the
-/// last ten are kept. A login password never gets into it, neither sent nor echoed. A file that cannot be
-/// written ends the recording in silence.
+/// last ten of each copy of the program are kept, and an old one goes only when the new one stands on the
+/// disk. A login password never gets into it, neither sent nor echoed. A line that a full disk refuses is
+/// lost in silence; the recording goes on with a note when there is room again.
 class WireLog {
  public:
   static constexpr int kKept = 10;
-  static constexpr std::int64_t kMaxBytes = 64 << 20;  ///< A recording ends with a note when it gets longer.
+  static constexpr std::uintmax_t kMaxBytes = 64
+                                              << 20;  ///< A recording ends with a note when it gets longer.
 
   WireLog(const EventLoop& loop, const SettingsStore& settings) : loop_(loop), settings_(settings) {}
+  WireLog(const WireLog&) = delete;
+  WireLog& operator=(const WireLog&) = delete;
+  ~WireLog() { End(); }
 
   /// The link was opened; `where` tells the transport and the address.
   void Opened(std::string_view where);
@@ -45,17 +50,23 @@ class WireLog {
 
  private:
   bool Begin();
-  void RemoveOld(const std::filesystem::path& folder);
+  void End();
+  bool IsOwn(const std::filesystem::path& file) const;
+  void RemoveOld();
   void Line(char kind, std::string_view text);
+  bool Write(const std::string& lines);
   void BlotOutSecret();
   void WriteHeld(std::size_t count);
 
   const EventLoop& loop_;
   const SettingsStore& settings_;
+  std::string path_;
   std::ofstream file_;
   EventLoop::Time began_{0};
-  std::int64_t written_ = 0;
+  std::uintmax_t written_ = 0;  ///< Bytes in the file, in whole lines.
+  std::uint64_t lost_ = 0;      ///< Lines since the last one that was written.
   bool linkOpen_ = false;
+  std::string where_;
   std::string secret_;
   std::string held_;  ///< Received and not written yet: no longer than the secret.
 };

@@ -225,6 +225,7 @@ void TestLog::TakeLog() {
   {
     const ScopedFlag taking(taking_);
     const ScopedFlag logTaken(p_.main.logTaken);
+    const frmSDI::LogInProgress log(p_.page);
     try {
       GenerateTestLog();
     } catch (const WaitAbandoned&) {  // the session is being left: the file gets what has been gathered

@@ -273,7 +273,7 @@ void frmTerm::Load() {
   link_.CloseLink();
   // The first connect is for the active window only, and the system decides in its own time which that is.
   const auto limit = loop().Now() + kActivationTime;
-  while (!Active() && loop().Now() < limit) loop().Pump(limit);
+  for (EventLoop::Wait wait(loop()); !Active() && loop().Now() < limit;) wait.Pump(limit);
   tmrStart.enabled = !Chosen();
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <limits>
 
+#include "support/FakeFiles.h"
 #include "support/TempFolder.h"
 
 namespace corvex {
@@ -20,7 +21,8 @@ class StoredSettings : public testing::Test {
     return folder.Name() + separator + name;
   }
   TempFolder folder;
-  SettingsStore settings{folder.Name()};
+  test::FakeFiles files;
+  SettingsStore settings{folder.Name(), files};
 };
 
 TEST_F(StoredSettings, WithoutAFileEveryReadGivesItsDefaultAndMakesNothing) {
@@ -54,7 +56,7 @@ TEST_F(StoredSettings, TextsAreTakenInTheirShapes) {
 TEST_F(StoredSettings, ReadingThePrinterFileSettlesItOnce) {
   EXPECT_EQ(settings.printer.path.Get(), InFolder("printer.txt"));
   EXPECT_EQ(File(), "[printer]\r\npath=" + InFolder("printer.txt") + "\r\n");
-  EXPECT_EQ(SettingsStore(folder.Name() + "/").printer.path.Get(), InFolder("printer.txt"));
+  EXPECT_EQ(SettingsStore(folder.Name() + "/", files).printer.path.Get(), InFolder("printer.txt"));
 }
 
 TEST_F(StoredSettings, LineEndsInAValueAreCleanedForTheCallerAndNotForTheFile) {
@@ -69,7 +71,7 @@ TEST_F(StoredSettings, LineEndsInAValueAreCleanedForTheCallerAndNotForTheFile) {
 
 TEST_F(StoredSettings, AnotherProgramsWriteIsSeenByTheNextRead) {
   settings.port.com.Set("3");
-  SettingsStore(folder.Name()).port.com.Set("4");
+  SettingsStore(folder.Name(), files).port.com.Set("4");
   EXPECT_EQ(settings.port.com.GetOrUnsaved(), "4");
   folder.Write("corvex.ini", "[port]\ncom=5\n");
   EXPECT_EQ(settings.port.com.Get(), "5");

@@ -88,7 +88,7 @@ const std::map<std::string, Function> kFunctions{
     {"trim", {1, [](const Words& w) { return Words{std::string(TrimBlanks(w[0]))}; }}},
     {"model",
      {1, [](const Words& w) { return Words{TerminalModelTitle(TerminalModelFromText(w[0]), "Quil")}; }}},
-    {"app-folder", {1, [](const Words& w) { return Words{SettingsStore(w[0]).AppFolder()}; }}},
+    {"app-folder", {1, [](const Words& w) { return Words{AppFolderOf(w[0])}; }}},
     {"profile-read", {1, [](const Words& w) { return Words{ProfileValue(w[0], "port", "com", "none")}; }}},
     {"profile-write", {1, [](const Words& w) { return Words{Written(w)}; }}},
     {"hex-bytes", {1, [](const Words& w) { return Words{BytesFromNumbers(w[0], true)}; }}},

@@ -3,6 +3,8 @@
 #include <filesystem>
 
 #include "common/TraceLog.h"
+#include "common/frmTraceInstance.h"
+#include "common/frmTracer.h"
 #include "support/Program.h"
 
 namespace corvex {
@@ -27,7 +29,9 @@ TEST_F(TraceLogTest, KeepsWhatItEmptiesUnlessThatFails) {
   fs::remove(copy);
   fs::create_directory(copy);
   log.Start(file, copy);
+  log.WriteLine("three");
   log.Stop();
+  EXPECT_EQ(folder.Read("trace.log"), "two\r\nthree\r\n") << "the only copy of it";
   EXPECT_EQ(folder.Count(), 2) << "nothing lies about";
   fs::remove(file);
   log.Start((folder.Path() / "no folder" / "trace.log").string(), copy);
@@ -40,6 +44,22 @@ TEST_F(TraceLogTest, GoesOnWhenADiskIsFull) {
   fs::create_symlink("/dev/full", file);
   log.Start(file, copy);
   for (int i = 0; i < 10; ++i) log.WriteLine("lost");
+}
+
+TEST(TraceLogs, OfASecondCopyOfTheProgramHaveNamesOfTheirOwn) {
+  test::FakePlatform p;
+  p.folder.Write("trace.log", "of the first");
+  SettingsStore second(p.folder.Name(), p.files, 2);
+  frmTracer master(p.platform, second);
+  frmTraceInstance channel(p.platform, second);
+  channel.NameInstance(" 3");
+  for (TraceWindow* window : {static_cast<TraceWindow*>(&master), static_cast<TraceWindow*>(&channel)})
+    window->cmdTrace[0].click();
+  master.TraceText("a");
+  channel.TraceText("b");
+  EXPECT_EQ(p.folder.Read("trace-2.log"), "a\r\n");
+  EXPECT_EQ(p.folder.Read("trace 3-2.log"), "b\r\n\r\n");
+  EXPECT_EQ(p.folder.Read("trace.log"), "of the first");
 }
 
 using TraceTest = test::SessionTest;

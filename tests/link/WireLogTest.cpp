@@ -5,6 +5,13 @@
 #include <algorithm>
 
 #include "support/Program.h"
+#include "unit/WireLog.h"
+
+#ifdef __unix__
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
 
 namespace corvex {
 namespace {
@@ -47,6 +54,79 @@ TEST(WireLog, KeepsTheLastTen) {
   EXPECT_EQ(files.front().filename(), "wire-20060113-120000.log");
   EXPECT_TRUE(files.back().filename().string().starts_with("wire-20060331"));
 }
+
+TEST(WireLog, LeavesTheRecordingsOfOthersAlone) {
+  Program p;
+  p.settings.logging.wirelog.Set(true);
+  const std::string own = "wire-20060101-120000.log";
+  for (const char* name :
+       {"wire-20060102-120000-2.log", "wire-fault on monday.log", "wire-2006010-120000x.log"})
+    p.folder.Write(name, "old");
+  p.folder.Write(own, "old");
+  for (int i = 10; i < 20; ++i) p.folder.Write("wire-200602" + std::to_string(i) + "-120000.log", "old");
+  p.Start(1);
+  EXPECT_EQ(Recordings(p).size(), 13u);
+  EXPECT_FALSE(std::filesystem::exists(p.folder.Path() / own));
+
+  // A second copy of the program has its own.
+  test::FakePlatform second;
+  SettingsStore settings(p.folder.Name(), second.files, 2);
+  WireLog log(second.loop, settings);
+  log.Opened("lan");
+  EXPECT_EQ(p.folder.Read("wire-20060331-100000-2.log"), "# corvex wire log 1\n= 0.000 open lan\n");
+  EXPECT_EQ(Recordings(p).size(), 14u);
+}
+
+#ifdef __unix__
+TEST(WireLog, AFullDiskCostsNoKeptRecordingAndTheNewOneGoesOnAfterwards) {
+  Program p;
+  p.settings.logging.wirelog.Set(true);
+  for (int i = 10; i < 20; ++i) p.folder.Write("wire-200601" + std::to_string(i) + "-120000.log", "old");
+  Responder modem(p.comPort, test::HeronModem());
+  rlimit normal{};
+  getrlimit(RLIMIT_FSIZE, &normal);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);  // a write then fails, as on a full disk
+  const auto setRoom = [&](rlim_t bytes) {
+    const rlimit room{std::min(bytes, normal.rlim_max), normal.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &room);
+  };
+  const auto reconnect = [&] {
+    p.comPort.Vanish();
+    p.comPort.available = true;
+    p.loop.Run(20);
+  };
+  setRoom(10);
+  p.Start(3);
+  for (int i = 0; i < 3; ++i) {
+    reconnect();
+    p.loop.Run(2);
+  }
+  const auto atFull = Recordings(p);
+  setRoom(normal.rlim_cur);
+  p.comPort.Arrive("one");
+  p.loop.Run(1);
+  const std::string name = "wire-20060331-100000.log";
+  const std::string first = p.folder.Read(name);
+  setRoom(first.size() + 30);  // half a line has room
+  reconnect();
+  const std::string torn = p.folder.Read(name);
+  setRoom(normal.rlim_cur);
+  std::signal(SIGXFSZ, handler);
+  p.comPort.Arrive("two");
+  p.loop.Run(1);
+
+  EXPECT_EQ(atFull.size(), 11u);
+  EXPECT_EQ(atFull.front().filename(), "wire-20060110-120000.log");
+  EXPECT_EQ(Recordings(p).size(), 10u);
+  EXPECT_EQ(first.substr(first.size() - 6), "\"one\"\n") << first;
+  EXPECT_TRUE(torn.starts_with(first) && torn.ends_with('\n')) << torn;
+  const auto events = simulation::ParseWireLog(p.folder.Read(name));
+  const auto* recorded = std::get_if<std::vector<simulation::WireEvent>>(&events);
+  ASSERT_NE(recorded, nullptr) << p.folder.Read(name);
+  EXPECT_EQ(recorded->front().kind, simulation::WireEvent::Kind::Open);
+  EXPECT_EQ(recorded->back().bytes, "two");
+}
+#endif
 
 TEST(WireLog, NeverHoldsThePasswordHoweverItsEchoIsCut) {
   Program p;

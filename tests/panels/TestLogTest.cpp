@@ -95,6 +95,17 @@ TEST(TestLogTest, WalksTheUnitsMenusAndSavesWhatItFinds) {
   EXPECT_NE(r.File("Blog03311005.txt"), "") << r.LastTime();
 }
 
+TEST(TestLogTest, KeepsItsReadingsWhereEachPrintoutBeginsAnew) {
+  Logged r;
+  r.p.settings.printer.fileuse.SetNew();
+  r.During(20, [&r] {
+    EXPECT_TRUE(r.p.windows.attached.back()->visible);
+    EXPECT_FALSE(r.p.windows.attached.back()->Active()) << "it takes the keyboard";
+  });
+  r.p.loop.Run(45);
+  ExpectAsInFile(r.File(), "Blog03311001.txt");
+}
+
 TEST(TestLogTest, BeginsOnlyWhereItCanGoThroughWithIt) {
   struct Case {
     const char* what;

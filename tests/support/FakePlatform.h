@@ -16,6 +16,7 @@
 #include "platform/Platform.h"
 #include "platform/Services.h"
 #include "platform/Transports.h"
+#include "support/FakeFiles.h"
 #include "support/TempFolder.h"
 #include "support/VirtualLoop.h"
 
@@ -310,7 +311,8 @@ struct FakesWith {
 
   std::filesystem::path before = std::filesystem::current_path();  // the program changes its working folder
   TempFolder folder;
-  SettingsStore settings{folder.Name()};
+  FakeFiles files;
+  SettingsStore settings{folder.Name(), files};
   Loop loop;
   Windows windows = MakeWindows(loop);
   FakeSerial comPort{loop};

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/SettingsAlarm.h"
 #include "session/frmTerm.h"
 #include "support/FakePlatform.h"
 
@@ -26,6 +27,7 @@ struct Program : FakePlatform {
   void Do(const EventLoop::Task& task) { loop.Enter(task); }
 
   frmTerm term{platform, settings};
+  SettingsAlarm alarm{settings, loop, dialogs};
 };
 
 /// The far side of a line: answers what is written to it, line by line, by a list of commands and replies. A
