@@ -3,10 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFontDatabase>
 #include <QFontDialog>
 #include <QFontInfo>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <algorithm>
 
@@ -24,6 +26,16 @@ void Fill(QMessageBox& box, const QString& text, const std::string& title) {
   box.setText(text);
   box.setWindowTitle(ToShown(title).trimmed() +
                      u' ');  // never none: the program's file name would stand there
+}
+
+/// What a title takes in the bar above a box, with the system's buttons beside it; not more than a screen
+/// has.
+int TitleWidth(const QString& title) {
+  constexpr int kButtons = 140;
+  constexpr int kMost = 900;
+  QFont font = QFontDatabase::systemFont(QFontDatabase::TitleFont);
+  font.setBold(true);  // as some window managers have it
+  return std::min(QFontMetrics(font).horizontalAdvance(title) + kButtons, kMost);
 }
 
 /// Filters of a question as Qt has them: the text with the patterns in brackets behind it.
@@ -114,6 +126,8 @@ std::optional<std::string> QtDialogs::InputBox(std::string_view prompt, std::str
   for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box.setWindowTitle(ToShown(title).trimmed() + u' ');
   if (prompt.starts_with("Enter password")) box.setTextEchoMode(QLineEdit::Password);
+  // The box takes its width from what is in it, and would cut off a longer title.
+  for (QLineEdit* line : box.findChildren<QLineEdit*>()) line->setMinimumWidth(TitleWidth(box.windowTitle()));
   if (Run(box) != QDialog::Accepted) return std::nullopt;
   return FromQt(box.textValue());
 }
