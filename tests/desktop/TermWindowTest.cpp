@@ -229,6 +229,22 @@ TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   EXPECT_GT(menu.font().pixelSize(), 2 * small);
 }
 
+TEST_F(TermWindowTest, AWindowOfAnyProportionIsLaidOutAtOnce) {
+  NEEDS_SESSION();
+  ASSERT_TRUE(Becomes(loop, [&] { return term.mnuZoomOut.enabled.Get(); }));
+  for (const QSize size : {QSize(16'000, 300), QSize(300, 10'000), QSize(6000, 4000)}) {
+    window().resize(size);
+    EventLoop::Time longest{};
+    for (const auto until = loop.Now() + 300ms; loop.Now() < until;) {
+      const auto began = loop.Now();
+      loop.Pump(began + 10ms);
+      longest = std::max(longest, loop.Now() - began);
+    }
+    EXPECT_LT(longest, 1s);
+    EXPECT_EQ(window().size(), size);
+  }
+}
+
 TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndFollowsItsSize) {
   NEEDS_SESSION();
   TakeSent();
