@@ -1,5 +1,7 @@
 #include "desktop/QtDialogs.h"
 
+#include <QApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -11,6 +13,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <algorithm>
+#include <utility>
 
 #include "desktop/FormWindow.h"
 #include "desktop/QtText.h"
@@ -71,7 +74,32 @@ void StartAt(QFileDialog& dialog, const std::string& start) {
 
 }  // namespace
 
+void QtDialogs::StopAsking(std::vector<std::string> folders) {
+  if (std::exchange(asks_, false)) {
+    folders_ = std::move(folders);
+    std::reverse(folders_.begin(), folders_.end());
+  }
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    auto* box = qobject_cast<QDialog*>(window);
+    if (box != nullptr && box->isVisible()) box->reject();
+  }
+}
+
+std::optional<std::string> QtDialogs::NameUnasked() {
+  if (folders_.empty()) return std::nullopt;
+  const QDir folder(QFile::decodeName(folders_.back().c_str()));
+  folders_.pop_back();
+  const QString name = QDateTime::currentDateTime().toString(QStringLiteral("'printout-'yyyyMMdd-HHmmss"));
+  QString path;
+  for (int copy = 1; path.isEmpty() || QFile::exists(path); ++copy) {
+    const QString number = copy == 1 ? QString() : QStringLiteral("-%1").arg(copy);
+    path = QDir::toNativeSeparators(folder.absoluteFilePath(name + number + QStringLiteral(".txt")));
+  }
+  return QFile::encodeName(path).toStdString();
+}
+
 int QtDialogs::Run(QDialog& dialog) {
+  if (!asks_) return QDialog::Rejected;
   bool answered = false;
   QObject::connect(&dialog, &QDialog::finished, &dialog, [&answered] { answered = true; });
   dialog.setWindowModality(Qt::ApplicationModal);
@@ -92,6 +120,8 @@ QWidget* QtDialogs::OwnerOf(const Form* form) const {
 }
 
 Answer QtDialogs::Ask(const Question& question) {
+  // The one question with three buttons is whether to save.
+  if (!asks_ && question.buttons == Buttons::YesNoCancel) return folders_.empty() ? Answer::No : Answer::Yes;
   return Ask(question, ToShown(question.text), OwnerOf(question.owner));
 }
 
@@ -137,7 +167,7 @@ std::optional<std::string> QtDialogs::OpenFile(const FileQuestion& question) {
 }
 
 std::optional<std::string> QtDialogs::SaveFile(const FileQuestion& question) {
-  return AskFile(question, true);
+  return asks_ ? AskFile(question, true) : NameUnasked();
 }
 
 std::optional<std::string> QtDialogs::AskFile(const FileQuestion& question, bool saves) {
