@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -14,6 +15,7 @@
 
 #include "Wait.h"
 #include "desktop/FormWindow.h"
+#include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
 #include "session/frmTerm.h"
 #include "support/FakePlatform.h"
@@ -258,7 +260,19 @@ TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndFollowsItsSize
   EXPECT_TRUE(window().isActiveWindow());
   Press(Qt::Key_M, Qt::AltModifier);
   EXPECT_EQ(TakeSent(), "\x03\x15");
-  const auto* page = trace->findChild<QPlainTextEdit*>();
+  auto* page = trace->findChild<QPlainTextEdit*>();
+  const auto spoken = [](QObject* widget) {
+    return FromQt(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name));
+  };
+  EXPECT_EQ(spoken(page), "Trace of the unit");
+  comPort.Arrive("<tml><Channel>7,one</tml>");
+  ASSERT_TRUE(Becomes(loop, [&] {
+    const auto all = QApplication::topLevelWidgets();
+    return std::any_of(all.begin(), all.end(), [&](QWidget* other) {
+      auto* channel = other->findChild<QPlainTextEdit*>();
+      return channel != nullptr && spoken(channel) == "Trace of channel 7";
+    });
+  }));
   trace->resize(trace->size() + QSize(100, 80));
   test::Elapse(loop, 200ms);
   const auto buttons = trace->findChildren<QPushButton*>();
