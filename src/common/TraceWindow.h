@@ -22,8 +22,11 @@ class TraceWindow : public Form {
   static constexpr std::size_t kBound = 1000;
   static constexpr std::size_t kKept = 200;
 
-  TextBox lblText{
-      *this, {.name = "lblText", .rect = {250, 350, 6450, 3600}, .font = {.name = "Courier", .size = 10}}};
+  TextBox lblText{*this,
+                  {.name = "lblText",
+                   .rect = {250, 350, 6450, 3600},
+                   .font = {.name = "Courier", .size = 10},
+                   .accessible = "Trace of the unit"}};
   std::deque<Button> cmdTrace;  ///< 0 switches the log, 1 quits, 2 shows the log.
 
  protected:

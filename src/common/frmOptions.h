@@ -38,7 +38,10 @@ class frmOptions : public Form {
                 .rect = {120, 270, 6660, 300},
                 .caption = "Printout is sent to a desktop window with options to save and print."}};
   Button cmdScreenFont{frmPath,
-                       {.name = "cmdScreenFont", .rect = {120, 630, 1200, 390}, .caption = "Font..."}};
+                       {.name = "cmdScreenFont",
+                        .rect = {120, 630, 1200, 390},
+                        .caption = "Font...",
+                        .accessible = "% for the window"}};
   Label lblScreenFont{frmPath, ValueDesign("lblScreenFont", 630, "Font of the window: %")};
   std::array<OptionButton, 2> Option1{{
       {frmPath, OptionDesign("Option1", 0, 1110, kClears)},
@@ -51,7 +54,11 @@ class frmOptions : public Form {
                {.name = "Frame1", .rect = {60, 3750, kGroupWidth, 1380}, .caption = "Printer settings"}};
   Button cmdPrinter{Frame1, {.name = "cmdPrinter", .rect = {120, 300, 1200, 390}, .caption = "Printer..."}};
   Label lblPrinter{Frame1, ValueDesign("lblPrinter", 300, "Printer: %")};
-  Button cmdFont{Frame1, {.name = "cmdFont", .rect = {120, 810, 1200, 390}, .caption = "Font..."}};
+  Button cmdFont{Frame1,
+                 {.name = "cmdFont",
+                  .rect = {120, 810, 1200, 390},
+                  .caption = "Font...",
+                  .accessible = "% for the printer"}};
   Label lblFont{Frame1, ValueDesign("lblFont", 810, "Font on paper: %")};
 
   /// The texts of the option buttons, in their order: of optGen, and of Option1.

@@ -24,6 +24,7 @@ void frmTraceInstance::NameInstance(std::string_view text) {
   path_ = settings_.InAppFolder(settings_.OwnName("trace" + std::string(text), ".log"));
   instance_ = WholePrefix(text);
   lblText.toolTip = "Channel " + std::to_string(instance_);
+  lblText.accessible = "Trace of channel " + std::to_string(instance_);
 }
 
 void frmTraceInstance::TraceText(std::string_view text) {

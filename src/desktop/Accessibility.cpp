@@ -2,6 +2,7 @@
 
 #include <QAccessibleWidget>
 
+#include "desktop/FormWindow.h"
 #include "desktop/Panel.h"
 #include "desktop/Picture.h"
 
@@ -13,6 +14,23 @@ QAccessible::Role RoleOf(Look look) {
   if (look == Look::Screen) return QAccessible::Terminal;
   if (look == Look::PopUp) return QAccessible::AlertMessage;
   return QAccessible::Grouping;
+}
+
+class WindowInterface : public QAccessibleWidget {
+ public:
+  explicit WindowInterface(FormWindow* window) : QAccessibleWidget(window, QAccessible::Window) {}
+
+  QAccessible::Role role() const override {
+    const QWidget& window = *widget();
+    const bool dialog = window.windowType() == Qt::Dialog || window.isModal();
+    return dialog ? QAccessible::Dialog : QAccessible::Window;
+  }
+};
+
+/// A picture that says nothing, as one that lies on a button, is only to be looked at.
+bool IsDecoration(const QAccessibleInterface* child) {
+  const auto* picture = child == nullptr ? nullptr : dynamic_cast<const Picture*>(child->object());
+  return picture != nullptr && picture->accessibleName().isEmpty();
 }
 
 class PanelInterface : public QAccessibleWidget {
@@ -28,7 +46,22 @@ class PanelInterface : public QAccessibleWidget {
     return QAccessibleWidget::text(kind);
   }
 
+  int childCount() const override { return static_cast<int>(Told().size()); }
+  QAccessibleInterface* child(int index) const override { return Told().value(index); }
+  int indexOfChild(const QAccessibleInterface* child) const override {
+    return static_cast<int>(Told().indexOf(const_cast<QAccessibleInterface*>(child)));
+  }
+
  private:
+  QList<QAccessibleInterface*> Told() const {
+    QList<QAccessibleInterface*> told;
+    for (int i = 0; i < QAccessibleWidget::childCount(); ++i) {
+      QAccessibleInterface* const child = QAccessibleWidget::child(i);
+      if (!IsDecoration(child)) told << child;
+    }
+    return told;
+  }
+
   const Panel& panel_;
 };
 
@@ -53,6 +86,7 @@ class PictureInterface : public QAccessibleWidget {
 };
 
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
+  if (auto* window = dynamic_cast<FormWindow*>(object)) return new WindowInterface(window);
   if (auto* panel = dynamic_cast<Panel*>(object)) return new PanelInterface(panel);
   if (auto* picture = dynamic_cast<Picture*>(object)) return new PictureInterface(picture);
   return nullptr;

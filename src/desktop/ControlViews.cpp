@@ -86,6 +86,7 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
         panel_(dynamic_cast<Panel*>(shown_->parentWidget())) {
     shown_->setTextFormat(Qt::PlainText);
     if (label.look == Look::Screen) shown_->setIndent(kScreenIndent);
+    shown_->countsEachPress = false;
     shown_->clicked = [this] { window_.Post([&control = control_] { control.click(); }); };
   }
   void Apply(const Changes& changes) override {
@@ -185,7 +186,7 @@ class ButtonView : public WidgetView<Button, QPushButton> {
     if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
     if (changes.Has(Change::Picture)) shown_->setIcon(PictureIcon(control_.picture.Get()));
     if (changes.Has(Change::Rect)) {
-      const int side = std::min(shown_->width(), shown_->height()) - 8;
+      const int side = std::max(std::min(shown_->width(), shown_->height()) - 8, 1);
       shown_->setIconSize({side, side});
     }
     if (TextPlaceChanged(changes)) FitText();

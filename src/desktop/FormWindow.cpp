@@ -49,7 +49,6 @@ FormWindow::FormWindow(Form& form, EventLoop& loop, QWidget* owner)
       form_(&form),
       client_(new QWidget(this)) {
   setObjectName(ToQt(form.name()));
-  setAttribute(Qt::WA_ShowWithoutActivating, !form.takesFocus);
   MakeViews();
   connect(qApp, &QApplication::focusChanged, this, &FormWindow::AdoptFocus);
   form.observer = this;
@@ -71,6 +70,8 @@ void FormWindow::MakeViews() {
 }
 
 FormWindow::~FormWindow() {
+  // The widgets go later, and an open menu then still moves the focus.
+  disconnect(qApp, nullptr, this, nullptr);
   if (form_ != nullptr) form_->observer = nullptr;
 }
 
@@ -202,17 +203,35 @@ void FormWindow::ApplyForm(const Changes& changes) {
   if (changes.Has(Change::Default)) ApplyDefault();
   if (changes.Has(Change::Rect)) ApplyRect();
   LayOut();
-  if (changes.Has(Change::WindowState)) {
-    const Qt::WindowStates others = windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
-    const WindowState state = form_->windowState;
-    setWindowState(state == WindowState::Minimized   ? others | Qt::WindowMinimized
-                   : state == WindowState::Maximized ? others | Qt::WindowMaximized
-                                                     : others);
-  }
   if (changes.Has(Change::Visible)) {
-    setWindowModality(form_->Modal() ? Qt::ApplicationModal : Qt::NonModal);  // taken over when it is shown
-    setVisible(form_->visible);
+    // Both are taken over when it is shown.
+    setWindowModality(form_->Modal() ? Qt::ApplicationModal : Qt::NonModal);
+    setAttribute(Qt::WA_ShowWithoutActivating, !form_->takesFocus);
   }
+  if (changes.Has(Change::WindowState)) ApplyWindowState();
+  if (changes.Has(Change::Visible)) setVisible(form_->visible);
+}
+
+void FormWindow::ApplyWindowState() {
+  const Qt::WindowStates others = windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+  const WindowState state = form_->windowState;
+  if (isVisible() && isMinimized() && state != WindowState::Minimized && !form_->takesFocus) {
+    RestoreWithoutFocus();
+    return;
+  }
+  setWindowState(state == WindowState::Minimized   ? others | Qt::WindowMinimized
+                 : state == WindowState::Maximized ? others | Qt::WindowMaximized
+                                                   : others);
+}
+
+/// As it was before, so one that was maximised is that again. A system makes a window that it restores the
+/// active one, but not a window that is new to it.
+void FormWindow::RestoreWithoutFocus() {
+  hide();
+  destroy(true, false);
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  show();
+  form_->windowState.Adopt(isMaximized() ? WindowState::Maximized : WindowState::Normal);
 }
 
 void FormWindow::ApplyDefault() {

@@ -72,6 +72,8 @@ class FormWindow : public QWidget, public FormObserver {
   void ApplyForm(const Changes& changes);
   void ApplyDefault();
   void ApplyRect();
+  void ApplyWindowState();
+  void RestoreWithoutFocus();
   void LayOut();
   void AdoptGeometry();
   void OpenMenu();

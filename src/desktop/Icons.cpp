@@ -147,6 +147,7 @@ class PictureEngine : public QIconEngine {
     DrawPicture(*painter, rect, name_, palette);
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    if (size.isEmpty()) return {};
     QPixmap pixmap(size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
@@ -162,11 +163,13 @@ class PictureEngine : public QIconEngine {
 }  // namespace
 
 void DrawMenuIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette) {
+  if (rect.isEmpty()) return;
   Sketch sketch(painter, rect, palette);
   DrawNumber(sketch, kMenuTable, number, kDefaultIcon);
 }
 
 bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, const QPalette& palette) {
+  if (rect.isEmpty()) return false;
   if (name == "logo") {
     DrawLogo(painter, rect, palette);
     return true;

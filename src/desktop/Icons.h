@@ -19,7 +19,7 @@ inline constexpr int kMenuIcons = 64;
 void DrawMenuIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette);
 
 /// A picture by name: "logo", "key N" for the image of a soft key, or one of the table in Icons.cpp. False,
-/// with nothing drawn, for any other.
+/// with nothing drawn, for any other, and where there is no room.
 bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, const QPalette& palette);
 
 /// An icon that is drawn when it is first shown; null for no name.

@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "forms/Control.h"
 
@@ -16,14 +17,26 @@ class Clickable : public Base {
  public:
   using Base::Base;
   std::function<void()> clicked;
+  /// Whether the second press of a double click counts, as it does on a button. Else a double click is one
+  /// click, wherever its first press was: what that has changed on the screen is not meant by the second.
+  bool countsEachPress = true;
 
  protected:
-  void mouseReleaseEvent(QMouseEvent* event) override {
-    if (event->button() == Qt::LeftButton && this->rect().contains(event->position().toPoint()) && clicked) {
-      clicked();
-    }
+  void mousePressEvent(QMouseEvent* event) override {
+    event->accept();
+    if (event->button() == Qt::LeftButton) pressed_ = true;
   }
-  void mousePressEvent(QMouseEvent* event) override { event->accept(); }
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    event->accept();
+    if (event->button() == Qt::LeftButton) pressed_ = countsEachPress;
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (event->button() != Qt::LeftButton || !std::exchange(pressed_, false)) return;
+    if (this->rect().contains(event->position().toPoint()) && clicked) clicked();
+  }
+
+ private:
+  bool pressed_ = false;
 };
 
 /// A picture by name, or from a file, as large as fits.

@@ -1,14 +1,19 @@
 #include "desktop/QtDialogs.h"
 
+#include <QApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFontDatabase>
 #include <QFontDialog>
 #include <QFontInfo>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <algorithm>
+#include <utility>
 
 #include "desktop/FormWindow.h"
 #include "desktop/QtText.h"
@@ -24,6 +29,16 @@ void Fill(QMessageBox& box, const QString& text, const std::string& title) {
   box.setText(text);
   box.setWindowTitle(ToShown(title).trimmed() +
                      u' ');  // never none: the program's file name would stand there
+}
+
+/// What a title takes in the bar above a box, with the system's buttons beside it; not more than a screen
+/// has.
+int TitleWidth(const QString& title) {
+  constexpr int kButtons = 140;
+  constexpr int kMost = 900;
+  QFont font = QFontDatabase::systemFont(QFontDatabase::TitleFont);
+  font.setBold(true);  // as some window managers have it
+  return std::min(QFontMetrics(font).horizontalAdvance(title) + kButtons, kMost);
 }
 
 /// Filters of a question as Qt has them: the text with the patterns in brackets behind it.
@@ -59,7 +74,32 @@ void StartAt(QFileDialog& dialog, const std::string& start) {
 
 }  // namespace
 
+void QtDialogs::StopAsking(std::vector<std::string> folders) {
+  if (std::exchange(asks_, false)) {
+    folders_ = std::move(folders);
+    std::reverse(folders_.begin(), folders_.end());
+  }
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    auto* box = qobject_cast<QDialog*>(window);
+    if (box != nullptr && box->isVisible()) box->reject();
+  }
+}
+
+std::optional<std::string> QtDialogs::NameUnasked() {
+  if (folders_.empty()) return std::nullopt;
+  const QDir folder(QFile::decodeName(folders_.back().c_str()));
+  folders_.pop_back();
+  const QString name = QDateTime::currentDateTime().toString(QStringLiteral("'printout-'yyyyMMdd-HHmmss"));
+  QString path;
+  for (int copy = 1; path.isEmpty() || QFile::exists(path); ++copy) {
+    const QString number = copy == 1 ? QString() : QStringLiteral("-%1").arg(copy);
+    path = QDir::toNativeSeparators(folder.absoluteFilePath(name + number + QStringLiteral(".txt")));
+  }
+  return QFile::encodeName(path).toStdString();
+}
+
 int QtDialogs::Run(QDialog& dialog) {
+  if (!asks_) return QDialog::Rejected;
   bool answered = false;
   QObject::connect(&dialog, &QDialog::finished, &dialog, [&answered] { answered = true; });
   dialog.setWindowModality(Qt::ApplicationModal);
@@ -80,6 +120,8 @@ QWidget* QtDialogs::OwnerOf(const Form* form) const {
 }
 
 Answer QtDialogs::Ask(const Question& question) {
+  // The one question with three buttons is whether to save.
+  if (!asks_ && question.buttons == Buttons::YesNoCancel) return folders_.empty() ? Answer::No : Answer::Yes;
   return Ask(question, ToShown(question.text), OwnerOf(question.owner));
 }
 
@@ -114,6 +156,8 @@ std::optional<std::string> QtDialogs::InputBox(std::string_view prompt, std::str
   for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box.setWindowTitle(ToShown(title).trimmed() + u' ');
   if (prompt.starts_with("Enter password")) box.setTextEchoMode(QLineEdit::Password);
+  // The box takes its width from what is in it, and would cut off a longer title.
+  for (QLineEdit* line : box.findChildren<QLineEdit*>()) line->setMinimumWidth(TitleWidth(box.windowTitle()));
   if (Run(box) != QDialog::Accepted) return std::nullopt;
   return FromQt(box.textValue());
 }
@@ -123,7 +167,7 @@ std::optional<std::string> QtDialogs::OpenFile(const FileQuestion& question) {
 }
 
 std::optional<std::string> QtDialogs::SaveFile(const FileQuestion& question) {
-  return AskFile(question, true);
+  return asks_ ? AskFile(question, true) : NameUnasked();
 }
 
 std::optional<std::string> QtDialogs::AskFile(const FileQuestion& question, bool saves) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/EventLoop.h"
 #include "platform/Services.h"
 
@@ -25,6 +27,11 @@ class QtDialogs : public Dialogs {
   std::optional<std::string> SaveFile(const FileQuestion& question) override;
   std::optional<Font> ChooseFont(const Font& font, bool forPrinter, const Form* owner) override;
 
+  /// The system ends the program, and nobody may be there to answer: the boxes that are open are given up,
+  /// and so is each one that would be opened. Only to the question whether to save the answer is yes, under a
+  /// new name in the first of the folders, and in the next one if it is asked again.
+  void StopAsking(std::vector<std::string> folders);
+
   /// Shows a dialog and pumps events until it is answered. Returns its result.
   int Run(QDialog& dialog);
   /// The window of a form, or else the one in front.
@@ -34,8 +41,12 @@ class QtDialogs : public Dialogs {
   Answer Ask(const Question& question, const QString& text, QWidget* owner);
   std::optional<std::string> AskFile(const FileQuestion& question, bool saves);
 
+  std::optional<std::string> NameUnasked();
+
   EventLoop& loop_;
   const QtWindowSystem& windows_;
+  bool asks_ = true;
+  std::vector<std::string> folders_;  ///< To save in unasked, the next one last.
 };
 
 }  // namespace corvex

@@ -132,15 +132,32 @@ bool QtPrinters::Accepted(QPrintDialog& dialog) {
 #endif
 }
 
+namespace {
+
+/// A document is printed as a whole and on paper: no ranges of pages, and no printing to a file.
+void OfferWholeOnPaper(QPrintDialog& dialog) {
+  dialog.setOptions(QAbstractPrintDialog::PrintCollateCopies | QAbstractPrintDialog::PrintShowPageSize);
+  // The box that Qt itself draws shows the ranges whatever the options are, even if they are hidden before.
+  auto* ranges = dialog.findChild<QWidget*>(QStringLiteral("gbPrintRange"));
+  if (ranges == nullptr) return;
+  auto* hidden = new QWidget(&dialog);
+  hidden->hide();
+  ranges->setParent(hidden);
+}
+
+}  // namespace
+
 std::unique_ptr<PrintJob> QtPrinters::Choose(const Form* owner) {
   auto job = std::make_unique<QtPrintJob>();
   QPrintDialog dialog(&job->printer, dialogs_.OwnerOf(owner));
+  OfferWholeOnPaper(dialog);
   return Accepted(dialog) ? std::move(job) : nullptr;
 }
 
 void QtPrinters::ChooseDefault(const Form* owner) {
   QPrinter printer;
   QPrintDialog dialog(&printer, dialogs_.OwnerOf(owner));
+  OfferWholeOnPaper(dialog);
   if (!Accepted(dialog) || printer.printerName().isEmpty()) return;
 #ifdef Q_OS_WIN
   SetDefaultPrinterW(reinterpret_cast<const wchar_t*>(printer.printerName().utf16()));

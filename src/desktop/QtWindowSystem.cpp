@@ -59,6 +59,15 @@ QWidget* QtWindowSystem::FrontWindow() const {
   return nullptr;
 }
 
+void QtWindowSystem::CallOff() {
+  while (QWidget* popup = QApplication::activePopupWidget()) {
+    if (!popup->close()) break;
+  }
+  for (const QPointer<QWidget>& window : made_) {
+    if (window != nullptr && window->isVisible() && window->isModal()) window->close();
+  }
+}
+
 FormWindow* QtWindowSystem::WindowOf(const Form& form) const {
   const auto found = windows_.find(&form);
   return found == windows_.end() ? nullptr : found->second.data();

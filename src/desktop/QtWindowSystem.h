@@ -29,6 +29,8 @@ class QtWindowSystem : public QObject, public WindowSystem {
   const std::string& applicationTitle() const { return title_; }
   /// The window that a question to the user belongs to: the active one, or else any that is shown.
   QWidget* FrontWindow() const;
+  /// Closes open menus, and modal windows as their close boxes do.
+  void CallOff();
   /// The window that shows a form; none if it is not attached.
   FormWindow* WindowOf(const Form& form) const;
 

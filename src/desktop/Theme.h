@@ -30,11 +30,20 @@ QColor EdgeColor(const QPalette& palette);
 /// of typewriter fonts and `fixedPitch` give the system's fixed-pitch font.
 QFont MakeFont(const Font& font, bool fixedPitch = false);
 
-/// The font, or the largest smaller one for which `fits` holds; the one of `smallest` pixels if it holds for
-/// none.
+/// The font, or a smaller one for which `fits` holds, the largest by all that can be told from sizes between;
+/// the one of `smallest` pixels if it holds for none.
 template <typename Fits>
 QFont ShrunkToFit(QFont font, int smallest, const Fits& fits) {
-  while (font.pixelSize() > smallest && !fits(font)) font.setPixelSize(font.pixelSize() - 1);
+  int tooLarge = font.pixelSize();
+  if (tooLarge <= smallest || fits(font)) return font;
+  // By halves: each size has a font loaded, and in a window that is far wider than high hundreds are too
+  // large.
+  int fitting = smallest;
+  while (tooLarge - fitting > 1) {
+    font.setPixelSize((fitting + tooLarge) / 2);
+    (fits(font) ? fitting : tooLarge) = font.pixelSize();
+  }
+  font.setPixelSize(fitting);
   return font;
 }
 

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <csignal>
 #include <cstdlib>
@@ -18,6 +19,7 @@
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/SystemEnd.h"
 #include "desktop/SystemFiles.h"
 #include "desktop/Theme.h"
 #include "link/modCommSupport.h"
@@ -62,6 +64,14 @@ int Run(QApplication& application) {
                         .dspMsg = [&dspLibrary](const std::int16_t* n) { dspLibrary.DspMsg(n); }},
                settings);
   const SettingsAlarm alarm(settings, loop, dialogs);
+  const SystemEnd systemEnd(
+      loop,
+      [&] {
+        windows.CallOff();
+        dialogs.StopAsking({settings.AppFolder(), QFile::encodeName(QDir::homePath()).toStdString(),
+                            QFile::encodeName(QDir::tempPath()).toStdString()});
+      },
+      [&term] { term.queryUnload(); });
   loop.Enter([&term] { term.Load(); });
   return loop.Exec();
 }

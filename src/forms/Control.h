@@ -66,7 +66,7 @@ class Control : public Observable {
   Property<bool> enabled;
   Property<std::string> toolTip;
   /// What a screen reader says of the control, with "%" in the place of the text that it shows, such as
-  /// "Temperature: %". Empty: that text alone.
+  /// "Temperature: %". Empty: that text alone; a picture is then only to be looked at.
   Property<std::string> accessible;
   Property<Font> font;
   Event<const Drop&> drop;  ///< Something was dragged here. Filled, if at all, before the form is shown.

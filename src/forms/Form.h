@@ -90,7 +90,8 @@ class Form : public Container, public Observable {
   Property<WindowState> windowState{*this, Change::WindowState, WindowState::Normal};
   // Both set before the form is shown.
   bool fixedSize = false;  ///< The user cannot resize the window.
-  bool takesFocus = true;  ///< The window becomes the active one when it is shown.
+  /// The window becomes the active one when it is shown, or restored by the logic from its minimised state.
+  bool takesFocus = true;
 
   Event<> activate;
   Event<> deactivate;

@@ -13,11 +13,9 @@ void ShowSoftKeys(TermControls& window, const MainState& main, const SessionStat
     const bool blank = TrimBlanks(text).empty();
     window.cmdSK[key].enabled = !blank;
     window.cmdSK[key].caption = blank ? std::string() : text;
+    window.cmdSK[key].accessible = std::string(blank ? TermControls::kBlankKey[key] : "");
     window.imgKey[key].visible = !blank;
     if (blank) continue;
-    std::string spoken = text;
-    std::erase(spoken, '&');
-    window.imgKey[key].accessible = spoken;
     const int code = state.softKeyCode[key] == 0 ? 2 : state.softKeyCode[key];
     window.imgKey[key].picture = "key " + std::to_string(ownImages ? code : 0);
   }

@@ -28,6 +28,9 @@ class TermControls : public Form {
   static constexpr std::size_t kSoftKeys = 4;
   static constexpr const char* kPortSpoken = "Port: %";
   static constexpr int kSignal = 7;  ///< The place of the signal display in corvexLbl.
+  /// What is spoken of soft keys without a text.
+  static constexpr std::array<std::string_view, kSoftKeys> kBlankKey{
+      "Soft key 1, not in use", "Soft key 2, not in use", "Soft key 3, not in use", "Soft key 4, not in use"};
 
   explicit TermControls(EventLoop& loop, WindowSystem& windows) : Form(loop, windows, "frmTerm") {}
 
@@ -177,7 +180,7 @@ class TermControls : public Form {
       {frmKeys, KeyDesign(2)},
       {frmKeys, KeyDesign(3)},
   }};
-  // They lie on the keys.
+  // They lie on the keys, and a screen reader hears of the keys alone.
   std::array<Image, kSoftKeys> imgKey{{
       {frmKeys, KeyImageDesign(0)},
       {frmKeys, KeyImageDesign(1)},
@@ -300,6 +303,7 @@ class TermControls : public Form {
             .rect = {30 + key * 1575, 60, 1500, 510},
             .toolTip = "ALT + underlined character to select",
             .enabled = false,
+            .accessible = kBlankKey[static_cast<std::size_t>(key)],
             .look = Look::Key};
   }
   static Design KeyImageDesign(int key) {

@@ -20,7 +20,6 @@ class AccessibilityTest : public ::testing::Test {
  protected:
   AccessibilityTest() {
     term.rect = Rect{1500, 1500, TermControls::kWidth, TermControls::kCompactHeight};
-    term.imgKey[0].click = [this] { ++clicks; };
     term.visible = true;
     Turn();
   }
@@ -44,9 +43,11 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
   term.lblZone.caption = "";
   term.lblGps[0].caption = "N 59 54.21\r\nE 010 44.61";
   term.cmdSK[0].caption = "Ma&il";
-  term.imgKey[0].accessible = "Mail 5%";
+  term.cmdSK[0].accessible = "";
   term.imgKey[0].picture = "key 1";
   term.imgKey[0].visible = true;
+  term.Picture1.accessible = "Logo 5%";
+  term.Picture1.click = [this] { ++clicks; };
   term.imgMail[0].visible = true;
   term.frmMenu.caption = "4 Setup";
   term.LblMsg[0].caption = "Calling";
@@ -63,8 +64,9 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
       {term.lblZone, QAccessible::StaticText, "Time zone: none"},
       {term.lblGps[0], QAccessible::StaticText, "Position: N 59 54.21\nE 010 44.61"},
       {term.imgMail[0], QAccessible::Graphic, "Mail waiting"},
-      {term.imgKey[0], QAccessible::Button, "Mail 5%"},
+      {term.Picture1, QAccessible::Button, "Logo 5%"},
       {term.cmdSK[0], QAccessible::Button, "Mail"},
+      {term.cmdSK[1], QAccessible::Button, "Soft key 2, not in use"},
       {term.cmdTop[1], QAccessible::Button, "Device manager"},  // has no words but its tool tip
       {term.frmMenu, QAccessible::Grouping, "4 Setup"},
       {term.frmMsg, QAccessible::AlertMessage, "Calling\nbusy"},
@@ -80,12 +82,34 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
   EXPECT_EQ(Seen(term.lblTemp).text(QAccessible::Description), QStringLiteral("Modem unit termperature"));
   EXPECT_EQ(Seen(term.ListChoice).child(0)->text(QAccessible::Name), QStringLiteral("Norsk"));
 
-  QAccessibleActionInterface& key = *Seen(term.imgKey[0]).actionInterface();
-  EXPECT_EQ(key.actionNames(), QStringList{QAccessibleActionInterface::pressAction()});
-  key.doAction(QAccessibleActionInterface::pressAction());
+  QAccessibleActionInterface& picture = *Seen(term.Picture1).actionInterface();
+  EXPECT_EQ(picture.actionNames(), QStringList{QAccessibleActionInterface::pressAction()});
+  picture.doAction(QAccessibleActionInterface::pressAction());
   EXPECT_TRUE(Seen(term.imgMail[0]).actionInterface()->actionNames().isEmpty());
   Turn();
   EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(AccessibilityTest, AWindowIsOneAndAKeyIsToldOnce) {
+  QAccessibleInterface& window = *QAccessible::queryAccessibleInterface(windows.WindowOf(term));
+  EXPECT_EQ(window.role(), QAccessible::Window);
+  struct Box : Form {
+    Box(EventLoop& l, WindowSystem& w) : Form(l, w, "box") { fixedSize = true; }
+    ~Box() override { Withdraw(); }
+  } box(loop, windows);
+  box.visible = true;
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(windows.WindowOf(box))->role(), QAccessible::Dialog);
+
+  for (Image& image : term.imgKey) image.visible = true;
+  Turn();
+  QAccessibleInterface& keys = Seen(term.frmKeys);
+  ASSERT_EQ(keys.childCount(), static_cast<int>(TermControls::kSoftKeys));
+  for (int i = 0; i < keys.childCount(); ++i) {
+    EXPECT_EQ(keys.child(i), &Seen(term.cmdSK[static_cast<std::size_t>(i)]));
+    EXPECT_EQ(keys.indexOfChild(keys.child(i)), i);
+    EXPECT_EQ(keys.child(i)->parent(), &keys);
+  }
+  EXPECT_EQ(keys.child(keys.childCount()), nullptr);
 }
 
 }  // namespace

@@ -170,6 +170,39 @@ TEST_F(FormWindowTest, ReportsWhatTheUserDoes) {
   EXPECT_TRUE(entry->isChecked()) << "the mark is the logic's";
 }
 
+TEST_F(FormWindowTest, ADoubleClickIsOneClickOnALabelAndTwoOnAnImage) {
+  int labels = 0;
+  int images = 0;
+  form->label.click = [&] { ++labels; };
+  form->image.click = [&] { ++images; };
+  Turn();
+  for (const char* name : {"label", "image"}) {
+    const QPoint at = Find<QWidget>(name)->mapTo(&window(), QPoint(8, 8));
+    QTest::mouseDClick(window().windowHandle(), Qt::LeftButton, {}, at);  // two whole clicks in a row
+    Turn();
+  }
+  EXPECT_EQ(labels, 1);
+  EXPECT_EQ(images, 2);
+}
+
+TEST_F(FormWindowTest, AControlWithoutRoomIsPaintedWithoutAComplaint) {
+  static QStringList said;
+  const auto before =
+      qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) { said << text; });
+  form->button.picture = "save";
+  for (const Twips side : {0, 15, 60, 120, 150}) {
+    for (Control* control : {static_cast<Control*>(&form->button), static_cast<Control*>(&form->image),
+                             static_cast<Control*>(&form->list)}) {
+      const Rect rect = control->rect;
+      control->rect = Rect{rect.left, rect.top, side, side};
+    }
+    Turn();
+    window().grab();
+  }
+  qInstallMessageHandler(before);
+  EXPECT_EQ(FromQt(said.join(u'\n')), "");
+}
+
 TEST_F(FormWindowTest, AShownControlCanHaveTheFocusInTheSameTurnAndAHiddenOneNever) {
   NEEDS_ACTIVE_WINDOW();
   form->frame.visible = false;
@@ -447,6 +480,50 @@ TEST_F(FormWindowTest, MinimisingIsTold) {
   ASSERT_TRUE(Becomes(loop, [&] { return !window().isMinimized(); }));
 }
 
+TEST_F(FormWindowTest, AWindowThatLeavesTheFocusIsShownAndRestoredWithoutIt) {
+  NEEDS_ACTIVE_WINDOW();
+  if (QGuiApplication::platformName() == QStringLiteral("offscreen")) {
+    GTEST_SKIP() << "there is no window manager that could make a window active";
+  }
+  Form* const owners[] = {nullptr, form.get()};
+  for (Form* owner : owners) {
+    struct Page : Form {
+      Page(EventLoop& l, WindowSystem& w, Form* o) : Form(l, w, "page", o) {
+        rect = Rect{3000, 3000, 4500, 3000};
+        takesFocus = false;
+      }
+      ~Page() override { Withdraw(); }
+      TextBox text{*this, {.name = "text", .rect = {0, 0, 3000, 900}}};
+    } page(loop, windows, owner);
+    bool wasActive = false;
+    page.activate = [&] { wasActive = true; };
+    page.text.SetFocus();
+    page.visible = true;
+    ASSERT_TRUE(Becomes(loop, [&] { return windows.WindowOf(page)->isVisible(); }));
+    test::Elapse(loop, std::chrono::milliseconds(200));
+    QWidget& shown = *windows.WindowOf(page);
+    shown.showMinimized();
+    ASSERT_TRUE(Becomes(loop, [&] { return page.windowState == WindowState::Minimized; }));
+    test::Elapse(loop, std::chrono::milliseconds(200));
+    page.windowState = WindowState::Normal;
+    ASSERT_TRUE(Becomes(loop, [&] { return shown.isVisible() && !shown.isMinimized(); }));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&shown));
+    test::Elapse(loop, std::chrono::milliseconds(300));
+    EXPECT_TRUE(shown.isVisible() && !shown.isMinimized());
+    EXPECT_EQ(page.rect.Get(), (Rect{3000, 3000, 4500, 3000}));
+    EXPECT_TRUE(window().isActiveWindow());
+    ASSERT_NE(shown.focusWidget(), nullptr);
+    QTest::keyClicks(shown.focusWidget(), QStringLiteral("x"));
+    EXPECT_EQ(page.text.Text(), "x") << "it works on";
+    page.visible = false;
+    Turn();
+    page.visible = true;
+    test::Elapse(loop, std::chrono::milliseconds(300));
+    EXPECT_TRUE(window().isActiveWindow());
+    EXPECT_FALSE(wasActive);
+  }
+}
+
 TEST_F(FormWindowTest, ActivationIsTold) {
   NEEDS_ACTIVE_WINDOW();
   if (QGuiApplication::platformName() == QStringLiteral("offscreen")) {
@@ -489,6 +566,22 @@ TEST_F(FormWindowTest, AFormMayGoWhileItsHandlerWaits) {
   });
   loop.Exec();
   EXPECT_EQ(form, nullptr);
+}
+
+TEST(FormWindowEndTest, AWindowMayGoWhileAMenuIsOpen) {
+  QtEventLoop loop;
+  auto windows = std::make_unique<QtWindowSystem>(loop);
+  auto form = std::make_unique<Sample>(loop, *windows);
+  form->visible = true;
+  ASSERT_TRUE(Becomes(loop, [&] { return windows->WindowOf(*form)->isVisible(); }));
+  const QPointer<FormWindow> window(windows->WindowOf(*form));
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
+  QTest::keyClick(window, Qt::Key_F10);
+  EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+  form.reset();
+  // The focus that goes with the menu must not be told to what is left of the window: the sanitizers see it.
+  windows.reset();
+  EXPECT_EQ(window, nullptr);
 }
 
 TEST_F(FormWindowTest, AQuestionIsCalledOffWithItsWindow) {

@@ -70,6 +70,15 @@ TEST_F(QtDialogsTest, AnswersAreReturnedAndTextsShownAsTheyAre) {
   }
 }
 
+TEST_F(QtDialogsTest, ABoxIsWideEnoughForItsTitle) {
+  const std::string title = "Telnet login Mub MASTERonMASTER of a terminal with a long name";
+  WhenShown<QDialog>([&](QDialog& box) {
+    EXPECT_GE(box.width(), QFontMetrics(QApplication::font()).horizontalAdvance(box.windowTitle()) + 100);
+    box.reject();
+  });
+  EXPECT_EQ(dialogs.InputBox("Enter password for owner", title), std::nullopt);
+}
+
 TEST_F(QtDialogsTest, FilesAreAskedForBeforeTheyAreOverwrittenOrMade) {
   const QTemporaryDir folder;
   QFile(folder.filePath(QStringLiteral("old"))).open(QIODevice::WriteOnly);
@@ -138,14 +147,37 @@ TEST_F(QtDialogsTest, AFontIsChosenFromTheOneThatThereIs) {
   }
 }
 
+TEST_F(QtDialogsTest, APrinterIsChosenForTheWholeDocumentAndForPaper) {
+  QtPrinters printers(windows, dialogs);
+  for (const bool forDefault : {false, true}) {
+    WhenShown<QPrintDialog>([](QPrintDialog& box) {
+      for (auto* button : box.findChildren<QPushButton*>()) {
+        if (button->text().contains(u"ptions")) button->click();
+      }
+      EXPECT_FALSE(box.findChildren<QSpinBox*>().isEmpty());
+      for (const QRadioButton* choice : box.findChildren<QRadioButton*>()) {
+        EXPECT_FALSE(choice->isVisible() && choice->text().contains(u"Pages"));
+      }
+      for (const QComboBox* list : box.findChildren<QComboBox*>()) {
+        EXPECT_EQ(list->findText(QStringLiteral("File"), Qt::MatchContains), -1);
+        EXPECT_FALSE(list->isVisible() && list->findText(QStringLiteral("Pages"), Qt::MatchContains) >= 0);
+      }
+      box.reject();
+    });
+    if (forDefault) {
+      printers.ChooseDefault(nullptr);
+    } else {
+      EXPECT_EQ(printers.Choose(nullptr), nullptr);
+    }
+  }
+}
+
 TEST_F(QtDialogsTest, ThePrinterThatIsChosenPrints) {
   QtPrinters printers(windows, dialogs);
-  WhenShown<QPrintDialog>([](QPrintDialog& box) { box.reject(); });
-  EXPECT_EQ(printers.Choose(nullptr), nullptr);
   const QTemporaryDir folder;
   const QString path = folder.filePath(QStringLiteral("out.pdf"));
   WhenShown<QPrintDialog>([&](QPrintDialog& box) {
-    // As the box does for its entry that prints to a file, which is there without a printer too.
+    // A file in the place of a printer, which need not be there.
     box.printer()->setOutputFormat(QPrinter::PdfFormat);
     box.printer()->setOutputFileName(path);
     box.done(QDialog::Accepted);

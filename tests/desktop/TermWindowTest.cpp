@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -14,6 +15,7 @@
 
 #include "Wait.h"
 #include "desktop/FormWindow.h"
+#include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
 #include "session/frmTerm.h"
 #include "support/FakePlatform.h"
@@ -229,6 +231,22 @@ TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   EXPECT_GT(menu.font().pixelSize(), 2 * small);
 }
 
+TEST_F(TermWindowTest, AWindowOfAnyProportionIsLaidOutAtOnce) {
+  NEEDS_SESSION();
+  ASSERT_TRUE(Becomes(loop, [&] { return term.mnuZoomOut.enabled.Get(); }));
+  for (const QSize size : {QSize(16'000, 300), QSize(300, 10'000), QSize(6000, 4000)}) {
+    window().resize(size);
+    EventLoop::Time longest{};
+    for (const auto until = loop.Now() + 300ms; loop.Now() < until;) {
+      const auto began = loop.Now();
+      loop.Pump(began + 10ms);
+      longest = std::max(longest, loop.Now() - began);
+    }
+    EXPECT_LT(longest, 1s);
+    EXPECT_EQ(window().size(), size);
+  }
+}
+
 TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndFollowsItsSize) {
   NEEDS_SESSION();
   TakeSent();
@@ -242,7 +260,19 @@ TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndFollowsItsSize
   EXPECT_TRUE(window().isActiveWindow());
   Press(Qt::Key_M, Qt::AltModifier);
   EXPECT_EQ(TakeSent(), "\x03\x15");
-  const auto* page = trace->findChild<QPlainTextEdit*>();
+  auto* page = trace->findChild<QPlainTextEdit*>();
+  const auto spoken = [](QObject* widget) {
+    return FromQt(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name));
+  };
+  EXPECT_EQ(spoken(page), "Trace of the unit");
+  comPort.Arrive("<tml><Channel>7,one</tml>");
+  ASSERT_TRUE(Becomes(loop, [&] {
+    const auto all = QApplication::topLevelWidgets();
+    return std::any_of(all.begin(), all.end(), [&](QWidget* other) {
+      auto* channel = other->findChild<QPlainTextEdit*>();
+      return channel != nullptr && spoken(channel) == "Trace of channel 7";
+    });
+  }));
   trace->resize(trace->size() + QSize(100, 80));
   test::Elapse(loop, 200ms);
   const auto buttons = trace->findChildren<QPushButton*>();

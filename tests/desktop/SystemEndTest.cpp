@@ -1,0 +1,246 @@
+#include "desktop/SystemEnd.h"
+
+#include <gtest/gtest.h>
+
+#include <QEvent>
+#include <QFile>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "Wait.h"
+#include "desktop/FormWindow.h"
+#include "desktop/QtDialogs.h"
+#include "desktop/QtWindowSystem.h"
+#include "forms/Controls.h"
+#include "unit/Unit.h"
+#ifdef Q_OS_UNIX
+#include <csignal>
+#endif
+
+namespace corvex {
+namespace {
+
+using namespace std::chrono_literals;
+using test::Becomes;
+
+struct Window : Form {
+  Window(EventLoop& l, WindowSystem& w) : Form(l, w, "window") {
+    rect = Rect{1500, 1500, 4500, 3000};
+    queryUnload = [this] { visible = false; };
+  }
+  ~Window() override { Withdraw(); }
+  MenuItem menu{*this, {.name = "menu", .caption = "&Menu"}};
+  MenuItem entry{menu, {.name = "entry", .caption = "Entry"}};
+};
+
+/// A program that cannot close while the user is being asked something, and then asks whether to save.
+class SystemEndTest : public ::testing::Test {
+ protected:
+  void Close() {
+    ++closes;
+    if (std::exchange(closing, true)) return;
+    if (!busy && MayGo()) loop.End();
+    closing = false;
+  }
+  bool MayGo() {
+    Answer answer;
+    while ((answer = dialogs.Ask({.text = "Save?", .buttons = Buttons::YesNoCancel})) == Answer::Yes) {
+      saves.push_back(dialogs.SaveFile({}).value_or("none"));
+      if (saves.size() == savesThatSucceed) return true;
+    }
+    return answer == Answer::No;
+  }
+
+  QtEventLoop loop;
+  QtWindowSystem windows{loop};
+  QtDialogs dialogs{loop, windows};
+  SystemEnd systemEnd{loop,
+                      [this] {
+                        windows.CallOff();
+                        dialogs.StopAsking({"/first", "/second"});
+                      },
+                      [this] { Close(); }};
+  bool busy = false;
+  bool closing = false;
+  int closes = 0;
+  std::size_t savesThatSucceed = 1;
+  std::vector<std::string> saves;
+};
+
+TEST_F(SystemEndTest, NothingThatIsOpenHoldsItUp) {
+  Window main(loop, windows);
+  main.visible = true;
+  ASSERT_TRUE(Becomes(loop, [&] { return windows.WindowOf(main)->isVisible(); }));
+  std::string log;
+  // Each waits in the wait of the one before.
+  auto delay = 0ms;
+  const auto open = [&](const char* name, EventLoop::Task task) {
+    loop.After(delay += 50ms, [&log, name, task = std::move(task)] {
+      task();
+      log += name;
+    });
+  };
+  const auto busyWith = [this](auto task) {
+    return [this, task] {
+      busy = true;
+      task();
+      busy = false;
+    };
+  };
+  // The outermost is the question that the close box asks.
+  open("close ", [this] { Close(); });
+  open("box ", busyWith([this] { dialogs.MessageBox("still open"); }));
+  open("file ", busyWith([this] { EXPECT_EQ(dialogs.SaveFile({}), std::nullopt); }));
+  open("input ", busyWith([this] { EXPECT_EQ(dialogs.InputBox("Name", "Owner"), std::nullopt); }));
+  open("form ", busyWith([this] { Window(loop, windows).ShowModal(); }));
+  open("menu ", [&] {
+    windows.WindowOf(main)->menuBar()->actions().front()->menu()->popup({200, 200});
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+  });
+  auto began = loop.Now();
+  loop.After(delay + 200ms, [&] {
+    EXPECT_EQ(log, "menu ");
+    began = loop.Now();
+    systemEnd.Request();
+  });
+  loop.Exec();
+  EXPECT_LT(loop.Now() - began, 1s);
+  EXPECT_TRUE(log.starts_with("menu form input file box ")) << log;
+  ASSERT_EQ(saves.size(), 1U);
+  EXPECT_TRUE(saves[0].starts_with("/first/printout-") && saves[0].ends_with(".txt")) << saves[0];
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(SystemEndTest, WhatCannotBeSavedAnywhereDoesNotHoldItUpForEver) {
+  savesThatSucceed = 9;
+  loop.After(10ms, [&] { systemEnd.Request(); });
+  loop.Exec();
+  ASSERT_EQ(saves.size(), 2U);
+  EXPECT_TRUE(saves[1].starts_with("/second/")) << saves[1];
+}
+
+TEST_F(SystemEndTest, AtTheEndOfTheDesktopSessionAllIsSavedBeforeTheSystemGoesOn) {
+  bool over = false;
+  loop.After(10ms, [&] {
+    systemEnd.EndNow();
+    over = true;
+    EXPECT_TRUE(loop.Ended());
+  });
+  loop.Exec();
+  EXPECT_TRUE(over);
+  EXPECT_EQ(saves.size(), 1U);
+}
+
+TEST_F(SystemEndTest, AProgramThatDoesNotCloseEndsAllTheSame) {
+  busy = true;
+  const auto began = loop.Now();
+  // As the end of a session comes where it is no signal.
+  loop.After(10ms, [&] {
+    QEvent quit(QEvent::Quit);
+    QCoreApplication::sendEvent(qApp, &quit);
+  });
+  loop.Exec();
+  EXPECT_GE(closes, 10);
+  EXPECT_GE(loop.Now() - began, SystemEnd::kLimit);
+  EXPECT_LT(loop.Now() - began, SystemEnd::kLimit + 2s);
+}
+
+#ifdef Q_OS_UNIX
+
+/// The real program in a process of its own, and a unit that it is in session with over TCP.
+class SystemEndProgramTest : public ::testing::Test {
+ protected:
+  SystemEndProgramTest() {
+    EXPECT_TRUE(server.listen(QHostAddress::LocalHost));
+    QObject::connect(&server, &QTcpServer::newConnection, &server, [this] {
+      line = server.nextPendingConnection();
+      unit.LineUp();
+      QObject::connect(line, &QTcpSocket::readyRead, &server, [this] {
+        const std::string bytes = line->readAll().toStdString();
+        heard += bytes;
+        loop.Enter([&] { unit.Receive(bytes); });
+      });
+    });
+    const QString path = folder.filePath(QStringLiteral("corvex"));
+    EXPECT_TRUE(QFile::copy(QStringLiteral(CORVEX_PROGRAM), path));
+    QFile settings(folder.filePath(QStringLiteral("corvex.ini")));
+    EXPECT_TRUE(settings.open(QIODevice::WriteOnly));
+    settings.write(QStringLiteral("[config]\r\nlan=yes\r\nlanaddress=127.0.0.1\r\nlanport=%1\r\n")
+                       .arg(server.serverPort())
+                       .toLatin1());
+    settings.close();
+    program.setProcessChannelMode(QProcess::ForwardedChannels);
+    program.start(path, QStringList());
+  }
+  ~SystemEndProgramTest() override {
+    program.kill();
+    program.waitForFinished();
+  }
+  bool InSession() {
+    // With all said that begins one.
+    std::size_t said = 0;
+    const auto isQuiet = [&] {
+      return std::exchange(said, heard.size()) == heard.size() && unit.InTagMode() && !unit.Shows().empty();
+    };
+    for (int i = 0; i < 40; ++i) {
+      test::Elapse(loop, 500ms);
+      if (isQuiet()) return true;
+    }
+    return false;
+  }
+  bool Ends() {
+    return Becomes(loop, [&] { return program.state() == QProcess::NotRunning; });
+  }
+
+  QtEventLoop loop;
+  QTcpServer server;
+  QTcpSocket* line = nullptr;
+  simulation::Unit unit{loop, {}, [this](std::string_view bytes) {
+                          if (line != nullptr) line->write(bytes.data(), static_cast<qint64>(bytes.size()));
+                        }};
+  std::string heard;
+  QTemporaryDir folder;
+  QProcess program;
+};
+
+TEST_F(SystemEndProgramTest, ASignalEndsItAsItsCloseBoxDoesAndSavesWhatIsUnsaved) {
+  ASSERT_TRUE(InSession()) << "was the window active?";
+  line->write("<tml><StartPrint></tml><tml><Print>000noon report</tml><tml><EndPrint></tml>");
+  test::Elapse(loop, 500ms);
+  heard.clear();
+  ASSERT_EQ(kill(static_cast<pid_t>(program.processId()), SIGTERM), 0);
+  ASSERT_TRUE(Ends());
+  EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(program.exitCode(), 0);
+  test::Elapse(loop, 50ms);
+  EXPECT_TRUE(heard.starts_with("\x18\x18")) << heard;
+  const QStringList saved = QDir(folder.path()).entryList({QStringLiteral("printout-*.txt")});
+  ASSERT_EQ(saved.size(), 1);
+  QFile file(folder.filePath(saved.front()));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(file.readAll().contains("noon report"));
+}
+
+TEST_F(SystemEndProgramTest, TheFirstOfSeveralSignalsCounts) {
+  ASSERT_TRUE(InSession()) << "was the window active?";
+  heard.clear();
+  for (const int number : {SIGHUP, SIGINT, SIGTERM, SIGHUP}) {
+    kill(static_cast<pid_t>(program.processId()), number);
+    test::Elapse(loop, 50ms);
+  }
+  ASSERT_TRUE(Ends());
+  EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(program.exitCode(), 0);
+  test::Elapse(loop, 50ms);
+  EXPECT_TRUE(heard.starts_with("\x18\x18")) << heard;
+}
+
+#endif
+
+}  // namespace
+}  // namespace corvex
