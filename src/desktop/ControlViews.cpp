@@ -76,6 +76,7 @@ class FrameView : public WidgetView<Frame, Panel> {
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Caption)) shown_->SetTitle(ToShown(control_.caption.Get()));
+    if (changes.Has(Change::Dimmed) && control_.look == Look::Screen) shown_->SetDimmed(control_.dimmed);
   }
 };
 

@@ -1,6 +1,7 @@
 #include "desktop/Panel.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
@@ -22,6 +23,11 @@ QRectF Inside(const QRect& rect, qreal line) {
 
 Panel::Panel(Look look, QWidget* parent) : QWidget(parent), look_(look) {
   if (look != Look::Plain) setPalette(PaletteFor(look, palette()));
+}
+
+void Panel::SetDimmed(bool dimmed) {
+  const QPalette application = QApplication::palette();
+  setPalette(dimmed ? DimmedPaletteFor(look_, application) : PaletteFor(look_, application));
 }
 
 void Panel::SetTitle(const QString& title) {

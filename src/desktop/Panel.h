@@ -10,6 +10,7 @@ namespace corvex {
 class Panel : public QWidget {
  public:
   Panel(Look look, QWidget* parent);
+  void SetDimmed(bool dimmed);
   void SetTitle(const QString& title);
   const QString& title() const { return title_; }
   Look look() const { return look_; }

@@ -94,6 +94,19 @@ QPalette PaletteFor(Look look, const QPalette& application) {
   return application;
 }
 
+QPalette DimmedPaletteFor(Look look, const QPalette& application) {
+  QPalette palette = PaletteFor(look, application);
+  const QColor pale = palette.color(QPalette::PlaceholderText);
+  for (const auto role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::Link, QPalette::Highlight}) {
+    palette.setColor(role, pale);
+  }
+  for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+    palette.setColor(role, application.color(QPalette::Window));  // the light is off
+  }
+  return palette;
+}
+
 QColor BorderColor(const QPalette& palette) {
   return WithAlpha(palette.color(QPalette::Active, QPalette::WindowText), 0.30F);
 }

@@ -21,6 +21,8 @@ QPalette MakePalette(bool dark);
 
 /// The palette of a frame of that look and of all within it, on top of the program's.
 QPalette PaletteFor(Look look, const QPalette& application);
+/// The same for a frame whose contents are not current.
+QPalette DimmedPaletteFor(Look look, const QPalette& application);
 
 /// Line around a panel or a key, and the fainter one around what is not in use.
 QColor BorderColor(const QPalette& palette);

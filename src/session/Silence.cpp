@@ -56,15 +56,20 @@ void Silence::Show() {
   portTip_ = label.toolTip;
   const auto silent = std::chrono::duration_cast<std::chrono::seconds>(window_.loop().Now() - heard_);
   const std::string since = TimeOfDay(window_.loop().LocalSeconds() - silent.count());
-  window_.frmScreen.dimmed = true;
+  SetDimmed(true);
   label.caption = "!" + since.substr(0, 5);
   label.toolTip = "Nothing received since " + since;
   label.accessible = "Port: nothing received since " + since;
 }
 
+void Silence::SetDimmed(bool dimmed) {
+  window_.frmScreen.dimmed = dimmed;
+  for (Label& label : window_.lblGps) label.enabled = !dimmed;
+}
+
 void Silence::Hide() {
   if (!window_.frmScreen.dimmed) return;
-  window_.frmScreen.dimmed = false;
+  SetDimmed(false);
   window_.lblPort.caption = port_;
   window_.lblPort.toolTip = portTip_;
   window_.lblPort.accessible = TermControls::kPortSpoken;

@@ -9,8 +9,9 @@
 namespace corvex {
 
 /// Sees to it that nobody takes an old screen for a current one: when the modem has sent nothing for some
-/// seconds in its session, which it does not do as long as it lives, the screen is dimmed and the port
-/// indicator says since when. It does not depend on the window's timers, which stop with a minimised window.
+/// seconds in its session, which it does not do as long as it lives, the screen is dimmed, with the position
+/// beside it, and the port indicator says since when. It does not depend on the window's timers, which stop
+/// with a minimised window.
 class Silence {
  public:
   /// A modem sends its time every second, and after 8 to 16 s of silence the watchdog connects again.
@@ -32,6 +33,7 @@ class Silence {
   void Check();
   void Show();
   void Hide();
+  void SetDimmed(bool dimmed);
 
   TermControls& window_;
   const MainState& main_;
