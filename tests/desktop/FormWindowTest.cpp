@@ -370,6 +370,7 @@ TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
   line->paste();
   EXPECT_EQ(form->line.Text(), "78 9") << "what has no byte, and line ends, are not to be sent unseen";
   EXPECT_EQ(line->text(), QStringLiteral("78 9"));
+  QApplication::clipboard()->clear();  // other tests begin with none
 }
 
 TEST_F(FormWindowTest, TheCaretOfALongTextIsTheSameOnBothSides) {
