@@ -27,6 +27,7 @@ class HostLoop : public EventLoop {
   void Sleep(Time until) override;
   void Poll() override;
   void WakeAt(Time) override {}
+  void WakeFromAnyThread() override {}  // this program has one thread
 
  private:
   struct Watched {

@@ -66,8 +66,9 @@ class FakeSerial : public SerialControl, public FarSide {
   bool PortOpen() const override { return open_; }
   std::string Input() override { return std::exchange(input_, {}); }
   void DiscardInput() override { input_.clear(); }
-  void Output(std::string_view bytes) override {
+  bool Output(std::string_view bytes) override {
     if (open_) Take(bytes);
+    return open_;
   }
   std::int32_t OutBufferCount() const override { return unsent; }
   void DiscardOutput() override { unsent = 0; }
