@@ -117,7 +117,7 @@ class AsioSerialControl::Line {
 
   void Read() {
     if (failed_) return;
-    port_.async_read_some(asio::buffer(received_),
+    port_.async_read_some(asio::buffer(received_, ReadSize(handle_, received_.size())),
                           [this](std::error_code error, std::size_t count) { HasRead(error, count); });
   }
 

@@ -28,6 +28,9 @@ void DiscardReceived(LineHandle line);
 /// Takes back what the system has not sent yet.
 void DiscardUnsent(LineHandle line);
 
+/// How many bytes a read may ask for without waiting for more than the first, `most` at the most.
+std::size_t ReadSize(LineHandle line, std::size_t most);
+
 /// Bytes that were written and have not left yet; `pending` of them are in a write that has not completed.
 std::size_t UnsentBytes(LineHandle line, std::size_t pending);
 

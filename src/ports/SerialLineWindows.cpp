@@ -5,6 +5,8 @@
 #endif
 #include <windows.h>
 
+#include <algorithm>
+
 #include "ports/SerialLine.h"
 
 namespace corvex {
@@ -62,10 +64,7 @@ std::optional<LineHandle> OpenLine(const std::string& device, const LineSettings
   const HANDLE line = CreateFileW(SystemName(device).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                   OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr);
   if (line == INVALID_HANDLE_VALUE) return {};
-  // This combination reads what is there, and waits only for the first byte.
   COMMTIMEOUTS times = {};
-  times.ReadIntervalTimeout = MAXDWORD;
-  times.ReadTotalTimeoutMultiplier = MAXDWORD;
   times.ReadTotalTimeoutConstant = kReadTime;
   SetupComm(line, kInputQueue, kOutputQueue);  // a wish
   if (!SetCommTimeouts(line, &times) || !SetUpLine(line, settings)) {
@@ -111,6 +110,14 @@ void DiscardReceived(LineHandle line) {
 
 void DiscardUnsent(LineHandle line) {
   PurgeComm(line, PURGE_TXABORT | PURGE_TXCLEAR);
+}
+
+std::size_t ReadSize(LineHandle line, std::size_t most) {
+  // A read waits until it has all that it was asked for.
+  DWORD errors = 0;
+  COMSTAT state = {};
+  if (!ClearCommError(line, &errors, &state)) return 1;
+  return std::clamp<std::size_t>(state.cbInQue, 1, most);
 }
 
 std::size_t UnsentBytes(LineHandle line, std::size_t pending) {

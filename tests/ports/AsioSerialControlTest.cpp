@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <thread>
 
+#include "link/modComSock.h"
+#include "support/FakePlatform.h"
 #include "support/RealLoop.h"
 
 namespace corvex {
@@ -224,6 +226,27 @@ TEST_F(AsioSerialControlTest, CarriesALargeBlockInOrder) {
   ASSERT_TRUE(Becomes(loop, [&] { return (arrived += far.Take()).size() >= block.size(); }));
   EXPECT_TRUE(arrived == block);
   ASSERT_TRUE(Becomes(loop, [&] { return port.OutBufferCount() == 0; }));
+}
+
+TEST_F(AsioSerialControlTest, TheFarewellOfALinkArrives) {
+  const test::TempFolder folder;
+  SettingsStore settings(folder.Name());
+  test::FakeWindows windows;
+  test::FakeSerialPorts ports;
+  test::FakeSocket sock(loop);
+  test::FakeDialogs dialogs;
+  test::FakePrinters printers;
+  test::FakeSound sound;
+  test::FakeShell shell;
+  const Platform platform{loop, windows, port, ports, sock, dialogs, printers, sound, shell, {}};
+  ReceiveBuffer buffer(loop);
+  MainState main;
+  TerminalLink link(platform, settings, buffer, main);
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  link.WriteText("quit\r\nat\r\n");
+  link.CloseLink();
+  EXPECT_FALSE(port.PortOpen());
+  EXPECT_EQ(far.Take(), "quit\r\nat\r\n");
 }
 
 TEST_F(AsioSerialControlTest, SetsTheLineUpAndChangesItWhileOpen) {
