@@ -82,6 +82,16 @@ TEST(SlowLine, EveryFarewellLeavesBeforeThePortIsClosed) {
   }
 }
 
+TEST(SlowLine, ALineThatTakesNothingDoesNotKeepTheProgramFromItsEnd) {
+  Program p;
+  p.Start(0.1);
+  p.comPort.Hold(true);
+  const auto began = p.loop.Now();
+  p.Do([&] { p.term.mnuExit.click(); });
+  EXPECT_TRUE(p.loop.Ended());
+  EXPECT_LE(p.loop.Now() - began, frmTerm::kClosingTime + std::chrono::milliseconds(1));
+}
+
 TEST(ListSpacing, ATextThatIsNoPairOfNumbersIsTold) {
   Program p;
   auto& list = p.term.ListMenu;
