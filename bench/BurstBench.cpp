@@ -14,13 +14,13 @@
 #include "desktop/QtDialogs.h"
 #include "desktop/QtEventLoop.h"
 #include "desktop/QtPrinters.h"
-#include "desktop/QtSerialControl.h"
-#include "desktop/QtSerialPorts.h"
 #include "desktop/QtShell.h"
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
 #include "desktop/QtWindowSystem.h"
 #include "desktop/SystemFiles.h"
+#include "ports/AsioSerialControl.h"
+#include "ports/SystemSerialPorts.h"
 #include "session/frmTerm.h"
 
 // How long a click may have to wait while the modem sends a megabyte of packets in one go: the longest time
@@ -82,8 +82,8 @@ int main(int argc, char** argv) {
   settings.config.lanaddress.Set("127.0.0.1");
   settings.config.lanport.Set(std::to_string(modem.port()));
   QtWindowSystem windows(loop);
-  QtSerialControl comPort(loop, [](int) { return std::string("none"); });
-  QtSerialPorts serialPorts;
+  AsioSerialControl comPort(loop, [](int) { return std::string("none"); });
+  SystemSerialPorts serialPorts;
   QtSocketControl sock(loop);
   QtDialogs dialogs(loop, windows);
   QtPrinters printers(windows, dialogs);

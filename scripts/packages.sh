@@ -1,6 +1,6 @@
 # The Debian packages that the scripts install, by what they are for. Sourced, not run.
 # shellcheck shell=bash disable=SC2034
-packages_build=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev libgtest-dev libasound2-dev)
+packages_build=(g++ cmake ninja-build qt6-base-dev libasio-dev libgtest-dev libasound2-dev)
 packages_run=(fonts-dejavu-core libgl1 libasound2)
 packages_display=(xvfb xauth openbox xdotool wmctrl x11-utils imagemagick)
 packages_check=(clang-format git)

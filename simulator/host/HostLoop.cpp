@@ -1,11 +1,41 @@
 #include "host/HostLoop.h"
 
-#include <algorithm>
+#include <asio/post.hpp>
 #include <chrono>
 #include <cmath>
-#include <utility>
+#include <csignal>
+#include <ctime>
 
 namespace corvex::simulation::host {
+namespace {
+
+/// Seconds since 1970-01-01 00:00 of the local time zone, with their fraction.
+double LocalTime() {
+  using namespace std::chrono;
+  const auto now = system_clock::now();
+  const std::time_t whole = system_clock::to_time_t(now);
+  const std::tm local = *std::localtime(&whole);
+  const sys_days day = year(local.tm_year + 1900) / (local.tm_mon + 1) / local.tm_mday;
+  const auto time =
+      day.time_since_epoch() + hours(local.tm_hour) + minutes(local.tm_min) + seconds(local.tm_sec);
+  return duration<double>(time).count() + duration<double>(now - system_clock::from_time_t(whole)).count();
+}
+
+}  // namespace
+
+HostLoop::HostLoop() {
+  signals_.add(SIGINT);
+  signals_.add(SIGTERM);
+#ifdef SIGHUP
+  signals_.add(SIGHUP);
+#endif
+#ifdef SIGBREAK
+  signals_.add(SIGBREAK);
+#endif
+  signals_.async_wait([this](std::error_code error, int) {
+    if (!error) End();
+  });
+}
 
 EventLoop::Time HostLoop::Now() const {
   return std::chrono::steady_clock::now().time_since_epoch();
@@ -19,39 +49,25 @@ std::int64_t HostLoop::LocalSeconds() const {
   return static_cast<std::int64_t>(LocalTime());
 }
 
-void HostLoop::Watch(Handle handle, bool write, std::function<void()> onReady) {
-  watched_[handle] = {write, std::move(onReady)};
-}
-
-void HostLoop::Unwatch(Handle handle) {
-  watched_.erase(handle);
-}
-
 void HostLoop::Run() {
-  while (!EndRequested() && Enter([this] { Pump(); })) {
+  while (Enter([this] { Pump(); })) {
   }
 }
 
 void HostLoop::Sleep(Time until) {
-  WaitAndServe(until == Time::max() ? Time(-1) : std::max(until - Now(), Time::zero()));
+  if (until == Time::max()) {
+    io_.run_one();
+  } else {
+    io_.run_one_until(std::chrono::steady_clock::time_point(until));
+  }
 }
 
 void HostLoop::Poll() {
-  WaitAndServe(Time::zero());
+  io_.poll();
 }
 
-void HostLoop::WaitAndServe(Time time) {
-  std::vector<host::Watch> watches;
-  watches.reserve(watched_.size());
-  for (const auto& [handle, watched] : watched_) watches.push_back({handle, watched.write, false});
-  host::Wait(watches, time);
-  for (const host::Watch& watch : watches) {
-    // One that was served before may have taken this one away.
-    const auto watched = watched_.find(watch.handle);
-    if (!watch.ready || watched == watched_.end()) continue;
-    const auto onReady = watched->second.onReady;
-    onReady();
-  }
+void HostLoop::WakeFromAnyThread() {
+  asio::post(io_, [] {});
 }
 
 }  // namespace corvex::simulation::host

@@ -1,24 +1,25 @@
 #pragma once
 
-#include <functional>
-#include <map>
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/signal_set.hpp>
 
-#include "host/System.h"
 #include "platform/EventLoop.h"
 
 namespace corvex::simulation::host {
 
-/// The event loop of a program without windows: sleeps in the system's wait for handles until one of them is
-/// ready or a timer is due.
+/// The event loop of a program without windows, on Asio's: sleeps in it until something has come or a timer
+/// is due. An interrupt from the keyboard and a polite request to end from the system end it.
 class HostLoop : public EventLoop {
  public:
+  HostLoop();
+
+  /// For ports, whose handlers run within the waits of this loop and on its thread.
+  asio::io_context& Io() { return io_; }
+
   Time Now() const override;
   double SecondsSinceMidnight() const override;
   std::int64_t LocalSeconds() const override;
-
-  /// Calls `onReady` whenever the handle can be read, and while `write` is set whenever it can be written.
-  void Watch(Handle handle, bool write, std::function<void()> onReady);
-  void Unwatch(Handle handle);
 
   /// Runs until the program is to end.
   void Run();
@@ -27,15 +28,12 @@ class HostLoop : public EventLoop {
   void Sleep(Time until) override;
   void Poll() override;
   void WakeAt(Time) override {}
+  void WakeFromAnyThread() override;
 
  private:
-  struct Watched {
-    bool write = false;
-    std::function<void()> onReady;
-  };
-  void WaitAndServe(Time time);
-
-  std::map<Handle, Watched> watched_;
+  asio::io_context io_{1};
+  asio::executor_work_guard<asio::io_context::executor_type> work_{io_.get_executor()};
+  asio::signal_set signals_{io_};
 };
 
 }  // namespace corvex::simulation::host

@@ -1,5 +1,16 @@
+#ifndef _WIN32
+
 #include "host/PtyPort.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <utility>
 
 namespace corvex::simulation::host {
@@ -8,6 +19,65 @@ namespace {
 // The system does not wake anybody when the other end is opened.
 constexpr EventLoop::Time kLookOut = std::chrono::milliseconds(100);
 
+struct PseudoTerminal {
+  int handle = -1;
+  std::string name;  ///< of the end that the PC's program opens
+};
+
+/// A new pseudo terminal that passes on all bytes as they are. The handle is -1 if there is none, with a
+/// reason in `error`.
+PseudoTerminal OpenPseudoTerminal(std::string& error) {
+  const int fd = posix_openpt(O_RDWR | O_NOCTTY);
+  const char* name = nullptr;
+  if (fd >= 0 && grantpt(fd) == 0 && unlockpt(fd) == 0 && fcntl(fd, F_SETFD, FD_CLOEXEC) == 0)
+    name = ptsname(fd);
+  // The other end is opened and closed once: only after that does the system tell whether anybody has it
+  // open.
+  const int other = name == nullptr ? -1 : open(name, O_RDWR | O_NOCTTY);
+  termios settings = {};
+  const bool usable = other >= 0 && tcgetattr(other, &settings) == 0;
+  if (usable) {
+    cfmakeraw(&settings);
+    tcsetattr(other, TCSANOW, &settings);
+  } else {
+    error = std::string("pseudo terminal: ") + std::strerror(errno);
+  }
+  if (other >= 0) close(other);
+  if (usable) return {fd, name};
+  if (fd >= 0) close(fd);
+  return {};
+}
+
+/// Whether some program has the other end open.
+bool OtherEndOpen(int handle) {
+  pollfd state = {handle, POLLIN, 0};
+  return poll(&state, 1, 0) == 0 || (state.revents & POLLHUP) == 0;
+}
+
+/// Makes `link` a symbolic link to `target`. An old link is replaced; anything else of that name is left
+/// alone.
+bool ReplaceLink(const std::string& link, const std::string& target, std::string& error) {
+  namespace fs = std::filesystem;
+  std::error_code failure;
+  const fs::file_status status = fs::symlink_status(link, failure);
+  if (fs::is_symlink(status)) {
+    fs::remove(link, failure);
+  } else if (fs::exists(status)) {
+    error = link + ": exists and is not a link";
+    return false;
+  }
+  fs::create_symlink(target, link, failure);
+  if (failure) error = link + ": " + failure.message();
+  return !failure;
+}
+
+/// Removes the link if it still leads to `target`.
+void RemoveLink(const std::string& link, const std::string& target) {
+  namespace fs = std::filesystem;
+  std::error_code failure;
+  if (fs::read_symlink(link, failure) == target && !failure) fs::remove(link, failure);
+}
+
 }  // namespace
 
 PtyPort::~PtyPort() {
@@ -15,10 +85,12 @@ PtyPort::~PtyPort() {
 }
 
 bool PtyPort::Open(std::string& error) {
-  terminal_ = OpenPseudoTerminal(error);
-  if (terminal_.handle == kNoHandle) return false;
-  if (!link_.empty() && !ReplaceLink(link_, terminal_.name, error)) return false;
-  onNotice("pseudo terminal " + terminal_.name);
+  auto [handle, name] = OpenPseudoTerminal(error);
+  if (handle < 0) return false;
+  handle_ = handle;
+  name_ = std::move(name);
+  if (!link_.empty() && !ReplaceLink(link_, name_, error)) return false;
+  onNotice("pseudo terminal " + name_);
   LookOut();
   return true;
 }
@@ -38,14 +110,15 @@ void PtyPort::HangUp() {
 }
 
 void PtyPort::LookOut() {
-  if (!OtherEndOpen(terminal_.handle)) {
+  if (!OtherEndOpen(handle_)) {
     lookOut_.Start(kLookOut, [this] { LookOut(); });
     return;
   }
-  user_ = std::make_unique<Connection>(
-      loop_, terminal_.handle, [this](std::string_view bytes) { onBytes(bytes); },
+  // The connection has a handle of its own: the terminal outlives it.
+  user_ = std::make_unique<Connection<asio::posix::stream_descriptor>>(
+      asio::posix::stream_descriptor(loop_.Io(), dup(handle_)),
+      [this](std::string_view bytes) { onBytes(bytes); },
       [this] {
-        user_->Release();
         user_.reset();
         onDown();
         LookOut();
@@ -55,12 +128,11 @@ void PtyPort::LookOut() {
 
 void PtyPort::Release() {
   lookOut_.Stop();
-  if (user_ != nullptr) {
-    user_->Release();
-    user_.reset();
-  }
-  if (!link_.empty()) RemoveLink(link_, terminal_.name);
-  Close(std::exchange(terminal_.handle, kNoHandle));
+  user_.reset();
+  if (!link_.empty()) RemoveLink(link_, name_);
+  if (handle_ >= 0) close(std::exchange(handle_, -1));
 }
 
 }  // namespace corvex::simulation::host
+
+#endif

@@ -1,15 +1,17 @@
 #pragma once
 
+#include <asio/posix/stream_descriptor.hpp>
 #include <memory>
 #include <string>
 
 #include "host/Connection.h"
+#include "host/HostLoop.h"
 #include "host/Port.h"
 #include "unit/Timer.h"
 
 namespace corvex::simulation::host {
 
-/// A pseudo terminal, which the PC's program opens like a serial port.
+/// A pseudo terminal, which the PC's program opens like a serial port. There are none on Windows.
 class PtyPort : public Port {
  public:
   /// `link`: a symbolic link that leads to it for as long as the port exists; empty for none.
@@ -27,8 +29,9 @@ class PtyPort : public Port {
 
   HostLoop& loop_;
   std::string link_;
-  PseudoTerminal terminal_;
-  std::unique_ptr<Connection> user_;
+  int handle_ = -1;
+  std::string name_;  ///< Of the end that the PC's program opens.
+  std::unique_ptr<Connection<asio::posix::stream_descriptor>> user_;
   Timer lookOut_;
 };
 

@@ -1,21 +1,67 @@
 #include "host/TcpPort.h"
 
+#ifndef _WIN32
+#include <netinet/tcp.h>
+#endif
+
 #include <utility>
 
 namespace corvex::simulation::host {
+namespace {
 
-TcpPort::~TcpPort() {
-  if (listener_ == kNoHandle) return;
-  loop_.Unwatch(listener_);
-  Close(listener_);
+using asio::ip::tcp;
+
+template <typename Socket>
+void SetOption(Socket& socket, int level, int name, int value) {
+  // A system that has no such option works without it.
+  (void)setsockopt(socket.native_handle(), level, name, reinterpret_cast<const char*>(&value), sizeof value);
 }
 
+/// Short texts go at once, and a peer that vanishes is noticed.
+void SetOptions(tcp::socket& socket) {
+  SetOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
+  SetOption(socket, SOL_SOCKET, SO_KEEPALIVE, 1);
+#ifdef TCP_KEEPIDLE
+  SetOption(socket, IPPROTO_TCP, TCP_KEEPIDLE, 10);
+  SetOption(socket, IPPROTO_TCP, TCP_KEEPINTVL, 5);
+  SetOption(socket, IPPROTO_TCP, TCP_KEEPCNT, 3);
+#endif
+#ifdef TCP_USER_TIMEOUT
+  SetOption(socket, IPPROTO_TCP, TCP_USER_TIMEOUT, 20000);
+#endif
+}
+
+/// An address that another program listens on is refused, one of which old connections are left is not.
+void SetOptions(tcp::acceptor& listener) {
+#ifdef _WIN32
+  SetOption(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, 1);
+#else
+  SetOption(listener, SOL_SOCKET, SO_REUSEADDR, 1);
+#endif
+}
+
+}  // namespace
+
 bool TcpPort::Open(std::string& error) {
-  listener_ = Listen(port_, allAddresses_, error);
-  if (listener_ == kNoHandle) return false;
-  loop_.Watch(listener_, false, [this] { TakeClient(); });
-  onNotice(std::string("listening on ") + (allAddresses_ ? "0.0.0.0:" : "127.0.0.1:") +
-           std::to_string(LocalPort(listener_)));
+  const auto address = allAddresses_ ? asio::ip::address_v4::any() : asio::ip::address_v4::loopback();
+  std::error_code failed;
+  listener_.open(tcp::v4(), failed);
+  if (!failed) SetOptions(listener_);
+  if (!failed) listener_.bind({address, port_}, failed);
+  if (!failed) listener_.listen(4, failed);
+  if (failed) {
+    constexpr std::uint16_t kFirstFreePort = 1024;
+    error = "port " + std::to_string(port_) + ": " + failed.message();
+    if (failed == asio::error::access_denied && port_ < kFirstFreePort) {
+      error +=
+          "; ports below 1024 are root's: use sudo, or once and for all "
+          "sudo setcap cap_net_bind_service=+ep on this program's file";
+    }
+    return false;
+  }
+  AwaitClient();
+  onNotice("listening on " + address.to_string() + ':' +
+           std::to_string(listener_.local_endpoint(failed).port()));
   return true;
 }
 
@@ -30,18 +76,26 @@ void TcpPort::HangUp() {
   });
 }
 
-void TcpPort::TakeClient() {
+void TcpPort::AwaitClient() {
+  listener_.async_accept([this](std::error_code error, tcp::socket socket) {
+    if (error == asio::error::operation_aborted) return;
+    if (!error) TakeClient(std::move(socket));
+    AwaitClient();
+  });
+}
+
+void TcpPort::TakeClient(tcp::socket socket) {
   // The client may have gone and come again in one go: its going is seen first.
-  if (client_ != nullptr) client_->Serve();
-  const Handle handle = Accept(listener_);
-  if (handle == kNoHandle) return;
+  if (client_ != nullptr) client_->Look();
+  SetOptions(socket);
   if (client_ != nullptr) {
-    Write(handle, "\r\nBUSY\r\n");
-    Close(handle);
+    std::error_code ignored;
+    socket.non_blocking(true, ignored);
+    socket.write_some(asio::buffer(std::string_view("\r\nBUSY\r\n")), ignored);
     return;
   }
-  client_ = std::make_unique<Connection>(
-      loop_, handle, [this](std::string_view bytes) { onBytes(bytes); },
+  client_ = std::make_unique<Connection<tcp::socket>>(
+      std::move(socket), [this](std::string_view bytes) { onBytes(bytes); },
       [this] {
         client_.reset();
         onDown();

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <asio/ip/tcp.hpp>
 #include <cstdint>
 #include <memory>
 
 #include "host/Connection.h"
+#include "host/HostLoop.h"
 #include "host/Port.h"
 
 namespace corvex::simulation::host {
@@ -12,21 +14,21 @@ class TcpPort : public Port {
  public:
   /// `port` 0 takes a free one, which is told by onNotice.
   TcpPort(HostLoop& loop, std::uint16_t port, bool allAddresses)
-      : loop_(loop), port_(port), allAddresses_(allAddresses) {}
-  ~TcpPort() override;
+      : loop_(loop), port_(port), allAddresses_(allAddresses), listener_(loop.Io()) {}
 
   bool Open(std::string& error) override;
   void Send(std::string_view bytes) override;
   void HangUp() override;
 
  private:
-  void TakeClient();
+  void AwaitClient();
+  void TakeClient(asio::ip::tcp::socket socket);
 
   HostLoop& loop_;
   std::uint16_t port_;
   bool allAddresses_;
-  Handle listener_ = kNoHandle;
-  std::unique_ptr<Connection> client_;
+  asio::ip::tcp::acceptor listener_;
+  std::unique_ptr<Connection<asio::ip::tcp::socket>> client_;
 };
 
 }  // namespace corvex::simulation::host

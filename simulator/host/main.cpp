@@ -6,11 +6,13 @@
 #include <memory>
 
 #include "host/Arguments.h"
-#include "host/PtyPort.h"
 #include "host/TcpPort.h"
 #include "unit/ErbFront.h"
 #include "unit/PacedLine.h"
 #include "unit/Playback.h"
+#ifndef _WIN32
+#include "host/PtyPort.h"
+#endif
 
 namespace corvex::simulation::host {
 namespace {
@@ -64,12 +66,16 @@ int Run(const std::vector<std::string>& words) {
 
   std::vector<WireEvent> record;
   if (!arguments.playFile.empty()) record = ReadLog(arguments.playFile, error);
-  if (!error.empty() || !StartSystem(error)) return Complain(error, 1);
+  if (!error.empty()) return Complain(error, 1);
 
   HostLoop loop;
   std::unique_ptr<Port> port;
   if (arguments.pty) {
+#ifdef _WIN32
+    return Complain("there are no pseudo terminals on Windows; use --tcp", 1);
+#else
     port = std::make_unique<PtyPort>(loop, arguments.link);
+#endif
   } else {
     port = std::make_unique<TcpPort>(loop, *arguments.tcpPort, arguments.anyAddress);
   }

@@ -75,6 +75,11 @@ void QtEventLoop::WakeAt(Time time) {
   }
 }
 
+void QtEventLoop::WakeFromAnyThread() {
+  // Nothing but this event: the timer and its marks belong to the loop's thread.
+  QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
 void QtEventLoop::customEvent(QEvent*) {
   wakePosted_ = false;
   Wake();

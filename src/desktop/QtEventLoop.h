@@ -27,6 +27,7 @@ class QtEventLoop : public QObject, public EventLoop {
   void Sleep(Time until) override;
   void Poll() override;
   void WakeAt(Time time) override;
+  void WakeFromAnyThread() override;
   void Quit() override;
   void customEvent(QEvent* event) override;
 

@@ -4,7 +4,7 @@
 #include <QTcpSocket>
 #include <string>
 
-#include "desktop/TransportEvents.h"
+#include "platform/TransportEvents.h"
 #include "platform/Transports.h"
 
 namespace corvex {

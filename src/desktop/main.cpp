@@ -13,8 +13,6 @@
 #include "desktop/QtDspLibrary.h"
 #include "desktop/QtEventLoop.h"
 #include "desktop/QtPrinters.h"
-#include "desktop/QtSerialControl.h"
-#include "desktop/QtSerialPorts.h"
 #include "desktop/QtShell.h"
 #include "desktop/QtSocketControl.h"
 #include "desktop/QtSound.h"
@@ -23,6 +21,8 @@
 #include "desktop/SystemFiles.h"
 #include "desktop/Theme.h"
 #include "link/modCommSupport.h"
+#include "ports/AsioSerialControl.h"
+#include "ports/SystemSerialPorts.h"
 #include "session/frmTerm.h"
 
 namespace {
@@ -41,8 +41,8 @@ int Run(QApplication& application) {
   SettingsStore settings(folder, files, copy.number());
   if (copy.alone()) settings.TidyUp();
   QtWindowSystem windows(loop);
-  QtSerialControl comPort(loop, [&settings](int number) { return ComDeviceName(settings, number); });
-  QtSerialPorts serialPorts;
+  AsioSerialControl comPort(loop, [&settings](int number) { return ComDeviceName(settings, number); });
+  SystemSerialPorts serialPorts;
   QtSocketControl sock(loop);
   QtDialogs dialogs(loop, windows);
   QtPrinters printers(windows, dialogs);

@@ -92,6 +92,37 @@ void WireLog::Sent(std::string_view bytes) {
   Line('>', QuoteBytes(bytes));
 }
 
+void WireLog::Queued(std::string_view shown, std::size_t size) {
+  if (!file_.is_open() || size == 0) return;
+  queued_.push_back({std::string(shown), size});
+  queuedSize_ += size;
+  unsent_ += size;
+}
+
+bool WireLog::Unsent(std::size_t unsent) {
+  const bool fewer = unsent < unsent_;
+  if (fewer) unsent_ = unsent;
+  while (!queued_.empty() && queuedSize_ - queued_.front().size >= unsent_) {
+    Sent(queued_.front().shown);
+    queuedSize_ -= queued_.front().size;
+    queued_.pop_front();
+  }
+  return fewer;
+}
+
+void WireLog::DropQueued() {
+  if (queued_.empty()) return;
+  // Of a text that was cut the part that has left, unless another text stands for it.
+  const Output& first = queued_.front();
+  const std::size_t left = queuedSize_ - unsent_;
+  if (left > 0 && first.shown.size() == first.size && first.shown != kPassword) {
+    Sent(std::string_view(first.shown).substr(0, left));
+  }
+  Note(std::to_string(unsent_) + " bytes never left");
+  queued_.clear();
+  queuedSize_ = unsent_ = 0;
+}
+
 void WireLog::Received(std::string_view bytes) {
   if (!file_.is_open() || bytes.empty()) return;
   held_ += bytes;
@@ -102,9 +133,8 @@ void WireLog::Received(std::string_view bytes) {
   WriteHeld(held_.size() - waits);
 }
 
-void WireLog::SentSecret(std::string_view secret) {
+void WireLog::HideEcho(std::string_view secret) {
   ForgetSecret();
-  Sent("(password)\r\n");
   secret_ = secret;
 }
 

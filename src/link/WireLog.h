@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -42,13 +43,31 @@ class WireLog {
   /// Something happened to the line, such as "line lost".
   void Note(std::string_view what);
   void Sent(std::string_view bytes);
+
+  // A serial port sends at its own pace, and what was written to it may never leave. It stands in the
+  // recording from the time when it has been seen to have left.
+  /// `size` bytes were queued, for which the text `shown` stands.
+  void Queued(std::string_view shown, std::size_t size);
+  /// All but the last `unsent` bytes of what was queued have left. True if these are fewer than before.
+  bool Unsent(std::size_t unsent);
+  bool HasQueued() const { return !queued_.empty(); }
+  /// What has not left is lost, and recorded as a note of how much it was.
+  void DropQueued();
+
   void Received(std::string_view bytes);
 
-  /// A password was sent. Until ForgetSecret its echo, cut anywhere, is blotted out in what is received.
-  void SentSecret(std::string_view secret);
+  /// What stands for a line with a password.
+  static constexpr std::string_view kPassword = "(password)\r\n";
+  /// A password is sent. Until ForgetSecret its echo, cut anywhere, is blotted out in what is received.
+  void HideEcho(std::string_view secret);
   void ForgetSecret();
 
  private:
+  struct Output {
+    std::string shown;
+    std::size_t size;
+  };
+
   bool Begin();
   void End();
   bool IsOwn(const std::filesystem::path& file) const;
@@ -67,6 +86,9 @@ class WireLog {
   std::uint64_t lost_ = 0;      ///< Lines since the last one that was written.
   bool linkOpen_ = false;
   std::string where_;
+  std::deque<Output> queued_;
+  std::size_t queuedSize_ = 0;  ///< Bytes of all that is queued,
+  std::size_t unsent_ = 0;      ///< and how many of them had not left when it was last looked.
   std::string secret_;
   std::string held_;  ///< Received and not written yet: no longer than the secret.
 };

@@ -1,5 +1,6 @@
 #include "link/modComSock.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <utility>
@@ -48,6 +49,9 @@ TerminalLink::TerminalLink(const Platform& platform, SettingsStore& settings, Re
 }
 
 TerminalLink::~TerminalLink() {
+  RecordOutput();
+  log_.DropQueued();
+  loop_.Cancel(outputTimer_);
   comPort_.onComm = nullptr;
   sock_.onDataArrival = nullptr;
   sock_.onClose = nullptr;
@@ -63,23 +67,43 @@ bool TerminalLink::Dispatches() const {
          main_.mode == ModemMode::TestInterface;
 }
 
-bool TerminalLink::Transmit(std::string_view bytes) {
-  if (SocketReady()) {
-    sock_.SendData(bytes);
-  } else if (comPort_.PortOpen()) {
-    comPort_.Output(bytes);
-  } else {
-    return false;
-  }
+/// `shown` is what stands in the recording for the bytes.
+bool TerminalLink::Transmit(std::string_view bytes, std::string_view shown) {
+  if (!SocketReady()) return Enqueue(bytes, shown);
+  sock_.SendData(bytes);
+  log_.Sent(shown);
   return true;
 }
 
+bool TerminalLink::Enqueue(std::string_view bytes, std::string_view shown) {
+  if (!comPort_.Output(bytes)) return false;
+  log_.Queued(shown, bytes.size());
+  RecordOutput();
+  return true;
+}
+
+/// Records what has left the serial port, now and then until all has.
+void TerminalLink::RecordOutput() {
+  if (!log_.HasQueued() || !comPort_.PortOpen()) return;
+  const bool some = log_.Unsent(static_cast<std::size_t>(comPort_.OutBufferCount()));
+  if (!log_.HasQueued() || outputTimer_ != 0) return;
+  // No signal tells that a byte has left. A line that moves is looked at as often as in DrainOutput.
+  constexpr EventLoop::Time kSoon = std::chrono::milliseconds(1);
+  constexpr EventLoop::Time kLatest = std::chrono::milliseconds(32);
+  outputWait_ = some ? kSoon : std::clamp(2 * outputWait_, kSoon, kLatest);
+  outputTimer_ = loop_.After(outputWait_, [this] {
+    outputTimer_ = 0;
+    RecordOutput();
+  });
+}
+
 void TerminalLink::WriteText(std::string_view text) {
-  if (Transmit(text)) log_.Sent(text);
+  Transmit(text, text);
 }
 
 void TerminalLink::WritePassword(std::string_view password) {
-  if (Transmit(std::string(password) + std::string(kCrLf))) log_.SentSecret(password);
+  log_.HideEcho(password);
+  Transmit(std::string(password) + std::string(kCrLf), WireLog::kPassword);
 }
 
 void TerminalLink::WriteByte(std::uint8_t byte) {
@@ -92,13 +116,12 @@ void TerminalLink::WriteBlock(std::string_view bytes) {
   DrainOutput();
   if (SocketReady() && LoginComplete()) {
     sock_.SendData(bytes);
+    log_.Sent(bytes);
   } else if (comPort_.PortOpen()) {
-    comPort_.Output(bytes);
+    Enqueue(bytes, bytes);
   } else {
     dialogs_.MessageBox("Inconsistent state during block write");
-    return;
   }
-  log_.Sent(bytes);
 }
 
 void TerminalLink::DrainOutput() {
@@ -108,6 +131,21 @@ void TerminalLink::DrainOutput() {
   while (comPort_.PortOpen() && comPort_.OutBufferCount() >= 1) {
     loop_.Pump(loop_.Now() + std::chrono::milliseconds(1));
   }
+}
+
+/// The same with a limit, before the output is thrown away.
+void TerminalLink::LetOutputLeave() {
+  const Overtaken overtaken(main_);
+  const auto limit = loop_.Now() + kOutputTime;
+  while (!overtaken() && comPort_.OutBufferCount() >= 1 && loop_.Now() < limit) {
+    loop_.Pump(loop_.Now() + std::chrono::milliseconds(1));
+  }
+}
+
+void TerminalLink::DropOutput() {
+  RecordOutput();
+  comPort_.DiscardOutput();
+  log_.DropQueued();
 }
 
 void TerminalLink::SendCancel() {
@@ -121,17 +159,19 @@ void TerminalLink::SendTagModeRequest() {
 }
 
 void TerminalLink::OnComm(SerialControl::CommEvent event) {
+  main_.rxSeen = true;  // whatever the event is
   if (event == SerialControl::kEvLineLost) {
+    log_.DropQueued();
     log_.Note("line lost");
     return;
   }
-  main_.rxSeen = true;
   if (main_.mode == ModemMode::Closing) return;
   const bool dispatches = Dispatches();
   // While the dispatcher is at work, which may wait, the bytes stay in the port until the next event. That is
   // meant. A dialogue that was started from such a wait reads the buffer itself, and does get its bytes.
   if (dispatches ? commBusy_ : !received_.HasRoom()) return;
   const std::string text = comPort_.Input();
+  RecordOutput();  // an answer stands after what it answers
   log_.Received(text);
   received_.AppendRx(text);
   if (!dispatches || !processReceived) return;
@@ -286,12 +326,16 @@ void TerminalLink::CloseLink() {
     Pause(loop_, 0.1);
     return;
   }
+  LetOutputLeave();
+  if (overtaken()) return;
+  DropOutput();  // before the handshaking ends, which may be what holds it
   comPort_.SetHandshaking(0);
   comPort_.DiscardInput();
-  comPort_.DiscardOutput();
   Pause(loop_, 0.05);
   if (overtaken()) return;
   if (comPort_.PortOpen()) {
+    RecordOutput();
+    log_.DropQueued();
     log_.Closed();
     comPort_.Close();
   }

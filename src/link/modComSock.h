@@ -22,6 +22,11 @@ namespace corvex {
 /// failed.
 class TerminalLink {
  public:
+  /// How long the closing of the serial port waits for what was written to leave. That is 240 bytes at the
+  /// slowest speed, more than any line of a panel with the farewell after it, while a line held by its flow
+  /// control does not keep the user long.
+  static constexpr EventLoop::Time kOutputTime = std::chrono::seconds(1);
+
   TerminalLink(const Platform& platform, SettingsStore& settings, ReceiveBuffer& received, MainState& main);
   TerminalLink(const TerminalLink&) = delete;
   TerminalLink& operator=(const TerminalLink&) = delete;
@@ -55,6 +60,7 @@ class TerminalLink {
   bool EnsureLinkOpen();
   /// Whether the last EnsureLinkOpen could not even begin to connect, for want of a usable address.
   bool OpenRefused() const { return openRefused_; }
+  /// What was written to the serial port before leaves first, within kOutputTime.
   void CloseLink();
   /// Tells the ERB unit that the session with the present MUB ends.
   void LeaveMub();
@@ -88,7 +94,11 @@ class TerminalLink {
   bool AwaitLogin(EventLoop::Time began, int giveUpAt);
   void LoginStep();
   void WritePassword(std::string_view password);
-  bool Transmit(std::string_view bytes);
+  bool Transmit(std::string_view bytes, std::string_view shown);
+  bool Enqueue(std::string_view bytes, std::string_view shown);
+  void RecordOutput();
+  void LetOutputLeave();
+  void DropOutput();
 
   EventLoop& loop_;
   SerialControl& comPort_;
@@ -102,7 +112,9 @@ class TerminalLink {
   bool commBusy_ = false;
   bool openRefused_ = false;
   bool loginDoubted_ = false;
-  bool socketRecorded_ = true;  // the present connection, if there is one, stands in the recording
+  EventLoop::Time outputWait_{0};
+  EventLoop::TimerId outputTimer_ = 0;  // looks after output that is recorded when it has left
+  bool socketRecorded_ = true;          // the present connection, if there is one, stands in the recording
 };
 
 }  // namespace corvex

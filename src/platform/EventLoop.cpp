@@ -25,6 +25,21 @@ void EventLoop::Post(Task task) {
   if (posted_.size() == 1) Rearm();
 }
 
+void EventLoop::PostFromAnyThread(Task task) {
+  {
+    const std::lock_guard lock(threadsMutex_);
+    fromThreads_.push_back(std::move(task));
+    if (fromThreads_.size() > 1) return;  // the wake-up for the first is on its way
+  }
+  WakeFromAnyThread();
+}
+
+void EventLoop::TakeFromThreads() {
+  const std::lock_guard lock(threadsMutex_);
+  for (Task& task : fromThreads_) posted_.push_back(std::move(task));
+  fromThreads_.clear();
+}
+
 EventLoop::TimerId EventLoop::After(Time delay, Task task) {
   const TimerId id = ++lastId_;
   const Time due = Now() + std::max(delay, Time::zero());
@@ -44,6 +59,7 @@ void EventLoop::Cancel(TimerId id) {
 
 void EventLoop::Pump(Time until) {
   if (ended_) throw ProgramEnded{};
+  TakeFromThreads();
   if (AnythingDue()) {
     RunDue();
     Poll();
@@ -55,6 +71,7 @@ void EventLoop::Pump(Time until) {
 }
 
 void EventLoop::RunDue() {
+  TakeFromThreads();
   // Only what is due now: a task that posts itself again must not keep the platform from its turn.
   for (std::size_t count = posted_.size(); count > 0 && !posted_.empty() && !ended_; --count) {
     const Task task = std::move(posted_.front());

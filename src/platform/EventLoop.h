@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <utility>
 
 namespace corvex {
@@ -23,7 +24,7 @@ struct WaitAbandoned {
 /// Time as a dependency: the clock, one-shot timers, posted tasks, and the one way of waiting.
 ///
 /// The order of what is due is kept here, the same for every platform; a platform adds its clock and how to
-/// sleep. All calls come from the one thread of the program.
+/// sleep. All calls come from the one thread of the program, but for PostFromAnyThread.
 class EventLoop {
  public:
   using Time = std::chrono::nanoseconds;  ///< A point on the monotonic clock, or a distance on it.
@@ -84,6 +85,11 @@ class EventLoop {
   /// Queues a task; tasks run in the order of their posting, from the next Pump or RunDue on.
   void Post(Task task);
 
+  /// Post for the threads that serve a device: the task itself runs on the loop's thread, and there it has to
+  /// find out whether the object it was meant for still exists. Whoever starts such a thread ends it before
+  /// the loop is destroyed. A task that comes after the end of the program is not run.
+  void PostFromAnyThread(Task task);
+
   /// Runs the task once, `delay` from now.
   TimerId After(Time delay, Task task);
 
@@ -127,6 +133,10 @@ class EventLoop {
   /// The earliest due time has changed; Time::max() means that nothing is due.
   virtual void WakeAt(Time time) = 0;
 
+  /// Called by another thread: ends a Sleep, one that begins a moment later included, and if a loop of the
+  /// platform's own is running, has it call RunDue.
+  virtual void WakeFromAnyThread() = 0;
+
   /// The program is to end: leave the platform's own loop.
   virtual void Quit() {}
 
@@ -134,6 +144,7 @@ class EventLoop {
 
  private:
   bool AnythingDue() const;
+  void TakeFromThreads();
   void Rearm();
   void RunTask(const Task& task);
 
@@ -147,6 +158,9 @@ class EventLoop {
   int modal_ = 0;
   unsigned abandoned_ = 0;  // counts the calls of AbandonWaits
   Task next_;
+
+  std::mutex threadsMutex_;
+  std::deque<Task> fromThreads_;  // guarded by threadsMutex_
 };
 
 /// Waits, pumping events, until the clock of the day has moved on by `seconds`.

@@ -35,6 +35,7 @@ class SerialControl {
 
   /// Opens the port and throws away what had arrived before. False if it is not to be had.
   virtual bool Open() = 0;
+  /// Drops what has not left yet: whoever wants it to leave waits for that first.
   virtual void Close() = 0;
   virtual bool PortOpen() const = 0;
 
@@ -42,10 +43,12 @@ class SerialControl {
   virtual std::string Input() = 0;
   virtual void DiscardInput() = 0;
 
-  /// Queues bytes; on a closed port they are dropped.
-  virtual void Output(std::string_view bytes) = 0;
-  /// Bytes that were queued and have not left yet.
+  /// Queues bytes. False if they were dropped: the port is closed, or too many wait already.
+  virtual bool Output(std::string_view bytes) = 0;
+  /// Bytes that were queued and have not left yet, neither from here nor from the system's own queue. 0 on a
+  /// closed port.
   virtual std::int32_t OutBufferCount() const = 0;
+  /// Takes back what has not left yet.
   virtual void DiscardOutput() = 0;
 
   /// The system's name of the device behind the port number, such as "/dev/ttyUSB0".

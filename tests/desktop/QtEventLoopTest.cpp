@@ -1,6 +1,7 @@
 #include <QDialog>
 #include <QMenu>
 #include <QTimer>
+#include <thread>
 
 #include "Wait.h"
 
@@ -91,6 +92,32 @@ TEST(QtEventLoopTest, EndUnwindsWaitsWithinWaits) {
   EXPECT_EQ(loop.Exec(), 0);
   EXPECT_EQ(unwound, 2);
   EXPECT_FALSE(loop.Enter([] { FAIL() << "the program has ended"; }));
+}
+
+TEST(QtEventLoopTest, TasksOfAnotherThreadRunInAnyLoop) {
+  QtEventLoop loop;
+  for (const bool inDialog : {false, true}) {
+    int runs = 0;
+    QDialog dialog;
+    std::thread other([&] {
+      for (int i = 0; i < 100; ++i) {
+        std::this_thread::sleep_for(1ms);
+        loop.PostFromAnyThread([&] {
+          if (++runs == 100) dialog.reject();
+        });
+      }
+    });
+    const auto began = loop.Now();
+    if (inDialog) {
+      QTimer::singleShot(5000, &dialog, &QDialog::reject);
+      dialog.exec();
+    } else {
+      while (runs < 100 && loop.Now() < began + 5s) loop.Pump(began + 5s);
+    }
+    other.join();
+    EXPECT_EQ(runs, 100);
+    EXPECT_LT(loop.Now() - began, 2s);
+  }
 }
 
 TEST(QtEventLoopTest, CalendarIsLocal) {

@@ -43,6 +43,7 @@ TEST_F(LinkTest, TheSettingChoosesTheTransportAtEachUse) {
   link.WriteText("a");
   settings.config.lan.Set(false);
   link.WriteText("b");
+  loop.Run(0.01);
   EXPECT_EQ(sock.sent.back(), 'a');
   EXPECT_EQ(comPort.sent, "b");
   // With the socket down a text falls back to an open port, a byte does not.
@@ -50,6 +51,7 @@ TEST_F(LinkTest, TheSettingChoosesTheTransportAtEachUse) {
   sock.Close();
   link.WriteText("c");
   link.WriteByte('d');
+  loop.Run(0.01);
   EXPECT_EQ(comPort.sent, "bc");
 }
 
@@ -67,12 +69,50 @@ TEST_F(LinkTest, AByteWaitsForTheLogin) {
 TEST_F(LinkTest, ClosingTheSerialPortDropsItsBuffersAndHandshaking) {
   comPort.SetHandshaking(2);
   ASSERT_TRUE(link.EnsureLinkOpen());
-  comPort.unsent = 12;
+  comPort.Hold(true);
+  link.WriteText("text");
   link.CloseLink();
+  EXPECT_NEAR(Seconds(), 1.05, 0.01) << "it waits a second for a line that takes nothing";
   EXPECT_FALSE(comPort.PortOpen());
   EXPECT_EQ(comPort.Handshaking(), 0);
   EXPECT_EQ(comPort.OutBufferCount(), 0);
+  comPort.Hold(false);
+  loop.Run(1);
   EXPECT_EQ(comPort.sent, "");
+}
+
+TEST_F(LinkTest, WhatWasWrittenLeavesBeforeTheLinkCloses) {
+  comPort.SetSettings("2400,n,8,1");
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  const std::string farewell = std::string(100, 'x') + "quit\r\nat\r\n";
+  link.WriteText(farewell);
+  link.CloseLink();
+  EXPECT_EQ(comPort.sent, farewell);
+  EXPECT_NEAR(Seconds(), 0.46 + 0.05, 0.01);
+  const double began = Seconds();
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  link.CloseLink();
+  EXPECT_NEAR(Seconds() - began, 0.05, 0.002) << "with nothing to leave it waits for nothing";
+}
+
+TEST_F(LinkTest, AClosingThatIsOvertakenInItsWaitPurgesNothing) {
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  comPort.Hold(true);
+  link.WriteText("text");
+  loop.After(100ms, [this] { ++main.passage; });
+  link.CloseLink();
+  EXPECT_NEAR(Seconds(), 0.1, 0.01);
+  EXPECT_TRUE(comPort.PortOpen());
+  comPort.Hold(false);
+  loop.Run(1);
+  EXPECT_EQ(comPort.sent, "text");
+}
+
+TEST_F(LinkTest, ALostLineIsASignOfLifeAsEveryEventOfThePort) {
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  comPort.Vanish();
+  loop.Run(0.1);
+  EXPECT_TRUE(main.rxSeen);
 }
 
 TEST_F(LinkTest, BytesThatComeWhileTheDispatcherWaitsStayForTheNextEvent) {
@@ -167,6 +207,7 @@ TEST_F(LinkTest, ACommandIsSentAgainInTheThirdRoundAndGivenUpAfterTheEighth) {
     };
     const double began = Seconds();
     EXPECT_EQ(link.SendAndAwaitOk("cmd"), c.expected) << c.reply;
+    comPort.LetLeave();
     EXPECT_EQ(sends, c.sends) << c.reply;
     EXPECT_EQ(comPort.sent.ends_with('\x12'), c.expected) << c.reply;
     if (!c.expected) {
@@ -194,11 +235,14 @@ TEST_F(LinkTest, ThePhaseIsToggledOnlyWhenTheSecondTryWorks) {
 
 TEST_F(LinkTest, DrainWaitsUntilThePortHasSentAll) {
   ASSERT_TRUE(link.EnsureLinkOpen());
-  comPort.unsent = 100;
-  loop.After(3s, [this] { comPort.unsent = 0; });
+  comPort.Hold(true);
+  link.WriteText("text");
+  loop.After(3s, [this] { comPort.Hold(false); });
   link.WriteBlock("block");
   EXPECT_NEAR(Seconds(), 3, 0.01);
-  EXPECT_EQ(comPort.sent, "block");
+  EXPECT_EQ(comPort.sent, "text");
+  loop.Run(0.01);
+  EXPECT_EQ(comPort.sent, "textblock");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "link/modComSock.h"
 #include "support/Program.h"
 #include "unit/WireLog.h"
 
@@ -40,6 +41,57 @@ TEST(WireLog, GoesOnInItsFileWhenALostLineIsBack) {
   ASSERT_EQ(Recordings(p).size(), 1u);
   const std::string text = p.folder.Read(Recordings(p)[0].filename().string());
   EXPECT_NE(text.find(" open ", text.find(" line lost\n")), std::string::npos) << text;
+}
+
+TEST(WireLog, HoldsWhatHasLeftAndNotWhatNeverDid) {
+  using namespace std::chrono_literals;
+  test::FakePlatform p;
+  p.settings.logging.wirelog.Set(true);
+  p.comPort.SetSettings("2400,n,8,1");
+  ReceiveBuffer received(p.loop);
+  MainState main;
+  {
+    TerminalLink link(p.platform, p.settings, received, main);
+    ASSERT_TRUE(link.EnsureLinkOpen());
+    link.WriteText("0123456789");
+    p.loop.After(20ms, [&] { p.comPort.Arrive("early"); });
+    p.loop.After(50ms, [&] { p.comPort.Arrive("answer"); });
+    p.loop.Run(0.1);
+
+    link.WriteText("all of it");
+    link.WriteText("half of it");
+    p.loop.After(60ms, [&] { p.comPort.Hold(true); });
+    link.CloseLink();
+
+    ASSERT_TRUE(link.EnsureLinkOpen());
+    link.WriteText("held");
+    p.loop.Run(0.1);
+    p.comPort.Vanish();
+    p.comPort.available = true;
+    p.loop.Run(0.1);
+    ASSERT_TRUE(link.EnsureLinkOpen());
+    link.WriteText("at the end");
+  }
+  ASSERT_EQ(p.comPort.sent, "0123456789all of ithalf ");
+  std::string text;
+  for (const auto& entry : std::filesystem::directory_iterator(p.folder.Path())) {
+    if (entry.path().extension() == ".log") text = p.folder.Read(entry.path().filename().string());
+  }
+  EXPECT_EQ(text,
+            "# corvex wire log 1\n"
+            "= 0.000 open serial COM1 fake1 2400,n,8,1\n"
+            "< 0.020 \"early\"\n"
+            "> 0.042 \"0123456789\"\n"
+            "< 0.050 \"answer\"\n"
+            "> 0.138 \"all of it\"\n"
+            "> 1.100 \"half \"\n"
+            "= 1.100 5 bytes never left\n"
+            "= 1.153 close\n"
+            "= 1.153 open serial COM1 fake1 2400,n,8,1\n"
+            "= 1.253 4 bytes never left\n"
+            "= 1.253 line lost\n"
+            "= 1.353 open serial COM1 fake1 2400,n,8,1\n"
+            "= 1.353 10 bytes never left\n");
 }
 
 TEST(WireLog, KeepsTheLastTen) {
@@ -93,7 +145,7 @@ TEST(WireLog, AFullDiskCostsNoKeptRecordingAndTheNewOneGoesOnAfterwards) {
   const auto reconnect = [&] {
     p.comPort.Vanish();
     p.comPort.available = true;
-    p.loop.Run(20);
+    p.loop.Run(30);
   };
   setRoom(10);
   p.Start(3);

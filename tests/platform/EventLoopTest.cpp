@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <thread>
+#include <vector>
 
+#include "support/RealLoop.h"
 #include "support/VirtualLoop.h"
 
 namespace corvex {
@@ -34,6 +38,30 @@ TEST(EventLoop, TaskThatPostsItselfDoesNotHoldThePumpForEver) {
   loop.Post(again);
   loop.Pump();
   EXPECT_EQ(runs, 1);
+}
+
+TEST(EventLoop, TasksOfAnotherThreadEndASleepAndKeepTheirOrder) {
+  test::RealLoop loop;
+  std::vector<int> order;
+  constexpr int kTasks = 20'000;
+  std::thread other([&] {
+    for (int i = 0; i < kTasks; ++i) {
+      loop.PostFromAnyThread([&order, i] { order.push_back(i); });
+      if (i % 1000 == 0) std::this_thread::sleep_for(1ms);
+    }
+  });
+  const auto limit = loop.Now() + 10s;
+  while (order.size() < kTasks && loop.Now() < limit)
+    loop.Pump(limit);  // a wake-up that is lost takes all of it
+  other.join();
+  EXPECT_LT(loop.Now(), limit);
+  EXPECT_EQ(order.size(), static_cast<std::size_t>(kTasks));
+  EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+
+  loop.End();
+  loop.PostFromAnyThread([&order] { order.clear(); });
+  EXPECT_THROW(loop.Pump(), ProgramEnded);
+  EXPECT_FALSE(order.empty()) << "the program has ended";
 }
 
 TEST(Pause, WaitsOutItsTimeAndNoLonger) {

@@ -106,6 +106,7 @@ class FaultWalk {
     due_.assign(keys.begin(), keys.end());
     screen_ = r_.UnitShows();
     r_.p.Do([&] { act(r_.term); });
+    r_.p.comPort.LetLeave();
     due_.clear();
   }
 
@@ -114,6 +115,7 @@ class FaultWalk {
     const auto due = std::exchange(due_, {"\x1b"});
     const std::string screen = std::exchange(screen_, std::string(r_.UnitShows()));
     r_.p.Do([this] { r_.term.cmdESC.click(); });
+    r_.p.comPort.LetLeave();
     cleared_ = r_.Now();
     due_ = due_.empty() ? due_ : due;
     screen_ = screen;

@@ -82,6 +82,7 @@ TEST(Midnight, AKeyAWalkAndAMenuGoOnAfterIt) {
     EXPECT_EQ(p.term.lblTime.caption, "10:00");
     p.comPort.sent.clear();
     p.Do([&p] { p.term.cmdSK[0].click(); });
+    p.comPort.LetLeave();
     EXPECT_TRUE(p.comPort.sent.ends_with("\x15"));
   }
 }

@@ -93,6 +93,7 @@ TEST_P(RoutesTest, AKeyThatFindsTheLinkDownOpensItOnce) {
   const double began = r.Now();
   r.p.Do([&] { r.term.cmdSK[0].click(); });
   EXPECT_LT(r.Now() - began, 1.5);
+  r.p.comPort.LetLeave();
   EXPECT_TRUE(r.Sent().ends_with("\x15")) << r.Sent().substr(before);
   EXPECT_NE(r.unit(), nullptr);
   r.p.loop.Run(20);

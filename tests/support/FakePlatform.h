@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -25,7 +27,7 @@ namespace corvex::test {
 /// What a test sees of the far side of a port.
 struct FarSide {
   std::string sent;
-  std::function<void(std::string_view)> onSent;  ///< Called for everything written.
+  std::function<void(std::string_view)> onSent;  ///< Called for everything that has left.
   std::function<void()> onOpened;
   std::function<void()> onClosed;
 
@@ -37,7 +39,9 @@ struct FarSide {
   std::string input_;
 };
 
-/// A serial port without a device: what is written is kept in `sent`, and the far side speaks by Arrive.
+/// A serial port without a device: the far side speaks by Arrive, and what is written comes to `sent` when it
+/// has left, at the line's speed and ten bits a byte. A text arrives as a whole when its last byte does, or
+/// what has left of it when the rest is thrown away.
 class FakeSerial : public SerialControl, public FarSide {
  public:
   explicit FakeSerial(EventLoop& loop) : loop_(loop) {}
@@ -60,6 +64,7 @@ class FakeSerial : public SerialControl, public FarSide {
     return true;
   }
   void Close() override {
+    DiscardOutput();
     if (open_ && onClosed) onClosed();
     open_ = false;
     input_.clear();
@@ -67,11 +72,28 @@ class FakeSerial : public SerialControl, public FarSide {
   bool PortOpen() const override { return open_; }
   std::string Input() override { return std::exchange(input_, {}); }
   void DiscardInput() override { input_.clear(); }
-  void Output(std::string_view bytes) override {
-    if (open_) Take(bytes);
+  bool Output(std::string_view bytes) override {
+    if (!open_) return false;
+    if (bytes.empty()) return true;
+    free_ = std::max(free_, LineTime()) + ByteTime() * static_cast<EventLoop::Time::rep>(bytes.size());
+    output_.push_back({std::string(bytes), free_, ByteTime()});
+    DeliverLater();
+    return true;
   }
-  std::int32_t OutBufferCount() const override { return unsent; }
-  void DiscardOutput() override { unsent = 0; }
+  std::int32_t OutBufferCount() const override {
+    std::size_t count = 0;
+    for (const Text& text : output_) count += Unsent(text);
+    return static_cast<std::int32_t>(count);
+  }
+  void DiscardOutput() override {
+    Deliver();
+    if (!output_.empty()) {
+      const Text cut = output_.front();
+      if (const std::size_t left = cut.bytes.size() - Unsent(cut); left > 0) Take(cut.bytes.substr(0, left));
+    }
+    output_.clear();
+    free_ = LineTime();
+  }
   std::string DeviceName() const override { return "fake" + std::to_string(port_); }
 
   /// Bytes come in from the far side.
@@ -92,11 +114,71 @@ class FakeSerial : public SerialControl, public FarSide {
     });
   }
 
+  /// The flow control of the far side holds the line, or lets it go again.
+  void Hold(bool held) {
+    Deliver();
+    if (held == heldSince_.has_value()) return;
+    if (held) {
+      heldSince_ = loop_.Now();
+      return;
+    }
+    const EventLoop::Time stood = loop_.Now() - *heldSince_;
+    heldSince_.reset();
+    free_ += stood;
+    for (Text& text : output_) text.done += stood;
+    DeliverLater();
+  }
+
+  /// Lets a line that is not held take at once what has been written to it, for a test that asks what has
+  /// been sent by now.
+  void LetLeave() {
+    if (heldSince_) return;
+    for (Text& text : output_) text.done = loop_.Now();
+    free_ = loop_.Now();
+    Deliver();
+  }
+
   bool available = true;
-  std::int32_t unsent = 0;
 
  private:
+  struct Text {
+    std::string bytes;
+    EventLoop::Time done;  ///< When its last byte leaves.
+    EventLoop::Time byteTime;
+  };
+
+  EventLoop::Time ByteTime() const {
+    const std::int64_t speed = std::max(std::atoi(settings_.c_str()), 1);
+    return EventLoop::Time(10 * std::int64_t{1'000'000'000} / speed);
+  }
+  /// The time as far as the line has come.
+  EventLoop::Time LineTime() const { return heldSince_.value_or(loop_.Now()); }
+  std::size_t Unsent(const Text& text) const {
+    if (text.done <= LineTime()) return 0;
+    const auto bytes = (text.done - LineTime() + text.byteTime - EventLoop::Time(1)) / text.byteTime;
+    return std::min(static_cast<std::size_t>(bytes), text.bytes.size());
+  }
+  void Deliver() {
+    while (!output_.empty() && output_.front().done <= LineTime()) {
+      const std::string bytes = std::move(output_.front().bytes);
+      output_.pop_front();
+      Take(bytes);
+    }
+  }
+  void DeliverLater() {
+    loop_.Cancel(delivery_);
+    if (output_.empty() || heldSince_) return;
+    delivery_ = loop_.After(output_.front().done - loop_.Now(), [this] {
+      Deliver();
+      DeliverLater();
+    });
+  }
+
   EventLoop& loop_;
+  std::deque<Text> output_;
+  EventLoop::Time free_{0};  ///< When all of it has left.
+  std::optional<EventLoop::Time> heldSince_;
+  EventLoop::TimerId delivery_ = 0;
   bool open_ = false;
   std::int16_t port_ = 1;
   std::string settings_ = "9600,n,8,1";

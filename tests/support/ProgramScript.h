@@ -74,7 +74,10 @@ class ProgramScript {
     EXPECT_EQ(Mode(), "Terminal");
     TakeSent();
   }
-  std::string TakeSent() { return std::exchange(p().comPort.sent, {}) + std::exchange(p().sock.sent, {}); }
+  std::string TakeSent() {
+    p().comPort.LetLeave();
+    return std::exchange(p().comPort.sent, {}) + std::exchange(p().sock.sent, {});
+  }
 
   // ---- The user. In lists he acts on the one with the focus.
 

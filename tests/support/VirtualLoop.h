@@ -46,6 +46,7 @@ class VirtualLoop : public EventLoop {
   }
   void Poll() override {}
   void WakeAt(Time) override {}
+  void WakeFromAnyThread() override {}  // a thread has no place in virtual time
 
  private:
   static constexpr std::int64_t kToday = 1143763200;  // 2006-03-31

@@ -18,6 +18,11 @@ class TransportEvents {
   /// Ends the connection for all events posted so far.
   void Cut() { connection_ = std::make_shared<Connection>(); }
 
+  /// Says whether the connection that is there now still is, on the loop's thread alone.
+  std::function<bool()> Guard() const {
+    return [alive = std::weak_ptr(connection_)] { return !alive.expired(); };
+  }
+
   void Post(EventLoop::Task task) { loop_.Post(Guarded(std::move(task))); }
 
   /// Posts `announce` for bytes that wait, once for however many come before it runs. A transport whose

@@ -1,4 +1,4 @@
-#include "desktop/QtSerialPorts.h"
+#include "ports/SystemSerialPorts.h"
 
 #include <gtest/gtest.h>
 
@@ -11,23 +11,23 @@
 namespace corvex {
 namespace {
 
-TEST(QtSerialPorts, ListsWhatHasHardwareBehindItAndKnowsWhatIsThere) {
+TEST(SystemSerialPorts, ListsWhatHasHardwareBehindItAndKnowsWhatIsThere) {
   const test::TempFolder kernel;
   for (const char* folder : {"usb", "usb/line", "usb/line/ttyUSB0", "ttyS0", "ttyS1", "tty1", "ptmx"}) {
     std::filesystem::create_directory(kernel.Path() / folder);
   }
-  kernel.Write("usb/product", "USB serial adapter\n");
+  kernel.Write("usb/product", "USB serial adapter \xC3\xA9\xE2\x82\xAC\n");
   for (const char* name : {"ttyS0", "ttyS1", "ptmx"}) {
     std::filesystem::create_directory_symlink(kernel.Path() / "usb/line/ttyUSB0",
                                               kernel.Path() / name / "device");
   }
   kernel.Write("ttyS0/type", "4\n");
   kernel.Write("ttyS1/type", "0\n");
-  const QtSerialPorts ports(QString::fromStdString(kernel.Name()));
+  const SystemSerialPorts ports(kernel.Name());
   EXPECT_EQ(ports.Devices(), (std::vector<std::string>{"/dev/ptmx", "/dev/ttyS0"}));
 
   EXPECT_EQ(ports.Probe("/dev/ptmx").state, PortState::Usable);
-  EXPECT_EQ(ports.Probe("/dev/ptmx").description, "USB serial adapter");
+  EXPECT_EQ(ports.Probe("/dev/ptmx").description, "USB serial adapter \xE9?");
   EXPECT_EQ(ports.Probe("ptmx").state, PortState::Usable);
   EXPECT_EQ(ports.Probe("/dev/null").state, PortState::Usable) << "there, though the kernel does not list it";
   kernel.Write("file", "");

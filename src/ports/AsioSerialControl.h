@@ -1,24 +1,25 @@
 #pragma once
 
-#include <QObject>
-#include <QSerialPort>
 #include <functional>
+#include <memory>
 #include <string>
 
-#include "desktop/TransportEvents.h"
+#include "platform/TransportEvents.h"
 #include "platform/Transports.h"
+#include "ports/LineSettings.h"
 
 namespace corvex {
 
-/// The serial port on QSerialPort.
+/// The serial port on Asio.
 ///
-/// Handshaking 3, both kinds at once, is done as 2, RTS/CTS: Qt has one kind at a time, and of the two that
-/// is the one that is sure to lose nothing and to pass every byte.
-class QtSerialControl : public QObject, public SerialControl {
+/// While the port is open a thread of its own serves it: it moves bytes between the device and two bounded
+/// queues, and tells the event loop when something has come or the device has gone. All else, the events
+/// included, happens on the loop's thread.
+class AsioSerialControl : public SerialControl {
  public:
   /// `deviceName` gives the system's name of the device behind a port number.
-  QtSerialControl(EventLoop& loop, std::function<std::string(int)> deviceName);
-  ~QtSerialControl() override;
+  AsioSerialControl(EventLoop& loop, std::function<std::string(int)> deviceName);
+  ~AsioSerialControl() override;
 
   bool SetCommPort(std::int16_t number) override;
   std::int16_t CommPort() const override { return number_; }
@@ -28,25 +29,26 @@ class QtSerialControl : public QObject, public SerialControl {
   std::int32_t Handshaking() const override { return handshaking_; }
   bool Open() override;
   void Close() override;
-  bool PortOpen() const override { return open_; }
+  bool PortOpen() const override { return line_ != nullptr; }
   std::string Input() override;
   void DiscardInput() override;
-  void Output(std::string_view bytes) override;
+  bool Output(std::string_view bytes) override;
   std::int32_t OutBufferCount() const override;
-  /// Takes back what the system has not sent yet, too.
   void DiscardOutput() override;
   std::string DeviceName() const override { return deviceName_(number_); }
 
  private:
-  bool ApplySettings();
-  void ApplyHandshaking();
-  void Announce();
-  void Failed(QSerialPort::SerialPortError error);
+  class Line;
 
+  std::optional<LineSettings> Wanted() const;
+  void Apply();
+  void Announce();
+  void Lost();
+
+  EventLoop& loop_;
   std::function<std::string(int)> deviceName_;
   TransportEvents events_;
-  QSerialPort port_;
-  bool open_ = false;
+  std::unique_ptr<Line> line_;  ///< Of the open port.
   std::int16_t number_ = 1;
   std::string settings_ = "9600,n,8,1";
   std::int32_t handshaking_ = 0;

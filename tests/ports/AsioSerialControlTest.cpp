@@ -1,15 +1,19 @@
 #ifdef __unix__
 
-#include "desktop/QtSerialControl.h"
+#include "ports/AsioSerialControl.h"
 
 #include <fcntl.h>
 #include <pty.h>
-#include <sys/stat.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
+#include <thread>
 
-#include "Wait.h"
+#include "link/modComSock.h"
+#include "support/FakePlatform.h"
+#include "support/RealLoop.h"
 
 namespace corvex {
 namespace {
@@ -52,6 +56,7 @@ class FarEnd {
     const ssize_t count = read(master_, buffer.data(), buffer.size());
     return count <= 0 ? std::string() : std::string(buffer.data(), static_cast<std::size_t>(count));
   }
+  int Line() const { return line_; }
   std::string device;
 
  private:
@@ -59,23 +64,23 @@ class FarEnd {
   int line_ = -1;
 };
 
-class QtSerialControlTest : public ::testing::Test {
+class AsioSerialControlTest : public ::testing::Test {
  protected:
-  QtSerialControlTest() {
+  AsioSerialControlTest() {
     port.SetSettings("115200,n,8,1");
     port.onComm = [this](SerialControl::CommEvent event) {
       events.push_back(event);
       if (event == SerialControl::kEvReceive) received += port.Input();
     };
   }
-  QtEventLoop loop;
+  test::RealLoop loop;
   FarEnd far;
-  QtSerialControl port{loop, [this](int number) { return number == 1 ? far.device : "/dev/none"; }};
+  AsioSerialControl port{loop, [this](int number) { return number == 1 ? far.device : "/dev/none"; }};
   std::string received;
   std::vector<int> events;
 };
 
-TEST_F(QtSerialControlTest, PassesAllBytesBothWaysButNoneFromBefore) {
+TEST_F(AsioSerialControlTest, PassesAllBytesBothWaysButNoneFromBefore) {
   far.Send("stale");
   ASSERT_TRUE(port.Open());
   std::string all(256, '\0');
@@ -92,7 +97,7 @@ TEST_F(QtSerialControlTest, PassesAllBytesBothWaysButNoneFromBefore) {
   EXPECT_EQ(port.OutBufferCount(), 0);
 }
 
-TEST_F(QtSerialControlTest, ABurstBeyondTheBufferIsLateAndComplete) {
+TEST_F(AsioSerialControlTest, ABurstBeyondTheBufferIsLateAndComplete) {
   ASSERT_TRUE(port.Open());
   std::string burst(300'000, ' ');
   for (std::size_t i = 0; i < burst.size(); ++i) burst[i] = static_cast<char>(i * 7 + i / 251);
@@ -115,7 +120,7 @@ TEST_F(QtSerialControlTest, ABurstBeyondTheBufferIsLateAndComplete) {
   EXPECT_TRUE(received == burst);
 }
 
-TEST_F(QtSerialControlTest, AHangUpClosesThePortOnceAndLeavesTheProcessIdle) {
+TEST_F(AsioSerialControlTest, AHangUpClosesThePortOnceAndLeavesTheProcessIdle) {
   ASSERT_TRUE(port.Open());
   far.Send("last words");
   ASSERT_TRUE(Becomes(loop, [&] { return !received.empty(); }));
@@ -130,25 +135,24 @@ TEST_F(QtSerialControlTest, AHangUpClosesThePortOnceAndLeavesTheProcessIdle) {
   EXPECT_FALSE(port.Open());
 }
 
-TEST_F(QtSerialControlTest, EventsOfAClosedPortAreNotDelivered) {
+TEST_F(AsioSerialControlTest, EventsOfAClosedPortAreNotDelivered) {
   ASSERT_TRUE(port.Open());
   far.Send("old");
-  // The bytes have come, and their event is posted and has not run.
-  ASSERT_TRUE(port.findChild<QSerialPort*>()->waitForReadyRead(1000));
+  std::this_thread::sleep_for(50ms);  // the bytes have come, and their event is posted and has not run
   port.Close();
   ASSERT_TRUE(port.Open());
   test::Elapse(loop, 30ms);
   EXPECT_TRUE(events.empty());
 }
 
-TEST_F(QtSerialControlTest, RefusesWhatIsNotToBeHad) {
+TEST_F(AsioSerialControlTest, RefusesWhatIsNotToBeHad) {
   ASSERT_TRUE(port.Open());
   EXPECT_FALSE(port.SetCommPort(2));  // not while it is open
 
   const auto link = std::filesystem::temp_directory_path() / ("corvex-link-" + std::to_string(getpid()));
   std::filesystem::remove(link);
   std::filesystem::create_symlink(far.device, link);
-  QtSerialControl other(loop, [&](int number) { return number == 1 ? far.device : link.string(); });
+  AsioSerialControl other(loop, [&](int number) { return number == 1 ? far.device : link.string(); });
   EXPECT_FALSE(other.Open());
   EXPECT_TRUE(other.SetCommPort(2));
   EXPECT_FALSE(other.Open()) << "the same device by another name";
@@ -170,16 +174,115 @@ TEST_F(QtSerialControlTest, RefusesWhatIsNotToBeHad) {
   EXPECT_TRUE(port.Open());
 }
 
-TEST_F(QtSerialControlTest, ALineThatTakesNothingDoesNotFillTheMemory) {
+TEST_F(AsioSerialControlTest, ALineThatTakesNothingDoesNotFillTheMemory) {
   ASSERT_TRUE(port.Open());
   const std::string block(100'000, 'x');
-  for (int i = 0; i < 30; ++i) port.Output(block);
+  int taken = 0;
+  for (int i = 0; i < 30; ++i) taken += port.Output(block) ? 1 : 0;
+  EXPECT_EQ(taken, 10);
   test::Elapse(loop, 20ms);
   EXPECT_GT(port.OutBufferCount(), 0);
   EXPECT_LE(port.OutBufferCount(), 1024 * 1024);
   EXPECT_TRUE(port.PortOpen());
   port.DiscardOutput();
   EXPECT_EQ(port.OutBufferCount(), 0);
+}
+
+// What a line that is held has not taken must never come out once it goes again, and what is written after
+// that must.
+TEST_F(AsioSerialControlTest, WhatIsTakenBackOrClosedNeverLeaves) {
+  for (const bool close : {false, true}) {
+    ASSERT_TRUE(port.Open());
+    port.Output(std::string(100'000, 'x'));
+    test::Elapse(loop, 20ms);
+    ASSERT_GT(port.OutBufferCount(), 0);
+    const auto start = loop.Now();
+    if (close) {
+      port.Close();
+      ASSERT_TRUE(port.Open());
+    } else {
+      port.DiscardOutput();
+    }
+    EXPECT_LT(loop.Now() - start, 500ms);
+    while (!far.Take().empty()) {
+    }
+    port.Output("after");
+    std::string arrived;
+    ASSERT_TRUE(Becomes(loop, [&] { return (arrived += far.Take()).ends_with("after"); }));
+    EXPECT_EQ(arrived, "after");
+    far.Send("still read");
+    ASSERT_TRUE(Becomes(loop, [&] { return received.ends_with("still read"); }));
+    port.Close();
+  }
+}
+
+TEST_F(AsioSerialControlTest, CarriesALargeBlockInOrder) {
+  ASSERT_TRUE(port.Open());
+  std::string block(256 * 1024, ' ');
+  for (std::size_t i = 0; i < block.size(); ++i) block[i] = static_cast<char>(i * 7 + i / 251);
+  ASSERT_TRUE(port.Output(block.substr(0, 1000)));
+  ASSERT_TRUE(port.Output(block.substr(1000)));
+  std::string arrived;
+  ASSERT_TRUE(Becomes(loop, [&] { return (arrived += far.Take()).size() >= block.size(); }));
+  EXPECT_TRUE(arrived == block);
+  ASSERT_TRUE(Becomes(loop, [&] { return port.OutBufferCount() == 0; }));
+}
+
+TEST_F(AsioSerialControlTest, TheFarewellOfALinkArrives) {
+  const test::TempFolder folder;
+  test::FakeFiles files;
+  SettingsStore settings(folder.Name(), files);
+  test::FakeWindows windows;
+  test::FakeSerialPorts ports;
+  test::FakeSocket sock(loop);
+  test::FakeDialogs dialogs;
+  test::FakePrinters printers;
+  test::FakeSound sound;
+  test::FakeShell shell;
+  const Platform platform{loop, windows, port, ports, sock, dialogs, printers, sound, shell, {}};
+  ReceiveBuffer buffer(loop);
+  MainState main;
+  TerminalLink link(platform, settings, buffer, main);
+  ASSERT_TRUE(link.EnsureLinkOpen());
+  link.WriteText("quit\r\nat\r\n");
+  link.CloseLink();
+  EXPECT_FALSE(port.PortOpen());
+  EXPECT_EQ(far.Take(), "quit\r\nat\r\n");
+}
+
+TEST_F(AsioSerialControlTest, SetsTheLineUpAndChangesItWhileOpen) {
+  port.SetSettings("2400,n,8,2");
+  port.SetHandshaking(3);
+  ASSERT_TRUE(port.Open());
+  termios attributes{};
+  ASSERT_EQ(tcgetattr(far.Line(), &attributes), 0);
+  EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(B2400));
+  EXPECT_NE(attributes.c_cflag & CSTOPB, 0u);
+  EXPECT_NE(attributes.c_cflag & CRTSCTS, 0u);
+  EXPECT_EQ(attributes.c_iflag & (IXON | IXOFF), static_cast<tcflag_t>(IXON | IXOFF));
+  port.SetSettings("115200,n,8,1");
+  port.SetHandshaking(0);
+  ASSERT_EQ(tcgetattr(far.Line(), &attributes), 0);
+  EXPECT_EQ(cfgetospeed(&attributes), static_cast<speed_t>(B115200));
+  EXPECT_EQ(attributes.c_cflag & (CSTOPB | CRTSCTS), 0u);
+  EXPECT_EQ(attributes.c_iflag & (IXON | IXOFF), 0u);
+}
+
+TEST_F(AsioSerialControlTest, AnIdlePortCostsNothingAndItsEndLeavesNothingBehind) {
+  ASSERT_TRUE(port.Open());
+  const double cpu = test::CpuMilliseconds();
+  test::Elapse(loop, 300ms);
+  EXPECT_LT(test::CpuMilliseconds() - cpu, 20);
+  // A control that ends while its thread is telling of bytes.
+  for (int i = 0; i < 50; ++i) {
+    FarEnd end;
+    AsioSerialControl brief(loop, [&](int) { return end.device; });
+    brief.onComm = [](SerialControl::CommEvent) { ADD_FAILURE() << "an event of a control that is gone"; };
+    ASSERT_TRUE(brief.Open());
+    end.Send("bytes");
+    if (i % 2 == 0) std::this_thread::sleep_for(1ms);
+  }
+  test::Elapse(loop, 20ms);
 }
 
 }  // namespace

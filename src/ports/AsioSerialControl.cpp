@@ -1,0 +1,310 @@
+#include "ports/AsioSerialControl.h"
+
+#include <array>
+#include <asio/buffer.hpp>
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/post.hpp>
+#include <asio/serial_port.hpp>
+#include <future>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "ports/SerialLine.h"
+
+namespace corvex {
+
+namespace {
+
+// Nearly six seconds at 115,200 bit/s; what comes beyond it waits in the system.
+constexpr std::size_t kInputBound = 64 * 1024;
+// A line that takes nothing must not let the queue grow for ever.
+constexpr std::size_t kOutputBound = 1024 * 1024;
+constexpr std::size_t kPiece = 4096;
+
+}  // namespace
+
+/// An open device, and the thread that reads and writes it until this object ends.
+///
+/// The device itself is used by the thread alone, but for looking at its state. Both sides share the queues
+/// under the mutex.
+class AsioSerialControl::Line {
+ public:
+  /// `arrived` and `lost` are called by the thread: the first once for all that has come until the next
+  /// TakeArrival, the second once, when the device has gone.
+  Line(LineHandle handle, std::function<void()> arrived, std::function<void()> lost)
+      : arrived_(std::move(arrived)), lost_(std::move(lost)), handle_(handle) {
+    std::error_code failed;  // shows at the first read
+    port_.assign(handle, failed);
+    Read();
+    thread_ = std::thread([this] { io_.run(); });
+  }
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+  ~Line() {
+    work_.reset();
+    io_.stop();
+    thread_.join();
+    // The system would wait many seconds for bytes that cannot leave, on a line held by its flow control.
+    DiscardUnsent(handle_);
+    std::error_code ignored;
+    port_.close(ignored);
+  }
+
+  void SetUp(const LineSettings& settings) {
+    OnThread([&] { SetUpLine(handle_, settings); });
+  }
+
+  /// What has come by now has been announced.
+  void TakeArrival() {
+    const std::lock_guard lock(mutex_);
+    announced_ = false;
+  }
+  bool InputFull() {
+    const std::lock_guard lock(mutex_);
+    return input_.size() >= kInputBound;
+  }
+  std::string Take() {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(readingStopped_, false)) asio::post(io_, [this] { Read(); });
+    return std::exchange(input_, {});
+  }
+  void DropInput() {
+    OnThread([this] { DiscardReceived(handle_); });
+    Take();
+  }
+
+  bool Send(std::string_view bytes) {
+    const std::lock_guard lock(mutex_);
+    if (output_.size() + inFlight_ + bytes.size() > kOutputBound) return false;
+    output_ += bytes;
+    if (!std::exchange(writing_, true)) asio::post(io_, [this] { Write(); });
+    return true;
+  }
+  std::size_t Unsent() {
+    const std::lock_guard lock(mutex_);
+    return output_.size() + UnsentBytes(handle_, inFlight_);
+  }
+  void DropOutput() {
+    {
+      const std::lock_guard lock(mutex_);
+      output_.clear();
+      dropsFlight_ = inFlight_ > 0;
+    }
+    OnThread([this] {
+      // First the write that is under way: a line that is emptied would take it at once. The read that is
+      // cancelled with it begins again.
+      std::error_code ignored;
+      port_.cancel(ignored);
+      DiscardUnsent(handle_);
+      const std::lock_guard lock(mutex_);
+      inFlight_ = 0;
+    });
+  }
+
+ private:
+  /// Has the thread run `task`, and waits for it. The thread never waits for the loop's.
+  template <typename Task>
+  void OnThread(Task task) {
+    std::promise<void> done;
+    asio::post(io_, [&] {
+      task();
+      done.set_value();
+    });
+    done.get_future().wait();
+  }
+
+  void Read() {
+    if (failed_) return;
+    port_.async_read_some(asio::buffer(received_, ReadSize(handle_, received_.size())),
+                          [this](std::error_code error, std::size_t count) { HasRead(error, count); });
+  }
+
+  void HasRead(std::error_code error, std::size_t count) {
+    bool tells = false;
+    bool goesOn = true;
+    if (count > 0) {
+      const std::lock_guard lock(mutex_);
+      input_.append(received_.data(), count);
+      tells = !std::exchange(announced_, true);
+      if (input_.size() >= kInputBound) {
+        readingStopped_ = true;
+        goesOn = false;
+      }
+    }
+    if (tells) arrived_();
+    // A read may end without a byte, and be cancelled by DropOutput.
+    const bool ended = error && error != asio::error::operation_aborted;
+    if (ended || ((error || count == 0) && !LineAlive(handle_))) {
+      Fail();
+    } else if (goesOn) {
+      Read();
+    }
+  }
+
+  void Write() {
+    {
+      const std::lock_guard lock(mutex_);
+      if (failed_ || output_.empty()) {
+        writing_ = false;
+        return;
+      }
+      flight_ = output_.substr(0, kPiece);
+      output_.erase(0, flight_.size());
+      inFlight_ = flight_.size();
+      dropsFlight_ = false;
+    }
+    port_.async_write_some(asio::buffer(flight_),
+                           [this](std::error_code error, std::size_t count) { HasWritten(error, count); });
+  }
+
+  void HasWritten(std::error_code error, std::size_t count) {
+    {
+      const std::lock_guard lock(mutex_);
+      if (!dropsFlight_) output_.insert(0, flight_, count);
+      inFlight_ = 0;
+    }
+    if (error && error != asio::error::operation_aborted) Fail();
+    Write();
+  }
+
+  void Fail() {
+    if (!std::exchange(failed_, true)) lost_();
+  }
+
+  std::function<void()> arrived_;
+  std::function<void()> lost_;
+  asio::io_context io_{1};
+  asio::executor_work_guard<asio::io_context::executor_type> work_{io_.get_executor()};
+  asio::serial_port port_{io_};
+  const LineHandle handle_;
+
+  // Used by the thread alone.
+  std::array<char, kPiece> received_{};
+  std::string flight_;  ///< What is being written.
+  bool failed_ = false;
+
+  std::mutex mutex_;
+  // Guarded by the mutex.
+  std::string input_;
+  bool announced_ = false;
+  bool readingStopped_ = false;
+  std::string output_;  ///< What is to be written after `flight_`.
+  std::size_t inFlight_ = 0;
+  bool dropsFlight_ = false;
+  bool writing_ = false;
+
+  std::thread thread_;
+};
+
+AsioSerialControl::AsioSerialControl(EventLoop& loop, std::function<std::string(int)> deviceName)
+    : loop_(loop), deviceName_(std::move(deviceName)), events_(loop) {}
+
+AsioSerialControl::~AsioSerialControl() {
+  Close();
+}
+
+bool AsioSerialControl::SetCommPort(std::int16_t number) {
+  if (PortOpen() || number < 1) return false;
+  number_ = number;
+  return true;
+}
+
+std::optional<LineSettings> AsioSerialControl::Wanted() const {
+  auto settings = ParseLineSettings(settings_);
+  if (settings) {
+    settings->xonXoff = handshaking_ == 1 || handshaking_ == 3;
+    settings->rtsCts = handshaking_ == 2 || handshaking_ == 3;
+  }
+  return settings;
+}
+
+void AsioSerialControl::Apply() {
+  const auto wanted = Wanted();
+  if (line_ && wanted) line_->SetUp(*wanted);
+}
+
+void AsioSerialControl::SetSettings(const std::string& settings) {
+  settings_ = settings;
+  Apply();
+}
+
+void AsioSerialControl::SetHandshaking(std::int32_t handshaking) {
+  handshaking_ = handshaking;
+  Apply();
+}
+
+bool AsioSerialControl::Open() {
+  if (PortOpen()) return true;
+  Close();  // what is left of the time before
+  const auto wanted = Wanted();
+  if (!wanted) return false;
+  const auto handle = OpenLine(DeviceName(), *wanted);
+  if (!handle) return false;
+  // The line ends before this object does and the loop after it; a call that is still queued then, or when
+  // the port has been closed, comes to nothing.
+  const auto onLoop = [this](void (AsioSerialControl::*call)()) {
+    return [this, call, guarded = events_.Guard()] {
+      loop_.PostFromAnyThread([this, call, guarded] {
+        if (guarded()) (this->*call)();
+      });
+    };
+  };
+  line_ =
+      std::make_unique<Line>(*handle, onLoop(&AsioSerialControl::Announce), onLoop(&AsioSerialControl::Lost));
+  return true;
+}
+
+void AsioSerialControl::Close() {
+  line_.reset();
+  events_.Cut();
+  lastWords_.clear();
+}
+
+std::string AsioSerialControl::Input() {
+  std::string bytes = std::exchange(lastWords_, {});
+  if (line_) bytes += line_->Take();
+  return bytes;
+}
+
+void AsioSerialControl::DiscardInput() {
+  lastWords_.clear();
+  if (line_) line_->DropInput();
+}
+
+bool AsioSerialControl::Output(std::string_view bytes) {
+  return line_ && (bytes.empty() || line_->Send(bytes));
+}
+
+std::int32_t AsioSerialControl::OutBufferCount() const {
+  return line_ ? static_cast<std::int32_t>(line_->Unsent()) : 0;
+}
+
+void AsioSerialControl::DiscardOutput() {
+  if (line_) line_->DropOutput();
+}
+
+void AsioSerialControl::Announce() {
+  line_->TakeArrival();
+  events_.PostArrival(
+      [this] {
+        if (onComm) onComm(kEvReceive);
+      },
+      [this] { return line_ && line_->InputFull(); });
+}
+
+void AsioSerialControl::Lost() {
+  lastWords_ = line_->Take();
+  line_.reset();
+  if (!lastWords_.empty()) {
+    events_.Post([this] {
+      if (onComm) onComm(kEvReceive);
+    });
+  }
+  events_.Post([this] {
+    if (onComm) onComm(kEvLineLost);
+  });
+}
+
+}  // namespace corvex
