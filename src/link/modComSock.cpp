@@ -128,17 +128,18 @@ void TerminalLink::DrainOutput() {
   if (SocketReady() && LoginComplete()) return;
   if (!comPort_.PortOpen()) return;
   // No signal tells that a byte has left, so the count is looked at as often as a byte takes at 9600 baud.
+  EventLoop::Wait wait(loop_);
   while (comPort_.PortOpen() && comPort_.OutBufferCount() >= 1) {
-    loop_.Pump(loop_.Now() + std::chrono::milliseconds(1));
+    wait.Pump(loop_.Now() + std::chrono::milliseconds(1));
   }
 }
 
 /// The same with a limit, before the output is thrown away.
 void TerminalLink::LetOutputLeave() {
-  const Overtaken overtaken(main_);
   const auto limit = loop_.Now() + kOutputTime;
-  while (!overtaken() && comPort_.OutBufferCount() >= 1 && loop_.Now() < limit) {
-    loop_.Pump(loop_.Now() + std::chrono::milliseconds(1));
+  EventLoop::Wait wait(loop_);
+  while (comPort_.OutBufferCount() >= 1 && loop_.Now() < limit) {
+    wait.Pump(loop_.Now() + std::chrono::milliseconds(1));
   }
 }
 
@@ -197,10 +198,8 @@ bool TerminalLink::EnsureLinkOpen() {
   openRefused_ = false;
   if (LinkIsLan()) {
     if (SocketReady() && LoginComplete()) return true;
-    const Overtaken overtaken(main_);
     CloseLink();
     Pause(loop_, 0.05);
-    if (overtaken()) return false;
     // The login of the session before is over: the first prompt can come before the next one begins, and with
     // a mode that shows what is received it would go there.
     login_.ResetLogin();
@@ -221,7 +220,6 @@ void TerminalLink::OpenSerial() {
 }
 
 bool TerminalLink::OpenSocket() {
-  const Overtaken overtaken(main_);
   constexpr int kRounds = 9;
   received_.ClearRx();
   for (int round = 0; round < kRounds;) {
@@ -242,7 +240,6 @@ bool TerminalLink::OpenSocket() {
       ++round;
     }
     Pause(loop_, 0.1);
-    if (overtaken()) return false;
   }
   sock_.Close();
   return false;
@@ -254,13 +251,11 @@ void TerminalLink::RecordSocketOpen() {
 }
 
 bool TerminalLink::LanLogin() {
-  const Overtaken overtaken(main_);
   login_.ResetLogin();
   const auto began = loop_.Now();
-  while (sock_.GetState() != SocketControl::kConnected) {
+  for (EventLoop::Wait wait(loop_); sock_.GetState() != SocketControl::kConnected;) {
     if (loop_.Now() - began > std::chrono::seconds(20)) return false;
-    loop_.Pump(began + std::chrono::milliseconds(20001));
-    if (overtaken()) return false;
+    wait.Pump(began + std::chrono::milliseconds(20001));
   }
   login_.ResetLogin();
   if (!settings_.config.erbaccess.Get()) {
@@ -273,12 +268,10 @@ bool TerminalLink::LanLogin() {
 }
 
 bool TerminalLink::ErbRelogin() {
-  const Overtaken overtaken(main_);
   const auto began = loop_.Now();
   login_.ResetLogin();
   WriteText(std::string(kTransparentMode) + std::string(kCrLf));
   Pause(loop_, 0.1);
-  if (overtaken()) return false;
   LoginStep();
   return AwaitLogin(began, 8);
 }
@@ -287,15 +280,14 @@ bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
   const Overtaken overtaken(main_);
   while (!login_.LoginFailed() && !login_.LoginComplete()) {
     Pause(loop_, 0.1);
-    if (overtaken()) return false;
     LoginStep();
-    if (overtaken()) return false;
+    if (overtaken()) return false;  // while it asked for the password
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - began).count();
     // Exactly this second: a login that was held up past it has until the second limit.
     if (elapsed == giveUpAt) {
       CloseLink();
       Pause(loop_, 0.2);
-      if (!overtaken()) login_.ResetLogin();
+      login_.ResetLogin();
       return false;
     }
     if (elapsed > 10) return false;
@@ -309,14 +301,12 @@ void TerminalLink::LoginStep() {
 }
 
 void TerminalLink::CloseLink() {
-  const Overtaken overtaken(main_);
   if (LinkIsLan() && sock_.GetState() > SocketControl::kClosed) {
     if (SocketReady() && LoginComplete()) {
       SendCancel();
       Pause(loop_, 0.1);
       received_.DiscardRx();
       Pause(loop_, 0.1);
-      if (overtaken()) return;
       WriteText(kTransparentMode);  // without a line end at the end of a session; that is meant
     } else if (settings_.config.erbaccess.Get()) {
       WriteText(kTransparentMode);
@@ -327,12 +317,10 @@ void TerminalLink::CloseLink() {
     return;
   }
   LetOutputLeave();
-  if (overtaken()) return;
   DropOutput();  // before the handshaking ends, which may be what holds it
   comPort_.SetHandshaking(0);
   comPort_.DiscardInput();
   Pause(loop_, 0.05);
-  if (overtaken()) return;
   if (comPort_.PortOpen()) {
     RecordOutput();
     log_.DropQueued();
@@ -343,26 +331,21 @@ void TerminalLink::CloseLink() {
 }
 
 void TerminalLink::LeaveMub() {
-  const Overtaken overtaken(main_);
   DoubtLogin();  // at once: whoever overtakes this logs in anew too
   SendCancel();
   Pause(loop_, 0.1);
-  if (overtaken()) return;
   WriteText(kTransparentMode);
   Pause(loop_, 0.1);
 }
 
 bool TerminalLink::SendAndAwaitOk(std::string_view command) {
-  const Overtaken overtaken(main_);
   const std::string line = std::string(command) + std::string(kCrLf);
   SendCancel();
-  if (overtaken()) return false;
   received_.DiscardRx();
   WriteText(line);
   std::string answer;
   for (int round = 1; round <= 8; ++round) {
     Pause(loop_, 0.05);
-    if (overtaken()) return false;
     received_.TakeRxInto(answer);
     if (Contains(UpperCase(answer), "OK") || Contains(answer, "<tml>")) {
       SendTagModeRequest();
@@ -376,9 +359,7 @@ bool TerminalLink::SendAndAwaitOk(std::string_view command) {
 bool TerminalLink::EnterTagMode() {
   constexpr std::string_view kCommand = "AT+WQUILSTARTTMLB";
   const std::int32_t phase = settings_.config.mmiphase.Get();
-  const Overtaken overtaken(main_);
   if (SendAndAwaitOk(kCommand)) return true;
-  if (overtaken()) return false;
   // The second try is the same command; only the phase that is stored tells that it was needed.
   if (!SendAndAwaitOk(kCommand)) return false;
   // Unsigned, as what stands in the settings file may be any number.

@@ -16,10 +16,9 @@ namespace corvex {
 /// The one duplex link to the modem, over a serial port or over TCP; the setting `lan` decides at each use.
 ///
 /// What is received collects in the receive buffer, and in the modes that show it the dispatcher is called.
-/// What cannot be sent is dropped in silence, and the missing answer is what tells: the links of these
-/// terminals come and go, and every dialogue above has its own rounds. All waits pump events, so that timers,
-/// menu commands and received bytes run inside them; what they have overtaken gives up, as if the link had
-/// failed.
+/// What cannot be sent is dropped in silence, and the missing answer shows it: the links of these terminals
+/// come and go, and every dialogue above has its own rounds. All waits pump events, so that timers, menu
+/// commands and received bytes run inside them. Each can be given up (see EventLoop::Wait).
 class TerminalLink {
  public:
   /// How long the closing of the serial port waits for what was written to leave. That is 240 bytes at the

@@ -50,21 +50,17 @@ std::string ComDeviceName(const SettingsStore& settings, int number) {
 }
 
 ProbeWord ModemProbe::DetectModem() {
-  const Overtaken overtaken(main_);
   window_.lblPort.caption = "";
   if (!link_.EnsureLinkOpen()) return link_.OpenRefused() ? ProbeWord::Busy : ProbeWord::None;
-  if (overtaken()) return ProbeWord::None;
   link_.SendCancel();
   PauseShort(window_.loop());
-  if (overtaken()) return ProbeWord::None;
   received_.DiscardRx();
   link_.WriteText("ate1\r\n");
   PauseShort(window_.loop());
-  if (overtaken()) return ProbeWord::None;
   const ProbeWord word = AskModel();
   if (word == ProbeWord::Ok) {
     AskUpgrade();
-  } else if (!overtaken()) {
+  } else {
     link_.DoubtLogin();
   }
   return word;
@@ -72,14 +68,12 @@ ProbeWord ModemProbe::DetectModem() {
 
 ProbeWord ModemProbe::AskModel() {
   constexpr std::string_view kCommand = "at+gmm\r\n";
-  const Overtaken overtaken(main_);
   EventLoop& loop = window_.loop();
   link_.WriteText(kCommand);
   ProbeWord word = ProbeWord::None;
   std::string answer;
   for (int round = 1; round <= kRounds; ++round) {
     PauseShort(loop);
-    if (overtaken()) break;
     received_.TakeRxInto(answer);
     const std::string upper = UpperCase(answer);
     // A modem that refuses the command has shown that the speed is right.
@@ -93,10 +87,8 @@ ProbeWord ModemProbe::AskModel() {
     word = answer.empty() ? ProbeWord::None : ProbeWord::CheckSpeed;
     Pause(loop, 0.1);
     if (round == 3) {
-      if (overtaken()) break;
       link_.SendCancel();
       Pause(loop, 0.2);
-      if (overtaken()) break;
       link_.WriteText(kCommand);  // what has come so far is kept
     }
   }
@@ -105,12 +97,10 @@ ProbeWord ModemProbe::AskModel() {
 
 void ModemProbe::AskUpgrade() {
   link_.WriteText("at+wquilcswvload\r\n");
-  const Overtaken overtaken(main_);
   MenuItem& entry = window_.mnuUpgrade;
   std::string answer;
   for (int round = 1; round <= kRounds; ++round) {
     PauseShort(window_.loop());
-    if (overtaken()) return;
     received_.TakeRxInto(answer);
     const std::string upper = UpperCase(answer);
     if (Contains(upper, "ERROR")) continue;

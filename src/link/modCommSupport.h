@@ -37,8 +37,7 @@ class ModemProbe {
       : window_(window), state_(state), main_(main), link_(link), received_(received), settings_(settings) {}
 
   /// Opens the link, probes, and on Ok names the terminal and sets the menu entry of the upgrade. The main
-  /// window's mode must be one that leaves received bytes to the caller. What it returns means nothing if it
-  /// was overtaken.
+  /// window's mode must be one that leaves received bytes to the caller.
   ProbeWord DetectModem();
 
  private:

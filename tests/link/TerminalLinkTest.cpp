@@ -95,12 +95,12 @@ TEST_F(LinkTest, WhatWasWrittenLeavesBeforeTheLinkCloses) {
   EXPECT_NEAR(Seconds() - began, 0.05, 0.002) << "with nothing to leave it waits for nothing";
 }
 
-TEST_F(LinkTest, AClosingThatIsOvertakenInItsWaitPurgesNothing) {
+TEST_F(LinkTest, AClosingThatIsGivenUpInItsWaitPurgesNothing) {
   ASSERT_TRUE(link.EnsureLinkOpen());
   comPort.Hold(true);
   link.WriteText("text");
-  loop.After(100ms, [this] { ++main.passage; });
-  link.CloseLink();
+  loop.After(100ms, [this] { loop.AbandonWaits([] {}); });
+  EXPECT_THROW(link.CloseLink(), WaitAbandoned);
   EXPECT_NEAR(Seconds(), 0.1, 0.01);
   EXPECT_TRUE(comPort.PortOpen());
   comPort.Hold(false);
