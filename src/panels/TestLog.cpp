@@ -27,9 +27,9 @@ const std::string& Row(const TermControls& window, std::size_t row) {
 }
 
 /// Whether a row holds "PIN" as a word, which a number may follow: "SIM PIN2:", but not "SHIPPING".
-bool AsksForPin(const TermControls& window) {
+bool AsksForPin(std::string_view text) {
   constexpr std::string_view kWord = "PIN";
-  const std::string row = UpperCase(Row(window, 3));
+  const std::string row = UpperCase(text);
   const auto isLetter = [&row](std::size_t place) {
     const char c = place < row.size() ? row[place] : ' ';
     return (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0xC0;
@@ -38,6 +38,13 @@ bool AsksForPin(const TermControls& window) {
     if ((at == 0 || !isLetter(at - 1)) && !isLetter(at + kWord.size())) return true;
   }
   return false;
+}
+
+/// Whether the screen asks for a PIN, be it shown or not painted yet.
+bool AsksForPin(const TermControls& window, const SessionState& state) {
+  constexpr std::size_t kRow = 3;
+  return AsksForPin(Row(window, kRow)) ||
+         AsksForPin(state.screenRows[SessionState::kFirstShownRow - 1 + kRow]);
 }
 
 std::string_view From(std::string_view text, std::size_t place) {
@@ -192,7 +199,7 @@ class TestLog::Macro {
   /// A PIN that is asked for in the middle would be wrong by the macro's digits, and three wrong ones lock
   /// the card. The keys behind the first that was held back would lead astray.
   bool MayType() {
-    lost_ = lost_ || AsksForPin(p_.window);
+    lost_ = lost_ || AsksForPin(p_.window, p_.state);
     return GoesOn();
   }
 
@@ -218,7 +225,8 @@ bool TestLog::BoxOpen(const Parts& parts) {
 
 bool TestLog::MayBegin() const {
   return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
-         !BoxOpen(p_) && !AsksForPin(p_.window) && p_.window.loop().SecondsSinceMidnight() < kLastStart;
+         !BoxOpen(p_) && !AsksForPin(p_.window, p_.state) &&
+         p_.window.loop().SecondsSinceMidnight() < kLastStart;
 }
 
 void TestLog::TakeLog() {

@@ -115,6 +115,8 @@ TEST(TestLogTest, BeginsOnlyWhereItCanGoThroughWithIt) {
   };
   const Case cases[]{
       {"a PIN is asked for", [](Logged& r) { r.Press("53"); }},
+      {"a PIN is asked for on a screen that is not painted yet",
+       [](Logged& r) { r.p.sock.Arrive("<tml><FieldScreen></tml>\x1B[5;2HPIN:<tml><Sig>30</tml>"); }},
       {"the AT panel is open", [](Logged& r) { r.p.Do([&] { r.term.mnuAT.click(); }); }},
       {"it is switched off", [](Logged& r) { r.p.settings.logging.active.Set(false); }},
       {"a walk of the cursor is under way",
