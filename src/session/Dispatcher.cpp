@@ -46,6 +46,7 @@ void Dispatcher::ProcessReceived() {
       break;
     case ModemMode::Terminal:
       if (heard && p_.received.RxAvailable()) heard();
+      printsApart_.reset();
       p_.scanner.ScanStream();
       if (!p_.main.leaving) ServeFlags();
       break;
@@ -122,8 +123,16 @@ void Dispatcher::ServeMenu(Showing showing) {
 void Dispatcher::Settle() {
   if (p_.main.mode != ModemMode::Terminal || p_.main.leaving) return;
   ServeScreen(Showing::AtOnce);
-  ServePrint();
+  if (PrintsApart()) ServePrint();
   if (Taken(p_.state.closeMenu)) p_.lists.HideMenu();
+}
+
+/// Whether print jobs of one event have to be served one by one. Where they add up in the print view they are
+/// one text. The settings are asked once an event, as it can hold thousands.
+bool Dispatcher::PrintsApart() {
+  const auto& printer = p_.settings.printer;
+  if (!printsApart_) printsApart_ = !printer.always.IsFile() || !printer.fileuse.IsAppend();
+  return *printsApart_;
 }
 
 void Dispatcher::ServeFlags() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -65,12 +66,14 @@ class Dispatcher {
   void ServeFlags();
   void ServeScreen(Showing showing);
   void ServeMenu(Showing showing);
+  bool PrintsApart();
   void ServePrint();
   void PrintToPrinter();
   void TellOfPrinter(std::string_view text);
   void ShowPrinterBox(std::string_view text, int own);
 
   Parts p_;
+  std::optional<bool> printsApart_;
   bool telling_ = false;
   std::string_view afterLog_;  ///< What is to be said of the printer when the log has been taken.
 };

@@ -1,13 +1,15 @@
 #include "session/SoftKeyPanel.h"
 
+#include <optional>
+#include <string>
+
 #include "common/Text.h"
 
 namespace corvex {
 
 void ShowSoftKeys(TermControls& window, const MainState& main, const SessionState& state,
                   const SettingsStore& settings) {
-  const std::string phone = settings.config.phone.Get();
-  const bool ownImages = (phone == "R1" || phone == "R2") && main.mode == ModemMode::Terminal;
+  std::optional<bool> ownImages;  // asked of the settings file only if there is an image
   for (std::size_t key = 0; key < state.softKeyText.size(); ++key) {
     const std::string& text = state.softKeyText[key];
     const bool blank = TrimBlanks(text).empty();
@@ -17,7 +19,11 @@ void ShowSoftKeys(TermControls& window, const MainState& main, const SessionStat
     window.imgKey[key].visible = !blank;
     if (blank) continue;
     const int code = state.softKeyCode[key] == 0 ? 2 : state.softKeyCode[key];
-    window.imgKey[key].picture = "key " + std::to_string(ownImages ? code : 0);
+    if (!ownImages) {
+      const std::string phone = settings.config.phone.Get();
+      ownImages = (phone == "R1" || phone == "R2") && main.mode == ModemMode::Terminal;
+    }
+    window.imgKey[key].picture = "key " + std::to_string(*ownImages ? code : 0);
   }
 }
 

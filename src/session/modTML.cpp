@@ -193,7 +193,7 @@ void TagStream::HandleTagPacket(std::string_view packet) {
 
     // Screens and keys.
     case TagToken::Sk:
-      ParseSoftKeys(packet, state_);
+      ParseKeys(packet);
       break;
     case TagToken::TextScreen:
       BeginPaintedScreen();
@@ -270,6 +270,21 @@ void TagStream::HandleTagPacket(std::string_view packet) {
   }
 }
 
+/// A line that is only stored leaves on the keys what the one before it shows.
+void TagStream::ParseKeys(std::string_view packet) {
+  if (!settle || !state_.softKeysChanged) return ParseSoftKeys(packet, state_);
+  auto texts = state_.softKeyText;
+  auto codes = state_.softKeyCode;
+  ParseSoftKeys(packet, state_);
+  if (state_.softKeysChanged) return;
+  texts.swap(state_.softKeyText);
+  codes.swap(state_.softKeyCode);
+  state_.softKeysChanged = true;
+  settle();
+  texts.swap(state_.softKeyText);
+  codes.swap(state_.softKeyCode);
+}
+
 /// Whether a packet contradicts what is still to be shown. One of the same kind replaces it, and needs
 /// nothing.
 bool TagStream::Contradicts(TagToken token) const {
@@ -288,7 +303,7 @@ bool TagStream::Contradicts(TagToken token) const {
     case TagToken::CloseChoiceScreen:
       return s.menuChanged || s.choiceChanged;
     case TagToken::Sk:
-      return s.menuChanged || s.softKeysChanged;
+      return s.menuChanged;
     case TagToken::StartPrint:
       return s.printData || s.printEnd;
     case TagToken::Print:

@@ -87,6 +87,7 @@ class TagStream {
   std::function<void(std::int32_t channel, std::string_view text)> traceToInstance;
 
  private:
+  void ParseKeys(std::string_view packet);
   bool Contradicts(TagToken token) const;
   static void Store(std::string& text, std::string_view payload, bool& changed);
   /// The screen changes, and its end can return to the one before.
