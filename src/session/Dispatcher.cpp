@@ -89,42 +89,27 @@ void Dispatcher::AppendToRx(std::string_view text) {
   view.Append(LastPart(text));
 }
 
-/// The first part of the flags, in their fixed order: when a burst sets several it decides what is seen in
-/// the end.
-void Dispatcher::ServeScreen(Showing showing) {
-  SessionState& s = p_.state;
-  TermControls& window = p_.window;
-  if (Taken(s.screenChanged)) p_.main.screenHold = false;
-  if (Taken(s.sigChanged)) p_.status.ShowSignal();
-  if (Taken(s.softKeysChanged)) ShowSoftKeys(window, p_.main, s, p_.settings);
-  if (!s.paintHold && Taken(s.rowsChanged)) PaintRows(window, p_.main, s, p_.grid);
-  if (Taken(s.msgChanged)) ShowPopUp(window, s.msgText);
-  if (Taken(s.choiceChanged)) {
-    p_.lists.HideMenu();
-    p_.lists.ShowChoice();
-  }
-  if (Taken(s.closeChoice)) p_.lists.HideChoice();
-  if (Taken(s.menuChanged)) ServeMenu(showing);
-  if (!s.paintHold && Taken(s.tableChanged)) p_.lists.HideMenu();
-}
-
-void Dispatcher::ServeMenu(Showing showing) {
+void Dispatcher::ServeMenu() {
   // A menu has no soft keys. Those that come after it, in its pauses too, are shown.
-  p_.state.softKeyText.fill({});
-  ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
-  SetListSpacing(p_.window.ListMenu, "75,0", p_.platform.dialogs);
-  if (showing == Showing::AtOnce) {
-    p_.lists.ShowMenuAtOnce();
-  } else {
-    p_.lists.ShowMenu();
+  if (!Taken(p_.state.keysAfterMenu)) {
+    p_.state.softKeyText.fill({});
+    ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
   }
+  SetListSpacing(p_.window.ListMenu, "75,0", p_.platform.dialogs);
+  p_.lists.ShowMenu();
 }
 
 void Dispatcher::Settle() {
+  SessionState& s = p_.state;
   if (p_.main.mode != ModemMode::Terminal || p_.main.leaving) return;
-  ServeScreen(Showing::AtOnce);
+  if (Taken(s.screenChanged)) p_.main.screenHold = false;
+  if (Taken(s.softKeysChanged)) ShowSoftKeys(p_.window, p_.main, s, p_.settings);
+  if (!s.paintHold && Taken(s.rowsChanged)) PaintRows(p_.window, p_.main, s, p_.grid);
+  if (Taken(s.closeChoice)) {
+    s.choiceChanged = false;  // by an older packet, or the list would have been closed before it came
+    p_.lists.HideChoice();
+  }
   if (PrintsApart()) ServePrint();
-  if (Taken(p_.state.closeMenu)) p_.lists.HideMenu();
 }
 
 /// Whether print jobs of one event have to be served one by one. Where they add up in the print view they are
@@ -138,8 +123,20 @@ bool Dispatcher::PrintsApart() {
 void Dispatcher::ServeFlags() {
   SessionState& s = p_.state;
   TermControls& window = p_.window;
+  // The order is fixed: when a burst sets several flags it decides what is seen in the end.
   if (Taken(s.toneChanged)) p_.status.SoundTone();
-  ServeScreen(Showing::InSteps);
+  if (Taken(s.screenChanged)) p_.main.screenHold = false;
+  if (Taken(s.sigChanged)) p_.status.ShowSignal();
+  if (Taken(s.softKeysChanged)) ShowSoftKeys(window, p_.main, s, p_.settings);
+  if (!s.paintHold && Taken(s.rowsChanged)) PaintRows(window, p_.main, s, p_.grid);
+  if (Taken(s.msgChanged)) ShowPopUp(window, s.msgText);
+  if (Taken(s.choiceChanged)) {
+    p_.lists.HideMenu();
+    p_.lists.ShowChoice();
+  }
+  if (Taken(s.closeChoice)) p_.lists.HideChoice();
+  if (Taken(s.menuChanged)) ServeMenu();
+  if (!s.paintHold && Taken(s.tableChanged)) p_.lists.HideMenu();
   ServePrint();
   if (Taken(s.noMail)) p_.status.ShowMail(false);
   if (Taken(s.newMail)) p_.status.ShowMail(true);

@@ -40,8 +40,7 @@ class Dispatcher {
 
   void ProcessReceived();
 
-  /// Shows at once what the packets before have changed of the screen: the next one is about to contradict
-  /// it, and the order of the flags would let the older one win.
+  /// See TagStream::settle.
   void Settle();
 
   /// A periodic log has been taken.
@@ -60,12 +59,8 @@ class Dispatcher {
 
  private:
   void ShowBytes();
-  /// How a menu is shown: with pauses in which its list is painted, or without.
-  enum class Showing { InSteps, AtOnce };
-
   void ServeFlags();
-  void ServeScreen(Showing showing);
-  void ServeMenu(Showing showing);
+  void ServeMenu();
   bool PrintsApart();
   void ServePrint();
   void PrintToPrinter();

@@ -98,18 +98,10 @@ void ScreenLists::ShowInSteps() {
   if (window_.Active()) window_.ListMenu.SetFocus();
 }
 
-void ScreenLists::ShowMenuAtOnce() {
-  menuWanted_ = false;  // by a ShowMenu that stands on the stack
-  ++menus_;
-  window_.frmMenu.BringToFront();
-  RevealMenu();
-  if (window_.Active()) window_.ListMenu.SetFocus();
-}
-
 void ScreenLists::FillMenu() {
   filledMenu_ = menus_;
   window_.frmMenu.caption = state_.menuScreen.title;
-  FillMenuList(window_.ListMenu, state_.menuScreen, state_.mailText);
+  FillMenuList(window_.ListMenu, state_.menuScreen, state_.menuMailText);
 }
 
 void ScreenLists::RevealMenu() {

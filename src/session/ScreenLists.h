@@ -24,8 +24,6 @@ class ScreenLists {
   /// Shows the menu of the session, in steps with short pauses so that the list is rebuilt unseen. Called
   /// again in one of its own pauses it returns at once, and the call below shows the new menu.
   void ShowMenu();
-  /// The same without pauses.
-  void ShowMenuAtOnce();
   void HideMenu();
 
   /// Does nothing while the modem's cursor is walked.

@@ -99,6 +99,9 @@ struct SessionState : ChangeFlags {
   std::array<std::string, kSoftKeys> softKeyText;
   std::array<std::int16_t, kSoftKeys> softKeyCode{};
   std::string mailText = "Mail";
+  std::string menuMailText;  ///< What it was when the menu came.
+  bool keysAfterMenu =
+      false;  ///< The menu that is to be shown has taken the keys away, and new ones have come.
 
   TerminalModel terminalModel = TerminalModel::Unknown;
   bool traceEnabled = false;    ///< The master trace window is open.

@@ -122,7 +122,7 @@ void TagStream::HandleTagPacket(std::string_view packet) {
   const std::size_t tagEnd = packet.find('>', kTagStart);
   const TagToken token = TokenOf(packet, tagEnd);
   const std::string_view payload = PayloadBehind(packet, tagEnd);
-  if (settle && Contradicts(token)) settle();
+  Supersede(token);
   switch (token) {
     case TagToken::None:
       break;
@@ -215,6 +215,8 @@ void TagStream::HandleTagPacket(std::string_view packet) {
     case TagToken::MenuScreen:
       LeaveFor(ScreenKind::MenuScreen);
       ParseScreenRecord(packet, state_.menuScreen);
+      state_.menuMailText = state_.mailText;
+      state_.keysAfterMenu = false;
       state_.menuChanged = true;
       state_.closeChoice = true;
       state_.screenChanged = true;
@@ -270,8 +272,56 @@ void TagStream::HandleTagPacket(std::string_view packet) {
   }
 }
 
-/// A line that is only stored leaves on the keys what the one before it shows.
+/// Takes back of what is still to be shown what this packet would undo, and has the rest of it shown that
+/// would be lost. So a burst leaves on the screen what its packets leave one by one, whatever order the flags
+/// are served in. Within what is left their order is right.
+void TagStream::Supersede(TagToken token) {
+  SessionState& s = state_;
+  bool shows = false;  // something is to be shown first
+  switch (token) {
+    case TagToken::MenuScreen:
+      s.choiceChanged = s.closeMenu = s.tableChanged = false;
+      break;
+    case TagToken::ChoiceScreen:
+      DropMenu();
+      shows = s.closeChoice;
+      break;
+    case TagToken::TextScreen:
+    case TagToken::FieldScreen:
+    case TagToken::TableScreen:
+      DropMenu();
+      s.choiceChanged = false;
+      shows = s.rowsChanged && !s.paintHold;
+      break;
+    case TagToken::MsgScreen:
+    case TagToken::CloseMenuScreen:
+      DropMenu();
+      break;
+    case TagToken::StartPrint:
+      shows = s.printData || s.printEnd;
+      break;
+    case TagToken::Print:
+      shows = s.printEnd;
+      break;
+    default:
+      break;
+  }
+  if (shows && settle) settle();
+}
+
+/// A menu that is gone before it was shown has taken the soft keys with it.
+void TagStream::DropMenu() {
+  if (!std::exchange(state_.menuChanged, false) || std::exchange(state_.keysAfterMenu, false)) return;
+  state_.softKeyText.fill({});
+  state_.softKeysChanged = true;
+}
+
+/// A menu takes the keys away, and a line that is only stored leaves on them what the one before it shows.
 void TagStream::ParseKeys(std::string_view packet) {
+  if (state_.menuChanged && !std::exchange(state_.keysAfterMenu, true)) {
+    state_.softKeyText.fill({});
+    state_.softKeysChanged = true;
+  }
   if (!settle || !state_.softKeysChanged) return ParseSoftKeys(packet, state_);
   auto texts = state_.softKeyText;
   auto codes = state_.softKeyCode;
@@ -283,34 +333,6 @@ void TagStream::ParseKeys(std::string_view packet) {
   settle();
   texts.swap(state_.softKeyText);
   codes.swap(state_.softKeyCode);
-}
-
-/// Whether a packet contradicts what is still to be shown. One of the same kind replaces it, and needs
-/// nothing.
-bool TagStream::Contradicts(TagToken token) const {
-  const SessionState& s = state_;
-  switch (token) {
-    case TagToken::MenuScreen:
-      return s.closeMenu || s.tableChanged || s.choiceChanged;
-    case TagToken::ChoiceScreen:
-      return s.closeChoice || s.menuChanged;
-    case TagToken::TextScreen:
-    case TagToken::FieldScreen:
-    case TagToken::TableScreen:
-      return s.menuChanged || s.choiceChanged || (s.rowsChanged && !s.paintHold);
-    case TagToken::MsgScreen:
-    case TagToken::CloseMenuScreen:
-    case TagToken::CloseChoiceScreen:
-      return s.menuChanged || s.choiceChanged;
-    case TagToken::Sk:
-      return s.menuChanged;
-    case TagToken::StartPrint:
-      return s.printData || s.printEnd;
-    case TagToken::Print:
-      return s.printEnd;
-    default:
-      return false;
-  }
 }
 
 void TagStream::Store(std::string& text, std::string_view payload, bool& changed) {

@@ -80,7 +80,8 @@ class TagStream {
   /// Data compression began or ended: NoCompression, V42b or V44, with the text of the packet.
   std::function<void(TagToken, std::string_view)> onCompression;
 
-  /// Called before a packet that contradicts what an earlier one has changed and nobody has shown yet.
+  /// Shows at once rows, soft keys and print jobs of earlier packets, and hides the choice list if it has
+  /// been closed: the next packet replaces them.
   std::function<void()> settle;
 
   /// A line of trace for a trace channel other than 0.
@@ -88,7 +89,8 @@ class TagStream {
 
  private:
   void ParseKeys(std::string_view packet);
-  bool Contradicts(TagToken token) const;
+  void Supersede(TagToken token);
+  void DropMenu();
   static void Store(std::string& text, std::string_view payload, bool& changed);
   /// The screen changes, and its end can return to the one before.
   void LeaveFor(ScreenKind kind);
