@@ -331,7 +331,6 @@ void TerminalLink::CloseLink() {
 }
 
 void TerminalLink::LeaveMub() {
-  DoubtLogin();  // at once: whoever overtakes this logs in anew too
   SendCancel();
   Pause(loop_, 0.1);
   WriteText(kTransparentMode);

@@ -216,13 +216,13 @@ void TestLog::Check() {
   if (p_.main.mode != ModemMode::Closing) p_.window.logCheck.enabled = true;
 }
 
-/// What is held up here is done at a later check, as its time is not yet stored.
 /// Whether a message box or a window is open that holds up the others. A box that the log's own print jobs
 /// have caused does not count: nobody is there to answer it.
 bool TestLog::BoxOpen(const Parts& parts) {
   return parts.window.loop().ModalsOpen() > parts.main.ownBoxes;
 }
 
+/// What is held up here is done at a later check, as its time is not yet stored.
 bool TestLog::MayBegin() const {
   return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
          !BoxOpen(p_) && !AsksForPin(p_.window, p_.state) &&

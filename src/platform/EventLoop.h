@@ -90,6 +90,10 @@ class EventLoop {
   /// the loop is destroyed. A task that comes after the end of the program is not run.
   void PostFromAnyThread(Task task);
 
+  /// Queues a task that runs when no wait and no Modal is on the stack: one that opens a message box would
+  /// hold them up until the user answers.
+  void PostForQuiet(Task task);
+
   /// Runs the task once, `delay` from now.
   TimerId After(Time delay, Task task);
 
@@ -158,6 +162,7 @@ class EventLoop {
   int modal_ = 0;
   unsigned abandoned_ = 0;  // counts the calls of AbandonWaits
   Task next_;
+  std::deque<Task> quiet_;
 
   std::mutex threadsMutex_;
   std::deque<Task> fromThreads_;  // guarded by threadsMutex_

@@ -182,9 +182,9 @@ void Dispatcher::PrintToPrinter() {
   if (!p_.platform.printers.PrintText(p_.state.printText, font)) TellOfPrinter(kPrintFailed);
 }
 
-/// In a task of its own: the box must not hold up the stream. Once at a time: the modem may print a thousand
-/// jobs before somebody comes and answers the box. It would hold up a periodic log as well, and so comes
-/// after it.
+/// In a task of its own, when nothing waits: the box must not hold up the stream. Once at a time: the modem
+/// may print a thousand jobs before somebody comes and answers the box. It would hold up a periodic log as
+/// well, and so comes after it.
 void Dispatcher::TellOfPrinter(std::string_view text) {
   if (telling_) return;
   if (p_.main.logTaken) {
@@ -200,11 +200,11 @@ void Dispatcher::LogEnded() {
 
 void Dispatcher::ShowPrinterBox(std::string_view text, int own) {
   telling_ = true;
-  p_.window.loop().Post([this, text, own] {
+  p_.window.loop().PostForQuiet([this, text, own] {
     const ScopedFlag telling(telling_);
-    p_.main.ownBoxes += own;
+    p_.main.ownBoxes = own;
     p_.platform.dialogs.MessageBox(text);
-    p_.main.ownBoxes -= own;
+    p_.main.ownBoxes = 0;
   });
 }
 

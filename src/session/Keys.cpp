@@ -73,7 +73,7 @@ void Keys::Connect() {
   // Keys are for the modem's own screen. While the program closes there is none any more.
   const auto inTerminal = [this](auto action) {
     return [this, action](auto... argument) {
-      if (p_.main.mode == ModemMode::Terminal) action(argument...);
+      if (p_.main.mode == ModemMode::Terminal && !p_.main.leaving) action(argument...);
     };
   };
   for (std::size_t i = 0; i < TermControls::kSoftKeys; ++i) {
@@ -142,7 +142,7 @@ void Keys::SendEscapeSeries() {
 }
 
 bool Keys::TypingGoesOut() const {
-  return p_.main.mode == ModemMode::Terminal ||
+  return (p_.main.mode == ModemMode::Terminal && !p_.main.leaving) ||
          (p_.main.mode == ModemMode::AtMode && p_.window.atPanel.optAutoSend.value);
 }
 
@@ -190,13 +190,19 @@ bool Keys::MoveChoiceTo() {
   try {
     WalkChoice(distance, walk);
   } catch (const WaitAbandoned&) {
-    p_.main.screenHold = false;
-    p_.state.choiceChanged = p_.state.screenKind == ScreenKind::ChoiceScreen;  // as far as it got
+    ShowChoiceAgain();
     throw;
   }
   if (walk.GoesOn()) return true;
   p_.main.screenHold = false;
   return false;
+}
+
+/// A walk was given up while the modem is in the list: it is shown with its cursor as far as it got.
+void Keys::ShowChoiceAgain() {
+  const ScreenKind kind = p_.state.screenKind;
+  p_.main.screenHold = false;
+  p_.state.choiceChanged = kind == ScreenKind::ChoiceScreen || LiesOver(kind);
 }
 
 void Keys::WalkChoice(int distance, const Walk& walk) {
@@ -225,7 +231,12 @@ void Keys::ChooseFromList() {
   if (walking_ || !p_.window.frmChoice.visible || p_.state.screenKind == ScreenKind::NoScreen) return;
   if (!MoveChoiceTo()) return;
   const Walk walk(*this, ScreenKind::ChoiceScreen);
-  Pause(p_.window.loop(), 0.2);
+  try {
+    Pause(p_.window.loop(), 0.2);
+  } catch (const WaitAbandoned&) {
+    ShowChoiceAgain();
+    throw;
+  }
   if (walk.GoesOn()) p_.link.WriteText(kEnter);
 }
 
@@ -248,7 +259,11 @@ void Keys::ChooseFromMenu() {
   const auto& list = p_.window.ListMenu;
   const int selected = list.selected;
   if (selected < 1 || selected > static_cast<int>(list.Items().size())) return;
-  p_.window.pointer = Pointer::Hourglass;
+  const struct Busy {
+    explicit Busy(TermControls& busy) : window(busy) { window.pointer = Pointer::Hourglass; }
+    ~Busy() { window.pointer = Pointer::Normal; }
+    TermControls& window;
+  } busy(p_.window);
   const std::string& key = list.Items()[static_cast<std::size_t>(selected - 1)].key;
   if (key == "MAIL") {
     PressSoftKey(2);
@@ -259,7 +274,6 @@ void Keys::ChooseFromMenu() {
   } else {
     SendMenuItem(selected - 1);  // "Exit Menu" stands in the first place
   }
-  p_.window.pointer = Pointer::Normal;
 }
 
 /// Whether the key goes on is answered at once; what it does comes in its turn, after the keys before it.

@@ -76,6 +76,7 @@ class Keys {
   void PressInChoice(char key);
   void ChooseFromList();
   bool MoveChoiceTo();
+  void ShowChoiceAgain();
   void WalkChoice(int distance, const Walk& walk);
   void HandleEvents();
 

@@ -23,6 +23,7 @@ struct MainState {
 
 /// Whether a dialogue with the modem is going on that a byte of the user's would disturb.
 inline bool LinkTaken(const MainState& main) {
+  if (main.leaving) return true;
   switch (main.mode) {
     case ModemMode::AwaitIntro:
     case ModemMode::DeviceManager:

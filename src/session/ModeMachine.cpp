@@ -25,19 +25,35 @@ constexpr std::size_t kAtPanel = 4;
 
 /// A pause that has run over midnight is given up a minute later. Nobody has asked for that, so the passage
 /// begins once more.
-void ModeMachine::Begin(const EventLoop::Task& passage) {
+void ModeMachine::Begin(const Passage& passage) {
+  passage_ = passage;
   const unsigned number = ++p_.main.passage;
-  p_.window.loop().AbandonWaits([this, passage, number] {
+  p_.window.loop().AbandonWaits([this, run = passage.run, number] {
     for (bool again = true; again;) {
       try {
         again = false;
-        passage();
+        run();
       } catch (const WaitAbandoned& wait) {
         if (!wait.overdue || p_.main.passage != number) throw;
         again = true;
       }
     }
+    if (p_.main.passage == number) passage_ = {};
   });
+}
+
+/// A panel needs an open link. If that fails nothing changes: what was given up for it is carried out.
+void ModeMachine::BeginPanel(EventLoop::Task run) {
+  EventLoop::Task before = passage_.otherwise ? passage_.otherwise : passage_.run;
+  Begin({.run =
+             [this, run = std::move(run), before] {
+               if (p_.link.EnsureLinkOpen()) {
+                 run();
+               } else if (before) {
+                 Begin(before);
+               }
+             },
+         .otherwise = before});
 }
 
 void ModeMachine::ConnectProbe() {
@@ -170,12 +186,12 @@ void ModeMachine::ShowPortLabel() {
 void ModeMachine::Disconnect() {
   Begin([this] {
     StopTimers();  // before the first wait, in which the watchdog would connect again
-    const bool serial = !p_.link.LinkIsLan() && p_.platform.comPort.PortOpen();
-    if (serial && p_.main.mode == ModemMode::Terminal) {
+    {
       const ScopedFlag leaving(p_.main.leaving);
-      p_.link.SendCancel();
+      const bool serial = !p_.link.LinkIsLan() && p_.platform.comPort.PortOpen();
+      if (serial && p_.main.mode == ModemMode::Terminal) p_.link.SendCancel();
+      p_.link.CloseLink();
     }
-    p_.link.CloseLink();
     TakeOffline(Farewell::None);
   });
 }
@@ -270,8 +286,7 @@ void ModeMachine::ShowPortSetup() {
 }
 
 void ModeMachine::EnterTestInterface() {
-  Begin([this] {
-    if (!OpenForPanel()) return;
+  BeginPanel([this] {
     const bool leaving = p_.main.mode == ModemMode::TestInterface;
     LeaveForTextPanel();
     if (leaving) {
@@ -292,8 +307,7 @@ void ModeMachine::EnterTestInterface() {
 }
 
 void ModeMachine::EnterAtMode() {
-  Begin([this] {
-    if (!OpenForPanel()) return;
+  BeginPanel([this] {
     const bool leaving = p_.main.mode == ModemMode::AtMode;
     LeaveForTextPanel();
     if (leaving) {
@@ -318,14 +332,6 @@ void ModeMachine::FocusAtMode() {
   if (!panel.optAutoSend.value) p_.window.defaultButton = &panel.cmdRawBytes;  // else Enter is to be sent
 }
 
-/// Opens the link for a panel. If that fails nothing changes, but a connect that was given up for it is left
-/// to the watchdog.
-bool ModeMachine::OpenForPanel() {
-  if (p_.link.EnsureLinkOpen()) return true;
-  if (p_.main.mode == ModemMode::AwaitIntro) AwaitWatchdog();
-  return false;
-}
-
 /// Leaves the mode there is for a panel with the text view, which needs an open link. The panel that is shown
 /// next takes the place of another.
 void ModeMachine::LeaveForTextPanel() {
@@ -338,8 +344,8 @@ void ModeMachine::LeaveForTextPanel() {
 
 void ModeMachine::OpenDeviceManager() {
   if (deviceManagerBusy_) return;
-  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  Begin([this, wasTerminal] {
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal || passage_.returns;
+  const auto run = [this, wasTerminal] {
     {
       const ScopedFlag busy(deviceManagerBusy_);
       LeaveForWindow();
@@ -349,19 +355,21 @@ void ModeMachine::OpenDeviceManager() {
       frmDev(p_.window).ShowModal();
     }
     ReturnToTerminal(wasTerminal);
-  });
+  };
+  Begin({.run = run, .returns = wasTerminal});
 }
 
 void ModeMachine::OpenPhoneBook() {
-  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  Begin([this, wasTerminal] {
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal || passage_.returns;
+  const auto run = [this, wasTerminal] {
     LeaveForWindow();
     p_.main.mode = ModemMode::DeviceManager;
     UpdateModeMenu();
     TakeOffline(Farewell::Cancel);  // the mode during the book is Offline; that is meant
     frmBook(p_.window).ShowModal();
     ReturnToTerminal(wasTerminal);
-  });
+  };
+  Begin({.run = run, .returns = wasTerminal});
 }
 
 void ModeMachine::LeaveForWindow() {
@@ -389,10 +397,11 @@ void ModeMachine::SelectMub(int mub) {
   RefreshMenuMarks();
   // A connect that is on its way, or tried again from time to time, goes on to the one that is chosen now.
   const ModemMode mode = p_.main.mode;
-  const bool reconnect =
-      mode == ModemMode::Terminal || mode == ModemMode::AwaitIntro || mode == ModemMode::Failed;
+  const bool reconnect = passage_.returns || mode == ModemMode::Terminal || mode == ModemMode::AwaitIntro ||
+                         mode == ModemMode::Failed;
   p_.state.mubInfoText.clear();
-  Begin([this, reconnect] {
+  p_.link.DoubtLogin();  // at once: what replaces this logs in again too
+  const auto run = [this, reconnect] {
     StopTimers();  // the watchdog would connect to the old one in the wait
     p_.link.LeaveMub();
     TakeOffline(Farewell::Cancel);
@@ -401,7 +410,8 @@ void ModeMachine::SelectMub(int mub) {
     p_.window.caption = p_.main.applicationTitle + ' ';
     p_.state.mubChanged = true;
     ReturnToTerminal(reconnect);
-  });
+  };
+  Begin({.run = run, .returns = reconnect});
 }
 
 void ModeMachine::RefreshMenuMarks() {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "common/INIFuncs.h"
 #include "link/PortPanel.h"
@@ -91,7 +92,16 @@ class ModeMachine {
   /// What the modem is told when its session ends.
   enum class Farewell { None, Cancel };
 
-  void Begin(const EventLoop::Task& passage);
+  /// A passage that has begun, and what is done in its place if it cannot open the link.
+  struct Passage {
+    EventLoop::Task run;
+    EventLoop::Task otherwise = {};
+    bool returns = false;  ///< It leaves the modem's menus for a while only.
+  };
+
+  void Begin(EventLoop::Task run) { Begin(Passage{std::move(run)}); }
+  void Begin(const Passage& passage);
+  void BeginPanel(EventLoop::Task run);
   void FirstConnect();
   void Connect();
   void AwaitWatchdog();
@@ -101,7 +111,6 @@ class ModeMachine {
   void EndSession();
   void ClearSession();
   void ShowPortSetup();
-  bool OpenForPanel();
   void FocusAtMode();
   void LeavePanel();
   void LeaveTerminal();
@@ -118,6 +127,7 @@ class ModeMachine {
   void EndTick();
 
   Parts p_;
+  Passage passage_;  ///< The one that is under way; empty at rest.
   std::optional<frmUpgrade> upgrade_;
   bool deviceManagerBusy_ = false;
   bool reconnecting_ = false;  ///< By the watchdog.

@@ -67,8 +67,17 @@ void ScreenLists::FocusScreenFrom(const Control& list) {
 void ScreenLists::ShowMenu() {
   menuWanted_ = true;
   ++menus_;
-  if (showing_) return;
+  const int modals = window_.loop().ModalsOpen();
+  if (showing_) {
+    if (modals == modalsBelow_) return;
+    // A message box holds up the call below.
+    menuWanted_ = false;
+    window_.frmMenu.BringToFront();
+    RevealMenu();
+    return;
+  }
   const ScopedFlag showing(showing_);
+  modalsBelow_ = modals;
   try {
     ShowInSteps();
   } catch (const WaitAbandoned& wait) {

@@ -40,7 +40,8 @@ class ScreenLists {
   const MainState& main_;
   SessionState& state_;
   bool menuWanted_ = false;  ///< ShowMenu has been called, and nothing has taken the menu away since.
-  bool showing_ = false;     ///< A ShowMenu stands on the stack.
+  bool showing_ = false;     ///< A ShowMenu stands on the stack,
+  int modalsBelow_ = 0;      ///< with so many modal windows below it.
   unsigned menus_ = 0;       ///< Counts the menus that were to be shown,
   unsigned filledMenu_ = 0;  ///< and which of them the list holds.
 };

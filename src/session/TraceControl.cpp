@@ -41,7 +41,8 @@ void TraceControl::Toggle() {
   }
   tracer_.Open();
   p_.layout.FocusScreen();
-  SwitchOn(kOn, owed_);
+  owed_ = p_.main.mode != ModemMode::Terminal;
+  if (!owed_) Send(kOn);
 }
 
 void TraceControl::ToggleSecond() {
@@ -49,24 +50,21 @@ void TraceControl::ToggleSecond() {
   bool& on = p_.state.suTraceEnabled;
   on = !on;
   p_.window.mnuSUTrace.checked = on;
-  secondOwed_ = false;
-  if (on) {
-    p_.layout.FocusScreen();
-    SwitchOn(kSecondOn, secondOwed_);
-  } else {
-    Send(kSecondOff);
-  }
+  if (on) p_.layout.FocusScreen();
+  TellSecond();
 }
 
 /// Outside a session the modem is told as soon as there is one.
-void TraceControl::SwitchOn(char character, bool& owed) {
-  owed = p_.main.mode != ModemMode::Terminal;
-  if (!owed) Send(character);
+void TraceControl::TellSecond() {
+  const bool on = p_.state.suTraceEnabled;
+  if (p_.main.mode != ModemMode::Terminal || on == secondTold_) return;
+  secondTold_ = on;
+  Send(on ? kSecondOn : kSecondOff);
 }
 
 void TraceControl::SessionOpened() {
   if (std::exchange(owed_, false)) Send(kOn);
-  if (std::exchange(secondOwed_, false)) Send(kSecondOn);
+  TellSecond();
 }
 
 bool TraceControl::Refuses(std::string_view message) const {

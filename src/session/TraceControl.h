@@ -49,14 +49,13 @@ class TraceControl {
   void ToggleSecond();
   bool Refuses(std::string_view message) const;
   void SetEnabled(bool on);
-  void SwitchOn(char character, bool& owed);
+  void TellSecond();
   void Send(char character) const;
 
   Parts p_;
   frmTracer tracer_;
-  // Switched on in a mode in which the modem cannot be told.
-  bool owed_ = false;
-  bool secondOwed_ = false;
+  bool owed_ = false;        ///< Switched on while the modem could not be told.
+  bool secondTold_ = false;  ///< What the modem has been told of the second stream.
   std::map<std::int32_t, std::unique_ptr<frmTraceInstance>> instances_;
 };
 

@@ -270,7 +270,11 @@ void frmTerm::Load() {
   state_.terminalModel = TerminalModel::Unknown;
   // From here on the window is seen. What follows waits, and is given up for what the user chooses meanwhile.
   visible = true;
-  link_.CloseLink();
+  try {
+    link_.CloseLink();
+  } catch (const WaitAbandoned& wait) {
+    if (!wait.overdue) throw;  // else midnight has come between, and the start goes on
+  }
   // The first connect is for the active window only, and the system decides in its own time which that is.
   const auto limit = loop().Now() + kActivationTime;
   for (EventLoop::Wait wait(loop()); !Active() && loop().Now() < limit;) wait.Pump(limit);
