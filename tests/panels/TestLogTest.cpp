@@ -109,7 +109,7 @@ TEST(TestLogTest, BeginsOnlyWhereItCanGoThroughWithIt) {
   };
   const Case cases[]{
       {"a PIN is asked for", [](Logged& r) { r.Press("53"); }},
-      {"a PIN is named in any row", [](Logged& r) { r.Show("SIM pin2"); }},
+      {"the PIN of a SIM is asked for", [](Logged& r) { r.Show("SIM pin2"); }},
       {"a row ends with a PIN", [](Logged& r) { r.Show("PIN "); }},
       {"the AT panel is open", [](Logged& r) { r.p.Do([&] { r.term.mnuAT.click(); }); }},
       {"it is switched off", [](Logged& r) { r.p.settings.logging.active.Set(false); }},
