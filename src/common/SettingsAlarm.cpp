@@ -1,5 +1,6 @@
 #include "common/SettingsAlarm.h"
 
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -9,7 +10,9 @@ SettingsAlarm::SettingsAlarm(SettingsStore& settings, EventLoop& loop, Dialogs& 
     : settings_(settings), loop_(loop), dialogs_(dialogs) {
   settings_.failed = [this](SettingsStore::Failure failure) {
     if (std::exchange(raised_, true)) return;
-    loop_.PostForQuiet([this, failure] { Tell(failure); });
+    // Not before the first connect has begun, which needs the main window to be the active one.
+    constexpr auto kAtStart = std::chrono::seconds(1);
+    loop_.After(kAtStart, [this, failure] { loop_.PostForQuiet([this, failure] { Tell(failure); }); });
   };
 }
 

@@ -7,14 +7,9 @@
 #include <string>
 
 #include "common/TextFile.h"
+#include "support/DiskRoom.h"
 #include "support/FakeFiles.h"
 #include "support/TempFolder.h"
-
-#ifdef __unix__
-#include <sys/resource.h>
-
-#include <csignal>
-#endif
 
 namespace corvex {
 namespace {
@@ -158,25 +153,21 @@ TEST_F(ProfileFile, LinkIsFollowedAndStays) {
 }
 
 TEST_F(ProfileFile, StorageThatFillsUpWhileWritingLeavesTheOldFile) {
-  rlimit normal{};
-  getrlimit(RLIMIT_FSIZE, &normal);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);  // the write then fails, as on a full disk
   for (const bool othersFile : {false, true})
-    for (const std::size_t size : {20, 100'000}) {  // one that fails at the close, and one that fails before
-      const std::string before = "[port]\ncom=1\n;" + std::string(size, 'x');
+    for (const long size : {20, 100'000}) {  // one that fails at the close, and one that fails before
+      const std::string before = "[port]\ncom=1\n;" + std::string(static_cast<std::size_t>(size), 'x');
       folder.Write("corvex.ini", before);
       files.othersFiles = othersFile;
-      for (const rlim_t room : {rlim_t{0}, rlim_t{10}, rlim_t{size - 1}}) {
-        const rlimit full{room, normal.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &full);
+      for (const long room : {0L, 10L, size - 1}) {
+        test::DiskRoom disk;
+        disk.Set(room);
         const bool written = WriteCom(Path());
-        setrlimit(RLIMIT_FSIZE, &normal);
+        disk.Set(disk.kAny);
         EXPECT_FALSE(written) << room;
         EXPECT_TRUE(folder.Read("corvex.ini") == before) << room;
         EXPECT_EQ(folder.Count(), 1) << "a temporary file is left";
       }
     }
-  std::signal(SIGXFSZ, handler);
 }
 
 #endif

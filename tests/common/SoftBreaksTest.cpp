@@ -47,18 +47,16 @@ TEST(SoftBreaks, AreTrackedThroughAnyEdits) {
     for (const Character& character : shown) all += character.c;
     std::string text;
     for (std::size_t i = 0; i <= shown.size(); ++i) {
+      ASSERT_EQ(breaks.InText(i), text.size()) << "round " << round << ", place " << i;
       const bool inside =
           i > 0 && i < shown.size() && shown[i].lineEnd != 0 && shown[i].lineEnd == shown[i - 1].lineEnd;
       if (!inside) {
-        ASSERT_EQ(breaks.InText(i), text.size()) << "round " << round << ", place " << i;
         ASSERT_EQ(breaks.Text(all, 0, i), text);
-        ASSERT_LE(breaks.BeforeBreak(text.size()), i);
-        ASSERT_GE(breaks.AfterBreak(text.size()), i);
-        ASSERT_EQ(breaks.InText(breaks.BeforeBreak(text.size())), text.size());
-        ASSERT_EQ(breaks.InText(breaks.AfterBreak(text.size())), text.size());
-        ASSERT_EQ(breaks.Text(all, 0, i) + breaks.Text(all, i), breaks.Text(all));
-      } else {
-        ASSERT_EQ(breaks.InText(i), text.size());
+        ASSERT_EQ(text + breaks.Text(all, i), breaks.Text(all));
+        const std::size_t before = breaks.BeforeBreak(text.size());
+        const std::size_t after = breaks.AfterBreak(text.size());
+        ASSERT_TRUE(before <= i && i <= after);
+        ASSERT_TRUE(breaks.InText(before) == text.size() && breaks.InText(after) == text.size());
       }
       if (i < shown.size() && shown[i].lineEnd == 0) text += shown[i].c;
     }

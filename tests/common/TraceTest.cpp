@@ -3,8 +3,10 @@
 #include <filesystem>
 
 #include "common/TraceLog.h"
+#include "common/frmSDI.h"
 #include "common/frmTraceInstance.h"
 #include "common/frmTracer.h"
+#include "link/WireLog.h"
 #include "support/Program.h"
 
 namespace corvex {
@@ -46,20 +48,26 @@ TEST_F(TraceLogTest, GoesOnWhenADiskIsFull) {
   for (int i = 0; i < 10; ++i) log.WriteLine("lost");
 }
 
-TEST(TraceLogs, OfASecondCopyOfTheProgramHaveNamesOfTheirOwn) {
+TEST(SecondCopy, OfTheProgramGivesItsFilesNamesOfTheirOwn) {
   test::FakePlatform p;
-  p.folder.Write("trace.log", "of the first");
-  SettingsStore second(p.folder.Name(), p.files, 2);
-  frmTracer master(p.platform, second);
-  frmTraceInstance channel(p.platform, second);
+  SettingsStore settings(p.folder.Name(), p.files, 2);
+  frmTracer master(p.platform, settings);
+  frmTraceInstance channel(p.platform, settings);
   channel.NameInstance(" 3");
-  for (TraceWindow* window : {static_cast<TraceWindow*>(&master), static_cast<TraceWindow*>(&channel)})
-    window->cmdTrace[0].click();
+  master.cmdTrace[0].click();
+  channel.cmdTrace[0].click();
   master.TraceText("a");
   channel.TraceText("b");
-  EXPECT_EQ(p.folder.Read("trace-2.log"), "a\r\n");
-  EXPECT_EQ(p.folder.Read("trace 3-2.log"), "b\r\n\r\n");
-  EXPECT_EQ(p.folder.Read("trace.log"), "of the first");
+  Form owner(p.loop, p.windows, "owner");
+  frmSDI view(owner, p.platform, settings);
+  for (int i = 0; i < 6; ++i) view.PrintLine("2");
+  settings.logging.wirelog.Set(true);
+  WireLog recording(p.loop, settings);
+  recording.Opened("lan");
+  for (const char* name : {"trace-2.log", "trace 3-2.log", "temp-2.txt", "wire-20060331-100000-2.log"}) {
+    EXPECT_NE(p.folder.Read(name), "") << name;
+  }
+  EXPECT_EQ(p.folder.Count(), 5) << "and the settings";
 }
 
 using TraceTest = test::SessionTest;

@@ -4,18 +4,11 @@
 
 #include <ctime>
 #include <filesystem>
-#ifndef _WIN32
-#include <sys/resource.h>
-#include <csignal>
-#endif
 
-#include "common/frmFind.h"
 #include "support/FakePlatform.h"
 
 namespace corvex {
 namespace {
-
-using namespace std::string_literals;
 
 constexpr std::string_view kHeader = "Corvex generated file...................................\r\n";
 
@@ -82,47 +75,6 @@ TEST(frmSDITest, TheAutomaticSaveHoldsTheTextHoweverItHasChanged) {
   EXPECT_EQ(p.Saved("temp.txt"), p.view.txtNote.Text() + "\r\n");
 }
 
-TEST(frmSDITest, LongLinesAreBrokenOnThePageAlone) {
-  PrintView p;
-  std::string line;
-  for (int i = 1000; line.size() < 10'000; ++i) line += std::to_string(i);
-  for (std::size_t at = 0; at < line.size(); at += 1000) p.view.PrintLine(line.substr(at, 1000));
-  EXPECT_EQ(p.view.txtNote.Text().size(), line.size() + 2 * 2);
-  EXPECT_EQ(p.view.txtNote.Text().substr(4095, 4), line[4095] + "\r\n"s + line[4096]);
-  EXPECT_EQ(p.Saved("temp.txt"), line.substr(0, 6000) + "\r\n");
-
-  p.dialogs.file = (p.folder.Path() / "saved.txt").string();
-  p.view.mnuFileSaveAs.click();
-  EXPECT_EQ(p.Saved("saved.txt"), line + "\r\n");
-  p.view.mnuPrint.click();
-  EXPECT_EQ(p.printers.printed, std::vector{line});
-  p.view.txtNote.SelectAll();
-  p.view.mnuEditCopy.click();
-  EXPECT_EQ(p.shell.clipboard, line);
-
-  // What is looked for is found across such a line end.
-  p.view.txtNote.selection = TextBox::Selection{0, 0};
-  p.loop.After(std::chrono::milliseconds(1), [&] {
-    auto& find = dynamic_cast<frmFind&>(*p.windows.attached.back());
-    find.txtFind.AdoptText(line.substr(4090, 10));
-    find.txtFind.change();
-    find.cmdFind.click();
-    find.cmdCancel.click();
-  });
-  p.view.mnuSearchFind.click();
-  EXPECT_EQ(p.view.txtNote.selection.Get(), (TextBox::Selection{4090, 12}));
-  p.view.mnuEditCopy.click();
-  EXPECT_EQ(p.shell.clipboard, line.substr(4090, 10));
-
-  // The user types before it, and takes the first one away.
-  p.view.txtNote.AdoptEdit(0, 0, "my\r\n");
-  p.view.txtNote.AdoptEdit(4 + 4096, 2, "");
-  p.view.txtNote.selection = TextBox::Selection{p.view.txtNote.Text().size(), 0};
-  p.Print("\r\nend", 6);
-  EXPECT_TRUE(p.Saved("temp.txt").starts_with("my\r\n" + line + "\r\nend\r\nend"))
-      << p.Saved("temp.txt").size();
-}
-
 TEST(frmSDITest, AJobLeavesTheKeyboardWhereItIs) {
   PrintView p;
   p.view.NewPrintJob();
@@ -138,16 +90,6 @@ TEST(frmSDITest, AJobLeavesTheKeyboardWhereItIs) {
   EXPECT_FALSE(p.view.ClosePrintForm());
   p.view.NewPrintJob();
   EXPECT_FALSE(p.view.takesFocus);
-}
-
-TEST(frmSDITest, ASecondCopyOfTheProgramSavesUnderItsOwnName) {
-  PrintView p;
-  SettingsStore settings(p.folder.Name(), p.files, 2);
-  frmSDI second(p.owner, p.platform, settings);
-  for (int i = 0; i < 6; ++i) second.PrintLine("2");
-  p.Print("1", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), "111111\r\n");
-  EXPECT_EQ(p.Saved("temp-2.txt"), "222222\r\n");
 }
 
 TEST(frmSDITest, ALongPrintoutCostsItsLengthAndNotItsSquare) {
@@ -172,31 +114,6 @@ TEST(frmSDITest, TheViewEndsWithWordsWhenItIsFull) {
   p.Print(line, 3);
   EXPECT_EQ(p.view.txtNote.Text().size(), text.size());
 }
-
-#ifndef _WIN32
-TEST(frmSDITest, AFullDiskHarmsNoFileThatIsThere) {
-  PrintView p;
-  p.Print("first\r\n", 6);
-  const std::string saved = p.folder.Read("temp.txt");
-  p.folder.Write("log.txt", "old");
-  rlimit old{};
-  getrlimit(RLIMIT_FSIZE, &old);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit full{.rlim_cur = saved.size(), .rlim_max = old.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &full);
-  p.Print(std::string(1000, 'x') + "\r\n", 6);
-  const bool logged = p.view.SaveLogToFile("log.txt");
-  const bool dirty = p.view.noteDirty();
-  setrlimit(RLIMIT_FSIZE, &old);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_FALSE(logged);
-  EXPECT_TRUE(dirty);
-  EXPECT_EQ(p.folder.Read("log.txt"), "old");
-  EXPECT_EQ(p.folder.Read("temp.txt").substr(0, saved.size() - 2), saved.substr(0, saved.size() - 2));
-  p.Print("room again", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), p.view.txtNote.Text() + "\r\n");
-}
-#endif
 
 }  // namespace
 }  // namespace corvex

@@ -90,22 +90,6 @@ TEST_F(PrintViewTest, LinesComeInBehindWhatTheUserTypesAndMarks) {
   EXPECT_EQ(view.txtNote.Text(), "") << "an old printout comes back";
 }
 
-TEST_F(PrintViewTest, AJobLeavesTheKeyboardWithTheOneWhoHasIt) {
-  Form other(loop, windows, "other");
-  other.rect = Rect{3000, 3000, 9000, 4000};
-  other.visible = true;
-  ASSERT_TRUE(Becomes(loop, [&] { return other.Active(); }));
-  Show();
-  EXPECT_TRUE(other.Active());
-  EXPECT_FALSE(view.Active());
-  Print("one\r\n");
-  Window().activateWindow();  // the user clicks into it
-  EXPECT_TRUE(Becomes(loop, [&] { return view.Active(); }));
-  QTest::keyClicks(Window().focusWidget(), "a");
-  test::Elapse(loop, 30ms);
-  EXPECT_EQ(view.txtNote.Text(), "one\r\na");
-}
-
 TEST_F(PrintViewTest, WhatIsFoundIsMarkedAndScrolledTo) {
   Show();
   for (int i = 0; i < 500; ++i) Print("line " + std::to_string(i) + "\r\n");

@@ -88,7 +88,8 @@ TEST(QtEventLoopTest, EndUnwindsWaitsWithinWaits) {
     dialog.exec();
     for (;;) loop.Pump();
   });
-  QTimer::singleShot(5000, [] { QCoreApplication::exit(1); });
+  const QObject here;  // the limit ends with the test
+  QTimer::singleShot(5000, &here, [] { QCoreApplication::exit(1); });
   EXPECT_EQ(loop.Exec(), 0);
   EXPECT_EQ(unwound, 2);
   EXPECT_FALSE(loop.Enter([] { FAIL() << "the program has ended"; }));

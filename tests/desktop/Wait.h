@@ -2,4 +2,4 @@
 
 // Waiting in tests of Qt's event loop is the same as on any other.
 #include "desktop/QtEventLoop.h"
-#include "support/RealLoop.h"
+#include "support/Waits.h"

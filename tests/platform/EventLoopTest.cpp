@@ -93,6 +93,27 @@ TEST(Pause, OverMidnightNeverReturnsAndIsGivenUpAMinuteLater) {
   EXPECT_LE(loop.Now(), 61s);
 }
 
+TEST(Pause, ThatABoxAboveItHasMadeLateReturns) {
+  VirtualLoop loop;
+  loop.After(50ms, [&] {
+    for (const auto until = loop.Now() + 1h; loop.Now() < until;) loop.Pump(until);
+  });
+  EXPECT_NO_THROW(Pause(loop, 0.1));
+}
+
+TEST(EventLoop, WhatIsForQuietWaitsUntilNothingElseDoes) {
+  VirtualLoop loop;
+  std::string order;
+  loop.After(10ms, [&] { loop.PostForQuiet([&] { order += " quiet"; }); });
+  loop.After(2s, [&] { loop.PostForQuiet([&] { order += " later"; }); });
+  loop.Enter([&] {
+    Pause(loop, 1);
+    order += " waited";
+  });
+  loop.Run(3);
+  EXPECT_EQ(order, " waited quiet later");
+}
+
 /// A task that waits, and what is heard of it.
 struct Waiting {
   void Begin(const std::string& name) {

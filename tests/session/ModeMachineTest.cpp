@@ -56,45 +56,6 @@ TEST_F(KeysTest, TheWayBackToTheTopIsSevenTimesClear) {
   EXPECT_EQ(p.comPort.sent, std::string(10, '\x1B') + "\x18");
 }
 
-// A serial port sends at its own pace, and its closing throws away what has not left.
-TEST(SlowLine, EveryFarewellLeavesBeforeThePortIsClosed) {
-  struct Case {
-    const char* name;
-    MenuItem frmTerm::*way;
-    const char* sent;
-  };
-  for (const Case& c : {Case{"the port panel", &frmTerm::mnuPort, "quit\r\nat\r\n"},
-                        Case{"the panel's own entry", &frmTerm::mnuTest, "quit\r\nat\r\n"},
-                        Case{"the menus", &frmTerm::mnuTerminal, "quit\r\n\x18"},
-                        Case{"the end", &frmTerm::mnuExit, "\x18\x18"}}) {
-    SCOPED_TRACE(c.name);
-    Program p;
-    p.settings.port.settings.Set("2400,n,8,1");
-    p.settings.port.com.Set("1");
-    std::string atClosing;
-    p.Start(0.1);
-    p.Do([&] { p.term.mnuOffline.click(); });
-    p.Do([&] { p.term.mnuTest.click(); });
-    p.loop.Run(1);
-    p.comPort.sent.clear();
-    p.comPort.onClosed = [&] {
-      if (atClosing.empty()) atClosing = p.comPort.sent;
-    };
-    p.Do([&] { (p.term.*c.way).click(); });
-    EXPECT_EQ(atClosing, c.sent);
-  }
-}
-
-TEST(SlowLine, ALineThatTakesNothingDoesNotKeepTheProgramFromItsEnd) {
-  Program p;
-  p.Start(0.1);
-  p.comPort.Hold(true);
-  const auto began = p.loop.Now();
-  p.Do([&] { p.term.mnuExit.click(); });
-  EXPECT_TRUE(p.loop.Ended());
-  EXPECT_LE(p.loop.Now() - began, frmTerm::kClosingTime + std::chrono::milliseconds(1));
-}
-
 TEST(ListSpacing, ATextThatIsNoPairOfNumbersIsTold) {
   Program p;
   auto& list = p.term.ListMenu;

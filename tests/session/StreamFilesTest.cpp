@@ -100,7 +100,7 @@ class DecoderScript {
 
   void Run(const Words& quoted) {
     if (quoted[0] == "feed") {
-      Feed(test::FeedBytes(quoted));
+      Feed(test::Joined(test::Repeated(quoted)));
     } else if (quoted[0] == "expect") {
       Words words;
       for (std::size_t i = 1; i < quoted.size(); ++i) words.push_back(Unquote(quoted[i]));

@@ -391,6 +391,13 @@ struct FakesWith {
     }
   }
 
+  /// From now on the user lets each box stand for so long.
+  void KeepBoxesOpen(EventLoop::Time time) {
+    dialogs.onBox = [this, time] {
+      for (const auto until = loop.Now() + time; loop.Now() < until;) loop.Pump(until);
+    };
+  }
+
   std::filesystem::path before = std::filesystem::current_path();  // the program changes its working folder
   TempFolder folder;
   FakeFiles files;

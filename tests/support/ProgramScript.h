@@ -11,6 +11,7 @@
 
 #include "common/ScopedFlag.h"
 #include "common/Text.h"
+#include "support/DiskRoom.h"
 #include "support/Script.h"
 #include "support/Seen.h"
 
@@ -20,13 +21,13 @@ namespace corvex::test {
 class ProgramScript {
  public:
   void Run(const Words& quoted) {
-    if (quoted[0] == "feed") return Feed(FeedBytes(quoted));
+    if (skipsRest_) return;
     if (quoted[0] == "after") return After(quoted);
-    Words words;
-    for (const std::string& word : quoted) words.push_back(Unquote(word));
-    const auto command = commands_.find(words[0]);
+    const auto command = commands_.find(quoted[0]);
     if (command == commands_.end()) throw std::runtime_error("unknown command");
-    words.erase(words.begin());
+    const bool counts = quoted[0] == "feed" || quoted[0] == "file" || quoted[0] == "printed";
+    Words words = counts ? Repeated(quoted) : Words();
+    for (std::size_t i = 1; !counts && i < quoted.size(); ++i) words.push_back(Unquote(quoted[i]));
     command->second(words);
   }
   void Finish() {
@@ -232,6 +233,8 @@ class ProgramScript {
         {"silent-host", [this] { p().sock.answers = false; }},
         {"closing-host", [this] { p().sock.fallsBack = true; }},
         {"line-lost", [this] { p().comPort.Vanish(), p().sock.PeerCloses(); }},
+        {"line-held", [this] { p().comPort.Hold(true); }},
+        {"line-free", [this] { p().comPort.Hold(false); }},
         {"line-back", [this] { p().comPort.available = true; }},
         {"open-boxes",
          [this] {
@@ -356,6 +359,30 @@ class ProgramScript {
     EXPECT_LE(std::chrono::duration<double>(p().loop.Now()).count(), seconds);
   }
 
+  /// These texts stand in the file, in this order.
+  void FileHas(const Words& words) {
+    const std::string text = p().folder.Read(words.at(0));
+    std::size_t at = 0;
+    for (std::size_t i = 1; i < words.size() && at != text.npos; ++i) at = text.find(words[i], at);
+    EXPECT_NE(at, text.npos) << text;
+  }
+  /// The names with this ending.
+  Words FilesLike(const std::string& ending) {
+    Words names;
+    for (const auto& entry : std::filesystem::directory_iterator(p().folder.Path())) {
+      if (entry.path().extension() == ending) names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  /// Also in the place of a file.
+  static void MakeFolder(const std::filesystem::path& path) {
+    if (!std::filesystem::is_directory(path)) std::filesystem::remove(path);
+    std::filesystem::create_directories(path);
+  }
+
+  DiskRoom room_;
+  bool skipsRest_ = false;  ///< Here no disk can be made to look full.
   std::optional<Stage> stage_;
   int pending_ = 0;      ///< `after` lines whose time has not come.
   bool within_ = false;  ///< What is run happens during a wait of the script.
@@ -398,26 +425,33 @@ class ProgramScript {
          Do([&] { InChoice() ? p().term.ListChoice.doubleClick() : p().term.ListMenu.doubleClick(); });
        }},
       {"window", [this](Words& w) { Window(w.at(0)); }},
-      {"sent",
-       [this](Words& w) {
-         std::string all;
-         for (const std::string& word : w) all += word;
-         EXPECT_EQ(TakeSent(), all);
-       }},
+      {"feed", [this](Words& w) { Feed(Joined(w)); }},
+      {"sent", [this](Words& w) { EXPECT_EQ(TakeSent(), Joined(w)); }},
       {"see", [this](Words& w) { See(w, true); }},
       {"gone", [this](Words& w) { See(w, false); }},
       {"has", [this](Words& w) { Has(w); }},
-      {"pointer",
-       [this](Words& w) { EXPECT_EQ(p().term.pointer == Pointer::Normal, w.at(0) == "normal"); }},
+      {"pointer", [this](Words& w) { EXPECT_EQ(p().term.pointer == Pointer::Normal, w.at(0) == "normal"); }},
       {"mode", [this](Words& w) { EXPECT_EQ(Mode(), w.at(0)); }},
       {"link", [this](Words& w) { EXPECT_EQ(LinkOpen(), w.at(0) == "open"); }},
       {"read", [this](Words& w) { EXPECT_EQ(p().settings.ReadSetting(w.at(0), w.at(1), "none"), w.at(2)); }},
       {"box", [this](Words& w) { EXPECT_EQ(InFolder(std::exchange(p().dialogs.shown, {})), w); }},
       {"printed", [this](Words& w) { EXPECT_EQ(std::exchange(p().printers.printed, {}), w); }},
-      {"file", [this](Words& w) { EXPECT_EQ(p().folder.Read(w.at(0)), w.at(1)); }},
+      {"file", [this](Words& w) { EXPECT_EQ(p().folder.Read(w.at(0)), Joined(w, 1)); }},
+      {"file-has", [this](Words& w) { FileHas(w); }},
+      {"files", [this](Words& w) { EXPECT_EQ(FilesLike(w.at(0)), Words(w.begin() + 1, w.end())); }},
       {"no-file", [this](Words& w) { EXPECT_FALSE(std::filesystem::exists(p().folder.Path() / w.at(0))); }},
       {"write-file", [this](Words& w) { p().folder.Write(w.at(0), w.at(1)); }},
-      {"make-folder", [this](Words& w) { std::filesystem::create_directories(p().folder.Path() / w.at(0)); }},
+      {"make-folder", [this](Words& w) { MakeFolder(p().folder.Path() / w.at(0)); }},
+      {"read-only",
+       [this](Words& w) {
+         std::filesystem::permissions(p().folder.Path() / w.at(0), std::filesystem::perms::owner_read);
+       }},
+      {"disk-room",
+       [this](Words& w) {
+         skipsRest_ = !DiskRoom::kWorks;
+         room_.Set(w.at(0) == "any" ? DiskRoom::kAny : std::stol(w[0]));
+       }},
+      {"boxes-stand", [this](Words& w) { p().KeepBoxesOpen(std::chrono::seconds(std::stoi(w.at(0)))); }},
       {"shown", [this](Words& w) { EXPECT_EQ(Shown(w.at(0)), w.at(1) == "yes"); }},
       {"title", [this](Words& w) { EXPECT_EQ(FormNamed(w.at(0)).caption, w.at(1)); }},
       {"bells", [this](Words& w) { EXPECT_EQ(std::exchange(p().sound.bells, 0), std::stoi(w.at(0))); }},

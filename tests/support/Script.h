@@ -56,16 +56,23 @@ inline std::string Unquote(const std::string& word) {
   return text;
 }
 
-/// What a `feed` line says: texts, each as often as the number before it tells.
-inline std::string FeedBytes(const Words& quoted) {
-  std::string bytes;
+/// The texts of a line after its first word, each as often as the number before it says.
+inline Words Repeated(const Words& quoted) {
+  Words texts;
   int count = 1;
   for (std::size_t i = 1; i < quoted.size(); ++i) {
-    const bool text = quoted[i][0] == '"';
-    for (; text && count > 0; --count) bytes += Unquote(quoted[i]);
-    count = text ? 1 : std::stoi(quoted[i]);
+    const bool number = quoted[i].find_first_not_of("0123456789") == std::string::npos;
+    if (!number) texts.emplace_back();
+    for (; !number && count > 0; --count) texts.back() += Unquote(quoted[i]);
+    count = number ? std::stoi(quoted[i]) : 1;
   }
-  return bytes;
+  return texts;
+}
+
+inline std::string Joined(const Words& texts, std::size_t first = 0) {
+  std::string all;
+  for (std::size_t i = first; i < texts.size(); ++i) all += texts[i];
+  return all;
 }
 
 inline std::vector<Script> LoadScripts(const std::filesystem::path& path) {
