@@ -98,7 +98,7 @@ void ModeMachine::FirstConnect() {
 }
 
 void ModeMachine::state_await_tml_intro() {
-  Begin([this] { Connect(); });
+  Begin({.run = [this] { Connect(); }, .connects = true});
 }
 
 void ModeMachine::Connect() {
@@ -344,8 +344,8 @@ void ModeMachine::LeaveForTextPanel() {
 
 void ModeMachine::OpenDeviceManager() {
   if (deviceManagerBusy_) return;
-  const bool wasTerminal = p_.main.mode == ModemMode::Terminal || passage_.returns;
-  const auto run = [this, wasTerminal] {
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
+  Begin([this, wasTerminal] {
     {
       const ScopedFlag busy(deviceManagerBusy_);
       LeaveForWindow();
@@ -355,21 +355,19 @@ void ModeMachine::OpenDeviceManager() {
       frmDev(p_.window).ShowModal();
     }
     ReturnToTerminal(wasTerminal);
-  };
-  Begin({.run = run, .returns = wasTerminal});
+  });
 }
 
 void ModeMachine::OpenPhoneBook() {
-  const bool wasTerminal = p_.main.mode == ModemMode::Terminal || passage_.returns;
-  const auto run = [this, wasTerminal] {
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
+  Begin([this, wasTerminal] {
     LeaveForWindow();
     p_.main.mode = ModemMode::DeviceManager;
     UpdateModeMenu();
     TakeOffline(Farewell::Cancel);  // the mode during the book is Offline; that is meant
     frmBook(p_.window).ShowModal();
     ReturnToTerminal(wasTerminal);
-  };
-  Begin({.run = run, .returns = wasTerminal});
+  });
 }
 
 void ModeMachine::LeaveForWindow() {
@@ -397,7 +395,7 @@ void ModeMachine::SelectMub(int mub) {
   RefreshMenuMarks();
   // A connect that is on its way, or tried again from time to time, goes on to the one that is chosen now.
   const ModemMode mode = p_.main.mode;
-  const bool reconnect = passage_.returns || mode == ModemMode::Terminal || mode == ModemMode::AwaitIntro ||
+  const bool reconnect = passage_.connects || mode == ModemMode::Terminal || mode == ModemMode::AwaitIntro ||
                          mode == ModemMode::Failed;
   p_.state.mubInfoText.clear();
   p_.link.DoubtLogin();  // at once: what replaces this logs in again too
@@ -411,7 +409,7 @@ void ModeMachine::SelectMub(int mub) {
     p_.state.mubChanged = true;
     ReturnToTerminal(reconnect);
   };
-  Begin({.run = run, .returns = reconnect});
+  Begin({.run = run, .connects = reconnect});
 }
 
 void ModeMachine::RefreshMenuMarks() {

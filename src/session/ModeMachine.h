@@ -96,7 +96,7 @@ class ModeMachine {
   struct Passage {
     EventLoop::Task run;
     EventLoop::Task otherwise = {};
-    bool returns = false;  ///< It leaves the modem's menus for a while only.
+    bool connects = false;  ///< It ends in the modem's menus, if the modem answers.
   };
 
   void Begin(EventLoop::Task run) { Begin(Passage{std::move(run)}); }
