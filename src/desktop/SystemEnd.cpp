@@ -74,7 +74,7 @@ void SystemEnd::ListenToSignals() {
     wanted.sa_handler = OnSignal;
     wanted.sa_flags = SA_RESTART;
     sigaction(number, &wanted, &before);
-    // Whoever has started the program may want it to outlive its terminal.
+    // The program may be meant to outlive its terminal.
     if (before.sa_handler == SIG_IGN) sigaction(number, &before, nullptr);
   }
 #endif

@@ -113,8 +113,8 @@ class TextBox : public Control {
   Property<Color> backColor{*this, Change::BackColor, kWindowColor};
   Property<Color> foreColor{*this, Change::ForeColor, kWindowTextColor};
   Event<> change;
-  /// For who keeps places in the text: so many bytes at a place have given way to so many others, whoever
-  /// did it.
+  /// The text has changed, by the user or the logic: at a place (first argument) so many bytes (second) have
+  /// been replaced by so many others (third). For what keeps places in the text.
   Event<std::size_t, std::size_t, std::size_t> edited;
 
  private:

@@ -228,7 +228,7 @@ void WireLog::Line(char kind, std::string_view text) {
   }
 }
 
-/// All of it or nothing: half a line would spoil those behind it.
+/// All of it or nothing: half a line would spoil those after it.
 bool WireLog::Write(const std::string& lines) {
   file_.clear();
   file_ << lines << std::flush;

@@ -85,9 +85,9 @@ class EventLoop {
   /// Queues a task; tasks run in the order of their posting, from the next Pump or RunDue on.
   void Post(Task task);
 
-  /// Post for the threads that serve a device: the task itself runs on the loop's thread, and there it has to
-  /// find out whether the object it was meant for still exists. Whoever starts such a thread ends it before
-  /// the loop is destroyed. A task that comes after the end of the program is not run.
+  /// Post for the threads that serve a device. The task itself runs on the loop's thread, and has to find out
+  /// there whether the object it was meant for still exists. Such a thread must end before the loop is
+  /// destroyed. A task that comes after the end of the program is not run.
   void PostFromAnyThread(Task task);
 
   /// Queues a task that runs when no wait and no Modal is on the stack: one that opens a message box would

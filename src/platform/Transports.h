@@ -35,7 +35,7 @@ class SerialControl {
 
   /// Opens the port and throws away what had arrived before. False if it is not to be had.
   virtual bool Open() = 0;
-  /// Drops what has not left yet: whoever wants it to leave waits for that first.
+  /// Drops what has not left yet; a caller that wants it to leave waits for that first.
   virtual void Close() = 0;
   virtual bool PortOpen() const = 0;
 

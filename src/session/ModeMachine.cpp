@@ -124,7 +124,7 @@ void ModeMachine::Connect() {
     case ProbeWord::None:
     case ProbeWord::Busy:  // an address that cannot be used is not worth an hourglass without end
       ShowPopUp(window, "No response.|Check connection to modem");
-      AwaitWatchdog();  // whoever comes from Offline finds it stopped
+      AwaitWatchdog();  // it is stopped after Offline
       break;
     case ProbeWord::CheckSpeed:
       ShowPopUp(window,
