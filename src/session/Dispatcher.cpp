@@ -99,11 +99,14 @@ void Dispatcher::ServeMenu() {
   p_.lists.ShowMenu();
 }
 
-void Dispatcher::Settle() {
+void Dispatcher::Settle(TagStream::Earlier what) {
   SessionState& s = p_.state;
   if (p_.main.mode != ModemMode::Terminal || p_.main.leaving) return;
+  if (what == TagStream::Earlier::SoftKeys) {
+    if (Taken(s.softKeysChanged)) ShowSoftKeys(p_.window, p_.main, s, p_.settings);
+    return;
+  }
   if (Taken(s.screenChanged)) p_.main.screenHold = false;
-  if (Taken(s.softKeysChanged)) ShowSoftKeys(p_.window, p_.main, s, p_.settings);
   if (!s.paintHold && Taken(s.rowsChanged)) PaintRows(p_.window, p_.main, s, p_.grid);
   if (Taken(s.closeChoice)) {
     s.choiceChanged = false;  // by an older packet, or the list would have been closed before it came

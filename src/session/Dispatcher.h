@@ -15,6 +15,7 @@
 #include "session/StreamScanner.h"
 #include "session/TermControls.h"
 #include "session/TextGrid.h"
+#include "session/modTML.h"
 
 namespace corvex {
 
@@ -41,7 +42,7 @@ class Dispatcher {
   void ProcessReceived();
 
   /// See TagStream::settle.
-  void Settle();
+  void Settle(TagStream::Earlier what);
 
   /// A periodic log has been taken.
   void LogEnded();

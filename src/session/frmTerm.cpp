@@ -120,7 +120,7 @@ void frmTerm::ConnectEvents() {
     trace_.TraceToInstance(channel, text);
   };
   scanner_.masterTrace = [this](std::string_view text) { trace_.TraceText(text); };
-  tags_.settle = [this] { dispatcher_.Settle(); };
+  tags_.settle = [this](TagStream::Earlier what) { dispatcher_.Settle(what); };
   modes_.closeTrace = [this] { trace_.CloseMaster(); };
   modes_.sessionOpened = [this] { trace_.SessionOpened(); };
   dispatcher_.heard = [this] { silence_.Heard(); };

@@ -306,7 +306,7 @@ void TagStream::Supersede(TagToken token) {
     default:
       break;
   }
-  if (shows && settle) settle();
+  if (shows && settle) settle(Earlier::Screen);
 }
 
 /// A menu that is gone before it was shown has taken the soft keys with it.
@@ -330,7 +330,7 @@ void TagStream::ParseKeys(std::string_view packet) {
   texts.swap(state_.softKeyText);
   codes.swap(state_.softKeyCode);
   state_.softKeysChanged = true;
-  settle();
+  settle(Earlier::SoftKeys);
   texts.swap(state_.softKeyText);
   codes.swap(state_.softKeyCode);
 }

@@ -80,9 +80,10 @@ class TagStream {
   /// Data compression began or ended: NoCompression, V42b or V44, with the text of the packet.
   std::function<void(TagToken, std::string_view)> onCompression;
 
-  /// Shows at once rows, soft keys and print jobs of earlier packets, and hides the choice list if it has
-  /// been closed: the next packet replaces them.
-  std::function<void()> settle;
+  /// Of earlier packets: the soft keys; or rows, print jobs and the closing of the choice list.
+  enum class Earlier { SoftKeys, Screen };
+  /// Shows these at once: the next packet replaces them.
+  std::function<void(Earlier)> settle;
 
   /// A line of trace for a trace channel other than 0.
   std::function<void(std::int32_t channel, std::string_view text)> traceToInstance;
