@@ -9,7 +9,6 @@
 #include <string>
 
 #include "Traffic.h"
-#include "common/INIFuncs.h"
 #include "desktop/Places.h"
 #include "desktop/QtDialogs.h"
 #include "desktop/QtEventLoop.h"
@@ -22,6 +21,7 @@
 #include "ports/AsioSerialControl.h"
 #include "ports/SystemSerialPorts.h"
 #include "session/frmTerm.h"
+#include "settings/INIFuncs.h"
 
 // How long a click may have to wait while the modem sends a megabyte of packets in one go: the longest time
 // between two turns of the event loop, seen by a timer that is always due. The modem is a server in the same

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "session/ScreenRecord.h"
+#include "stream/ScreenRecord.h"
 #include "support/Decoder.h"
 
 using namespace corvex;

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "common/ProfileFile.h"
-#include "common/Text.h"
+#include "base/Text.h"
+#include "settings/ProfileFile.h"
 
 // The first line of the input is a value, the rest a settings file of any content. The value is written to
 // key com of section port; then it must read back, and but for a value before it no byte may be lost.

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "common/Text.h"
+#include "base/Text.h"
 #include "support/Decoder.h"
 
 using namespace corvex;

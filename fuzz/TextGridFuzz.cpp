@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "common/Text.h"
-#include "session/ItemSearch.h"
-#include "session/TextGrid.h"
+#include "base/Text.h"
+#include "stream/ItemSearch.h"
+#include "stream/TextGrid.h"
 
 using namespace corvex;
 

@@ -8,7 +8,7 @@
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
-#include "desktop/QtText.h"
+#include "desktop/look/QtText.h"
 
 namespace corvex {
 

@@ -15,10 +15,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/FormWindow.h"
-#include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
-#include "desktop/Theme.h"
+#include "desktop/look/QtText.h"
+#include "desktop/look/Theme.h"
+#include "desktop/views/FormWindow.h"
 
 namespace corvex {
 

@@ -12,11 +12,11 @@
 #include <winspool.h>
 #endif
 
-#include "desktop/FormWindow.h"
 #include "desktop/QtDialogs.h"
-#include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
-#include "desktop/Theme.h"
+#include "desktop/look/QtText.h"
+#include "desktop/look/Theme.h"
+#include "desktop/views/FormWindow.h"
 
 namespace corvex {
 

@@ -7,7 +7,7 @@
 #include <QProcess>
 #include <QUrl>
 
-#include "desktop/QtText.h"
+#include "desktop/look/QtText.h"
 
 namespace corvex {
 

@@ -4,7 +4,7 @@
 #include <QNetworkProxy>
 #include <QTimer>
 
-#include "desktop/QtText.h"
+#include "desktop/look/QtText.h"
 
 namespace corvex {
 

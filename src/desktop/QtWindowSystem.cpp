@@ -6,8 +6,8 @@
 #include <QPointer>
 #include <QScreen>
 
-#include "desktop/Accessibility.h"
-#include "desktop/FormWindow.h"
+#include "desktop/views/Accessibility.h"
+#include "desktop/views/FormWindow.h"
 
 namespace corvex {
 

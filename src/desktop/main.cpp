@@ -5,9 +5,6 @@
 #include <cstdlib>
 #include <string>
 
-#include "common/INIFuncs.h"
-#include "common/SettingsAlarm.h"
-#include "desktop/Icons.h"
 #include "desktop/Places.h"
 #include "desktop/QtDialogs.h"
 #include "desktop/QtDspLibrary.h"
@@ -19,11 +16,14 @@
 #include "desktop/QtWindowSystem.h"
 #include "desktop/SystemEnd.h"
 #include "desktop/SystemFiles.h"
-#include "desktop/Theme.h"
+#include "desktop/look/Icons.h"
+#include "desktop/look/Theme.h"
 #include "link/modCommSupport.h"
 #include "ports/AsioSerialControl.h"
 #include "ports/SystemSerialPorts.h"
 #include "session/frmTerm.h"
+#include "settings/INIFuncs.h"
+#include "settings/SettingsAlarm.h"
 
 namespace {
 

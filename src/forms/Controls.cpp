@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "common/ScopedFlag.h"
+#include "base/ScopedFlag.h"
 
 namespace corvex {
 

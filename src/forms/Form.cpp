@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/ScopedFlag.h"
+#include "base/ScopedFlag.h"
 #include "forms/Controls.h"
 #include "platform/Services.h"
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-#include "common/INIFuncs.h"
 #include "platform/Transports.h"
+#include "settings/INIFuncs.h"
 
 // What stands behind the numbers of the serial ports on this system. The state of a port is that of the
 // moment: adapters come and go.

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "common/INIFuncs.h"
 #include "platform/EventLoop.h"
+#include "settings/INIFuncs.h"
 
 namespace corvex {
 

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <utility>
 
-#include "common/ScopedFlag.h"
-#include "common/Text.h"
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 
 namespace corvex {
 

@@ -4,12 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include "common/INIFuncs.h"
 #include "link/WireLog.h"
 #include "link/modTelnet.h"
 #include "platform/Platform.h"
-#include "session/MainState.h"
-#include "session/ReceiveBuffer.h"
+#include "settings/INIFuncs.h"
+#include "state/MainState.h"
+#include "state/ReceiveBuffer.h"
 
 namespace corvex {
 

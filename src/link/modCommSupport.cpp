@@ -1,6 +1,6 @@
 #include "link/modCommSupport.h"
 
-#include "common/Text.h"
+#include "base/Text.h"
 
 namespace corvex {
 

@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <string>
 
-#include "common/INIFuncs.h"
 #include "link/modComSock.h"
 #include "platform/Platform.h"
-#include "session/MainState.h"
-#include "session/ReceiveBuffer.h"
-#include "session/SessionState.h"
-#include "session/TermControls.h"
+#include "settings/INIFuncs.h"
+#include "state/MainState.h"
+#include "state/ReceiveBuffer.h"
+#include "state/SessionState.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

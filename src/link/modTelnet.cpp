@@ -1,7 +1,7 @@
 #include "link/modTelnet.h"
 
-#include "common/ScopedFlag.h"
-#include "common/Text.h"
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 
 namespace corvex {
 

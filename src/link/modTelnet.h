@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "common/INIFuncs.h"
+#include "settings/INIFuncs.h"
 
 // The login on the ERB unit that stands in front of the modems (MUBs): a login prompt, a password prompt, a
 // command prompt, and the command "modem" with a number, which connects the session through. There is no

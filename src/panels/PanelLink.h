@@ -1,8 +1,8 @@
 #pragma once
 
-#include "common/ScopedFlag.h"
+#include "base/ScopedFlag.h"
 #include "link/modComSock.h"
-#include "session/MainState.h"
+#include "state/MainState.h"
 
 namespace corvex {
 

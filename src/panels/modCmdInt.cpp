@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "common/Text.h"
+#include "base/Text.h"
 
 namespace corvex {
 

@@ -4,7 +4,7 @@
 
 #include "panels/PanelLink.h"
 #include "platform/Platform.h"
-#include "session/TermControls.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

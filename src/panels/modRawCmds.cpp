@@ -7,8 +7,8 @@
 #include <fstream>
 #include <system_error>
 
-#include "common/ScopedFlag.h"
-#include "common/Text.h"
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 
 namespace corvex {
 

@@ -6,7 +6,7 @@
 #include "panels/LineHistory.h"
 #include "panels/PanelLink.h"
 #include "platform/Platform.h"
-#include "session/TermControls.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

@@ -1,6 +1,6 @@
 #include "ports/LineSettings.h"
 
-#include "common/Text.h"
+#include "base/Text.h"
 
 namespace corvex {
 

@@ -10,7 +10,7 @@
 #include <array>
 #include <string_view>
 
-#include "common/Text.h"
+#include "base/Text.h"
 #include "ports/SystemSerialPorts.h"
 
 namespace corvex {

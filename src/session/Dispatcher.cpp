@@ -4,13 +4,13 @@
 #include <cstdio>
 #include <utility>
 
-#include "common/ScopedFlag.h"
-#include "common/SettingFonts.h"
-#include "common/Text.h"
-#include "session/PopUp.h"
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 #include "session/RowPainter.h"
 #include "session/SoftKeyPanel.h"
 #include "session/mListView.h"
+#include "settings/SettingFonts.h"
+#include "window/PopUp.h"
 
 namespace corvex {
 

@@ -5,17 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include "common/INIFuncs.h"
 #include "platform/Platform.h"
-#include "session/MainState.h"
-#include "session/ReceiveBuffer.h"
 #include "session/ScreenLists.h"
-#include "session/SessionState.h"
 #include "session/StatusPanel.h"
-#include "session/StreamScanner.h"
-#include "session/TermControls.h"
-#include "session/TextGrid.h"
-#include "session/modTML.h"
+#include "settings/INIFuncs.h"
+#include "state/MainState.h"
+#include "state/ReceiveBuffer.h"
+#include "state/SessionState.h"
+#include "stream/StreamScanner.h"
+#include "stream/TextGrid.h"
+#include "stream/modTML.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "common/ScopedFlag.h"
-#include "common/Text.h"
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 #include "session/RowPainter.h"
 #include "session/WindowKeys.h"
 

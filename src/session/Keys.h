@@ -7,11 +7,11 @@
 
 #include "link/modComSock.h"
 #include "platform/Platform.h"
-#include "session/MainState.h"
-#include "session/ReceiveBuffer.h"
-#include "session/SessionState.h"
-#include "session/TermControls.h"
-#include "session/TextGrid.h"
+#include "state/MainState.h"
+#include "state/ReceiveBuffer.h"
+#include "state/SessionState.h"
+#include "stream/TextGrid.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

@@ -2,14 +2,14 @@
 
 #include <string>
 
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 #include "book/frmBook.h"
-#include "common/ScopedFlag.h"
-#include "common/Text.h"
 #include "devices/frmDev.h"
 #include "panels/modRawCmds.h"
-#include "session/PopUp.h"
 #include "session/RowPainter.h"
 #include "session/SoftKeyPanel.h"
+#include "window/PopUp.h"
 
 namespace corvex {
 

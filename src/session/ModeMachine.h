@@ -4,20 +4,20 @@
 #include <optional>
 #include <utility>
 
-#include "common/INIFuncs.h"
-#include "link/PortPanel.h"
 #include "link/modComSock.h"
 #include "link/modCommSupport.h"
+#include "panels/PortPanel.h"
 #include "platform/Platform.h"
-#include "session/MainState.h"
-#include "session/ReceiveBuffer.h"
-#include "session/SessionState.h"
 #include "session/Silence.h"
 #include "session/StatusPanel.h"
-#include "session/TermControls.h"
-#include "session/TextGrid.h"
-#include "session/WindowLayout.h"
+#include "settings/INIFuncs.h"
+#include "state/MainState.h"
+#include "state/ReceiveBuffer.h"
+#include "state/SessionState.h"
+#include "stream/TextGrid.h"
 #include "upgrade/frmUpgrade.h"
+#include "window/TermControls.h"
+#include "window/WindowLayout.h"
 
 namespace corvex {
 

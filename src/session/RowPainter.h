@@ -1,8 +1,8 @@
 #pragma once
 
-#include "session/MainState.h"
-#include "session/TermControls.h"
-#include "session/TextGrid.h"
+#include "state/MainState.h"
+#include "stream/TextGrid.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

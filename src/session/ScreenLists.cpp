@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "common/ScopedFlag.h"
-#include "common/Text.h"
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 #include "platform/EventLoop.h"
 
 namespace corvex {

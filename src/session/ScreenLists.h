@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "session/MainState.h"
-#include "session/ScreenRecord.h"
-#include "session/SessionState.h"
-#include "session/TermControls.h"
+#include "state/MainState.h"
+#include "state/SessionState.h"
+#include "stream/ScreenRecord.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "platform/EventLoop.h"
-#include "session/MainState.h"
-#include "session/TermControls.h"
+#include "state/MainState.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "common/INIFuncs.h"
-#include "session/MainState.h"
-#include "session/SessionState.h"
-#include "session/TermControls.h"
+#include "settings/INIFuncs.h"
+#include "state/MainState.h"
+#include "state/SessionState.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

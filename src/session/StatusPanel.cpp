@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "common/Text.h"
+#include "base/Text.h"
 
 namespace corvex {
 

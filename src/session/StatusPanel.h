@@ -2,12 +2,12 @@
 
 #include <string_view>
 
-#include "common/INIFuncs.h"
 #include "platform/Platform.h"
-#include "session/MainState.h"
-#include "session/SessionState.h"
-#include "session/TermControls.h"
-#include "session/modTML.h"
+#include "settings/INIFuncs.h"
+#include "state/MainState.h"
+#include "state/SessionState.h"
+#include "stream/modTML.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "session/MainState.h"
-#include "session/TermControls.h"
+#include "state/MainState.h"
+#include "window/TermControls.h"
 
 namespace corvex {
 

@@ -6,10 +6,10 @@
 #include <system_error>
 #include <utility>
 
-#include "common/SettingFonts.h"
-#include "common/frmAbout.h"
-#include "common/frmOptions.h"
-#include "session/PopUp.h"
+#include "print/frmOptions.h"
+#include "session/frmAbout.h"
+#include "settings/SettingFonts.h"
+#include "window/PopUp.h"
 
 namespace corvex {
 

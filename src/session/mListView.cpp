@@ -1,6 +1,6 @@
 #include "session/mListView.h"
 
-#include "common/Text.h"
+#include "base/Text.h"
 
 namespace corvex {
 

@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <random>
 
-#include "Wait.h"
-#include "common/frmSDI.h"
-#include "desktop/FormWindow.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/Wait.h"
+#include "desktop/views/FormWindow.h"
+#include "print/frmSDI.h"
 #include "support/FakePlatform.h"
 
 // The print view as its user has it before him: the real renderer and its clock.

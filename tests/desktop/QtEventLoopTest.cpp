@@ -3,7 +3,7 @@
 #include <QTimer>
 #include <thread>
 
-#include "Wait.h"
+#include "desktop/Wait.h"
 
 namespace corvex {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <QTcpServer>
 
-#include "Wait.h"
+#include "desktop/Wait.h"
 
 namespace corvex {
 namespace {

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <limits>
 
-#include "Wait.h"
+#include "desktop/Wait.h"
 
 namespace corvex {
 namespace {

@@ -12,13 +12,13 @@
 #include <QTest>
 #include <set>
 
-#include "Wait.h"
-#include "desktop/Icons.h"
 #include "desktop/Places.h"
 #include "desktop/QtDialogs.h"
 #include "desktop/QtPrinters.h"
 #include "desktop/QtWindowSystem.h"
-#include "desktop/Theme.h"
+#include "desktop/Wait.h"
+#include "desktop/look/Icons.h"
+#include "desktop/look/Theme.h"
 
 namespace corvex {
 namespace {

@@ -10,10 +10,10 @@
 #include <QTcpSocket>
 #include <QTest>
 
-#include "Wait.h"
-#include "desktop/FormWindow.h"
 #include "desktop/QtDialogs.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/Wait.h"
+#include "desktop/views/FormWindow.h"
 #include "forms/Controls.h"
 #include "support/TempFolder.h"
 #include "unit/Unit.h"

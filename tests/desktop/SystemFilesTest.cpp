@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "common/ProfileFile.h"
+#include "settings/ProfileFile.h"
 #include "support/TempFolder.h"
 #ifdef __unix__
 #include <sys/stat.h>

@@ -13,10 +13,10 @@
 #include <QTabBar>
 #include <QTest>
 
-#include "Wait.h"
-#include "desktop/FormWindow.h"
-#include "desktop/QtText.h"
 #include "desktop/QtWindowSystem.h"
+#include "desktop/Wait.h"
+#include "desktop/look/QtText.h"
+#include "desktop/views/FormWindow.h"
 #include "session/frmTerm.h"
 #include "support/FakePlatform.h"
 #include "support/UnitLink.h"

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <string_view>
 
-#include "desktop/Theme.h"
+#include "desktop/look/Theme.h"
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);

@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
-#include "session/ReceiveBuffer.h"
-#include "session/SessionState.h"
-#include "session/StreamScanner.h"
-#include "session/TextGrid.h"
-#include "session/modTML.h"
+#include "state/ReceiveBuffer.h"
+#include "state/SessionState.h"
+#include "stream/StreamScanner.h"
+#include "stream/TextGrid.h"
+#include "stream/modTML.h"
 #include "support/FakePlatform.h"
 
 namespace corvex::test {

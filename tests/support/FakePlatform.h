@@ -13,11 +13,11 @@
 #include <utility>
 #include <vector>
 
-#include "common/INIFuncs.h"
 #include "forms/Form.h"
 #include "platform/Platform.h"
 #include "platform/Services.h"
 #include "platform/Transports.h"
+#include "settings/INIFuncs.h"
 #include "support/FakeFiles.h"
 #include "support/TempFolder.h"
 #include "support/VirtualLoop.h"

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "common/SettingsAlarm.h"
 #include "session/frmTerm.h"
+#include "settings/SettingsAlarm.h"
 #include "support/FakePlatform.h"
 
 namespace corvex::test {

@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
-#include "common/ScopedFlag.h"
-#include "common/Text.h"
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
 #include "support/DiskRoom.h"
 #include "support/Script.h"
 #include "support/Seen.h"

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "desktop/look/Sketch.h"
+
+// What the pictures show, apart from the names and numbers under which they are shown.
+
+namespace corvex::drawings {
+
+using Drawing = void (*)(Sketch&);
+
+// For menus and soft keys.
+void AddToBook(Sketch& s);
+void ArrowDown(Sketch& s);
+void ArrowUp(Sketch& s);
+void AskForMail(Sketch& s);
+void Back(Sketch& s);
+void Bin(Sketch& s);
+void Book(Sketch& s);
+void Bulb(Sketch& s);
+void Check(Sketch& s);
+void Code(Sketch& s);
+void Compression(Sketch& s);
+void Entry(Sketch& s);
+void Envelope(Sketch& s);
+void Exit(Sketch& s);
+void Gauge(Sketch& s);
+void Gear(Sketch& s);
+void Globe(Sketch& s);
+void Info(Sketch& s);
+void Lamp(Sketch& s);
+void LampLit(Sketch& s);
+void Lifebuoy(Sketch& s);
+void List(Sketch& s);
+void Log(Sketch& s);
+void Notes(Sketch& s);
+void Phone(Sketch& s);
+void Power(Sketch& s);
+void Printer(Sketch& s);
+void Pulse(Sketch& s);
+void QuickDial(Sketch& s);
+void ReadMail(Sketch& s);
+void Screen(Sketch& s);
+void SimCard(Sketch& s);
+void SpotBeam(Sketch& s);
+void TestSheet(Sketch& s);
+void Wrench(Sketch& s);
+
+// For the indicators, where they are as small as a letter, and for the program's own buttons and questions.
+void Bars(Sketch& s);
+void Bolt(Sketch& s);
+void Disk(Sketch& s);
+void Question(Sketch& s);
+void Terminal(Sketch& s);
+void Thermometer(Sketch& s);
+
+/// A number without a drawing of its own: its six bits as dots, so that each still has a face.
+void Numbered(Sketch& s, int number);
+
+}  // namespace corvex::drawings

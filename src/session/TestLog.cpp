@@ -1,0 +1,252 @@
+#include "session/TestLog.h"
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
+#include "session/modLogger.h"
+#include "window/PopUp.h"
+
+namespace corvex {
+
+namespace {
+
+constexpr double kPause = 0.3;
+/// After a pause so much longer, in seconds, nobody knows where the macro stands.
+constexpr double kHeldUp = 2;
+
+/// A pause that runs over midnight is given up only a minute later, and the log with it. So none is begun so
+/// late that it might.
+constexpr double kLastStart = 86400 - 60;
+
+const std::string& Row(const TermControls& window, std::size_t row) {
+  return window.corvexLbl[row].caption.Get();
+}
+
+/// Whether a row holds "PIN" as a word, which a number may follow: "SIM PIN2:", but not "SHIPPING".
+bool AsksForPin(std::string_view text) {
+  constexpr std::string_view kWord = "PIN";
+  const std::string row = UpperCase(text);
+  const auto isLetter = [&row](std::size_t place) {
+    const char c = place < row.size() ? row[place] : ' ';
+    return (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0xC0;
+  };
+  for (std::size_t at = row.find(kWord); at != row.npos; at = row.find(kWord, at + 1)) {
+    if ((at == 0 || !isLetter(at - 1)) && !isLetter(at + kWord.size())) return true;
+  }
+  return false;
+}
+
+/// Whether the screen asks for a PIN, be it shown or not painted yet.
+bool AsksForPin(const TermControls& window, const SessionState& state) {
+  constexpr std::size_t kRow = 3;
+  return AsksForPin(Row(window, kRow)) ||
+         AsksForPin(state.screenRows[SessionState::kFirstShownRow - 1 + kRow]);
+}
+
+std::string_view From(std::string_view text, std::size_t place) {
+  return text.substr(std::min(place, text.size()));
+}
+
+}  // namespace
+
+/// One run of the macro. Once it cannot go on nothing here does anything any more, so that the steps need not
+/// ask. A wait that is given up leaves Run.
+class TestLog::Macro {
+ public:
+  explicit Macro(const Parts& parts) : p_(parts) {}
+
+  void Run() {
+    ShowPopUp(p_.window, "Generating Test Logs - please wait");
+    Wait();
+    EscapeOut();
+    ClearAverages();
+    ReadIdleScreen();
+    Wait();
+    ReadStatusTable();
+    EscapeOut();
+    PrintLogs();
+    ReadCounters();
+    EscapeOut();
+  }
+
+ private:
+  void ClearAverages() {
+    for (const char key : {'9', '7', '4'}) PressAndWait(key);
+    SoftKey(2);
+    Wait();
+    EscapeOut();
+  }
+
+  void ReadIdleScreen() {
+    Line("Readings from the Idle Screen");
+    Line("Signal strength = " + Row(p_.window, TermControls::kSignal));
+    for (std::size_t row = 2; row <= 6; ++row) Line(Row(p_.window, row));
+    Line("Position shown as " + p_.state.gpsPosText);
+  }
+
+  /// Its four pages make 21 lines. Each is written as soon as it has been read, as the session may end.
+  void ReadStatusTable() {
+    constexpr std::size_t kNumberRow = 3;
+    constexpr std::size_t kNumberPlace = 18;
+    constexpr std::size_t kNumberSize = 6;
+    for (const char key : {'9', '8', '2'}) PressAndWait(key);
+    if (GoesOn())
+      p_.main.statusNumber = From(Row(p_.window, kNumberRow), kNumberPlace).substr(0, kNumberSize);
+    ReadPage(7);  // the last of these rows is the signal display; that is meant
+    Line(std::string(10, ' '));
+    TurnPage();
+    ReadPage(5);  // without the last line, in whose place the third page begins; that is meant
+    TurnPage();
+    ReadPage(6);
+    TurnPage();
+    ReadPage(6);
+  }
+
+  /// The first row read is the third, in which the unit's cursor stands.
+  void ReadPage(std::size_t lastRow) {
+    constexpr std::size_t kMarker = 3;
+    Line(From(Row(p_.window, 2), kMarker));
+    for (std::size_t row = 3; row <= lastRow; ++row) Line(Row(p_.window, row));
+  }
+
+  void TurnPage() {
+    Wait();
+    Down();
+    Wait();
+    Wait();
+    Down();
+    Wait();
+  }
+
+  /// The unit prints them: one behind the second soft key, the others out of its menu of logs, which stays
+  /// open.
+  void PrintLogs() {
+    SoftKey(2);
+    Wait();
+    SoftKey(2);
+    Wait();
+    SoftKey(1);
+    Wait();
+    EscapeOut();
+    EscapeOut();
+    for (const char key : {'9', '4'}) PressAndWait(key);
+    for (const char key : {'1', '2', '3', '8', '9'}) {
+      PressAndWait(key);
+      SoftKey(1);
+      Wait();
+      Escape();
+      Wait();
+    }
+  }
+
+  void ReadCounters() {
+    for (const char key : {'7', '1'}) PressAndWait(key);
+    Wait();
+    DumpScreen();
+    Escape();
+    Wait();
+    for (const char key : {'2', '3'}) {
+      PressAndWait(key);
+      DumpScreen();
+      Escape();
+    }
+  }
+
+  void DumpScreen() {
+    for (std::size_t row = 0; row <= 6; ++row) Line(Row(p_.window, row));
+  }
+
+  void Line(std::string_view text) {
+    if (GoesOn()) p_.page.PrintLine(std::string(text) + std::string(kCrLf));
+  }
+
+  void PressAndWait(char key) {
+    if (MayType()) p_.link.WriteText({&key, 1});
+    Wait();
+  }
+  void SoftKey(int key) {
+    if (MayType()) p_.keys.PressSoftKey(key);
+  }
+  void Escape() {
+    if (GoesOn()) p_.keys.SendEscape();
+  }
+  void Down() {
+    if (GoesOn()) p_.keys.SendCursorDown();
+  }
+  void EscapeOut() {
+    constexpr double kSeries = 8 * kPause;
+    Spend(kSeries, [this] { p_.keys.SendEscapeSeries(); });
+  }
+  void Wait() {
+    Spend(kPause, [this] { Pause(p_.window.loop(), kPause); });
+  }
+  /// Does what takes so many seconds. If it takes longer a message box or a window has held it up: the user
+  /// is at something else now.
+  void Spend(double seconds, const std::function<void()>& act) {
+    if (!GoesOn()) return;
+    const EventLoop& loop = p_.window.loop();
+    const auto began = loop.Now();
+    act();
+    const std::chrono::duration<double> spent = loop.Now() - began;
+    lost_ = lost_ || BoxOpen(p_) || spent.count() > seconds + kHeldUp;
+  }
+
+  bool GoesOn() const { return !lost_ && p_.main.mode == ModemMode::Terminal; }
+  /// A PIN that is asked for in the middle would be wrong by the macro's digits, and three wrong ones lock
+  /// the card. The keys behind the first that was held back would lead astray.
+  bool MayType() {
+    lost_ = lost_ || AsksForPin(p_.window, p_.state);
+    return GoesOn();
+  }
+
+  const Parts& p_;
+  bool lost_ = false;
+};
+
+void TestLog::GenerateTestLog() {
+  Macro(p_).Run();
+}
+
+void TestLog::Check() {
+  if (MayBegin() && LogDue(p_.window.loop(), p_.settings)) TakeLog();
+  if (p_.main.mode != ModemMode::Closing) p_.window.logCheck.enabled = true;
+}
+
+/// Whether a message box or a window is open that holds up the others. A box that the log's own print jobs
+/// have caused does not count: nobody is there to answer it.
+bool TestLog::BoxOpen(const Parts& parts) {
+  return parts.window.loop().ModalsOpen() > parts.main.ownBoxes;
+}
+
+/// What is held up here is done at a later check, as its time is not yet stored.
+bool TestLog::MayBegin() const {
+  return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
+         !BoxOpen(p_) && !AsksForPin(p_.window, p_.state) &&
+         p_.window.loop().SecondsSinceMidnight() < kLastStart;
+}
+
+void TestLog::TakeLog() {
+  {
+    const ScopedFlag taking(taking_);
+    const ScopedFlag logTaken(p_.main.logTaken);
+    const frmSDI::LogInProgress log(p_.page);
+    try {
+      GenerateTestLog();
+    } catch (const WaitAbandoned&) {  // the session is being left: the file gets what has been gathered
+    }
+    Save();
+  }
+  if (ended) ended();
+}
+
+/// What cannot be saved stays in the print view and is saved with the next log.
+void TestLog::Save() {
+  const std::string name = LogFileName(p_.window.loop(), p_.main.statusNumber);
+  if (taking_ && p_.page.SaveLogToFile(name)) taking_ = false;
+}
+
+}  // namespace corvex

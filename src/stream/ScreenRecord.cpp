@@ -1,0 +1,70 @@
+#include "stream/ScreenRecord.h"
+
+#include "base/Text.h"
+
+namespace corvex {
+
+namespace {
+
+/// Takes `text` up to the next `mark`, which goes with it; false if there is none.
+bool TakeUpTo(std::string_view& rest, char mark, std::string_view& text) {
+  const std::size_t end = rest.find(mark);
+  if (end == std::string_view::npos) return false;
+  text = rest.substr(0, end);
+  rest.remove_prefix(end + 1);
+  return true;
+}
+
+}  // namespace
+
+void ClearScreenRecord(ScreenRecord& record) {
+  // The items behind the last one are still as they were made.
+  for (int i = 0; i < record.count; ++i) {
+    ScreenRecord::Item& item = record.items[static_cast<std::size_t>(i)];
+    item.id = 0;
+    item.text.clear();  // keeps its storage: lists come often
+    item.icon = 10;
+  }
+  record.title.clear();
+  record.numericTitle = false;
+  record.current = 0;
+  record.count = 0;
+}
+
+void ParseScreenRecord(std::string_view packet, ScreenRecord& record) {
+  ClearScreenRecord(record);
+
+  static constexpr std::string_view kTitleTag = "Title>";
+  const std::size_t title = FindNoCase(packet, "Title");
+  if (title == std::string_view::npos || packet.size() - title < kTitleTag.size()) return;
+  std::string_view rest = packet.substr(title + kTitleTag.size());
+
+  std::string_view text;
+  if (!TakeUpTo(rest, '<', text)) return;
+  record.title = text;
+  record.numericTitle = !text.empty() && IsDigit(text.front());
+
+  std::string_view word;
+  for (;;) {
+    if (!TakeUpTo(rest, '>', word)) return;
+    if (EqualNoCase(word, "INDEXLINE")) break;
+    if (record.count == ScreenRecord::kMaxItems) return;
+    // An item counts from its tag on: one that breaks off there stands in the list without its text.
+    ScreenRecord::Item& item = record.items[static_cast<std::size_t>(record.count++)];
+    const auto id = PrefixInt32(word);
+    if (!id) return;
+    item.id = *id;
+    if (!TakeUpTo(rest, '<', text)) return;
+    item.text = text;
+  }
+  if (TakeUpTo(rest, '<', text)) record.current = PrefixInt32(text).value_or(0);
+}
+
+int ChoiceIndexOfCurrent(const ScreenRecord& record) {
+  for (int i = 0; i < record.count; ++i) {
+    if (record.items[static_cast<std::size_t>(i)].id == record.current) return i;
+  }
+  return 0;
+}
+
+}  // namespace corvex
