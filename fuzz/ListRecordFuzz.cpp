@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "stream/ScreenRecord.h"
+#include "stream/ParseScreenRecord.h"
 #include "support/Decoder.h"
 
 using namespace corvex;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Event.h"
 #include "forms/Property.h"
 #include "platform/EventLoop.h"
 #include "platform/Geometry.h"

@@ -50,13 +50,12 @@ std::string ComDeviceName(const SettingsStore& settings, int number) {
 }
 
 ProbeWord ModemProbe::DetectModem() {
-  window_.lblPort.caption = "";
   if (!link_.EnsureLinkOpen()) return link_.OpenRefused() ? ProbeWord::Busy : ProbeWord::None;
   link_.SendCancel();
-  PauseShort(window_.loop());
+  PauseShort(loop_);
   received_.DiscardRx();
   link_.WriteText("ate1\r\n");
-  PauseShort(window_.loop());
+  PauseShort(loop_);
   const ProbeWord word = AskModel();
   if (word == ProbeWord::Ok) {
     AskUpgrade();
@@ -68,27 +67,25 @@ ProbeWord ModemProbe::DetectModem() {
 
 ProbeWord ModemProbe::AskModel() {
   constexpr std::string_view kCommand = "at+gmm\r\n";
-  EventLoop& loop = window_.loop();
   link_.WriteText(kCommand);
   ProbeWord word = ProbeWord::None;
   std::string answer;
   for (int round = 1; round <= kRounds; ++round) {
-    PauseShort(loop);
+    PauseShort(loop_);
     received_.TakeRxInto(answer);
     const std::string upper = UpperCase(answer);
     // A modem that refuses the command has shown that the speed is right.
     if (Contains(upper, "ERROR") || Contains(upper, "OK")) {
       state_.terminalModel = TerminalModelFromText(upper);
       main_.applicationTitle = TerminalModelTitle(state_.terminalModel, settings_.config.brand.Get());
-      window_.windows().SetApplicationTitle(main_.applicationTitle);
-      window_.caption = WindowCaption(main_, state_.mubInfoText);
+      named();
       return ProbeWord::Ok;
     }
     word = answer.empty() ? ProbeWord::None : ProbeWord::CheckSpeed;
-    Pause(loop, 0.1);
+    Pause(loop_, 0.1);
     if (round == 3) {
       link_.SendCancel();
-      Pause(loop, 0.2);
+      Pause(loop_, 0.2);
       link_.WriteText(kCommand);  // what has come so far is kept
     }
   }
@@ -97,30 +94,21 @@ ProbeWord ModemProbe::AskModel() {
 
 void ModemProbe::AskUpgrade() {
   link_.WriteText("at+wquilcswvload\r\n");
-  MenuItem& entry = window_.mnuUpgrade;
   std::string answer;
   for (int round = 1; round <= kRounds; ++round) {
-    PauseShort(window_.loop());
+    PauseShort(loop_);
     received_.TakeRxInto(answer);
     const std::string upper = UpperCase(answer);
     if (Contains(upper, "ERROR")) continue;
-    if (Contains(upper, "PWDISALLOWED")) {
-      entry.visible = true;
-      entry.enabled = false;
-      return;
-    }
-    if (Contains(upper, "DISALLOWED")) {  // holds for the longer word too, which is why that comes first
-      entry.visible = false;
-      entry.enabled = false;
-      return;
-    }
-    if (Contains(upper, "PROTOCOL")) {
-      entry.enabled = true;
-      return;
-    }
-    entry.enabled = false;
+    // The longer word contains the shorter one, so it is looked for first.
+    const UpgradeOffer offer = Contains(upper, "PWDISALLOWED") ? UpgradeOffer::NoPassword
+                               : Contains(upper, "DISALLOWED") ? UpgradeOffer::Refused
+                               : Contains(upper, "PROTOCOL")   ? UpgradeOffer::Allowed
+                                                               : UpgradeOffer::Unknown;
+    upgrade(offer);
+    if (offer != UpgradeOffer::Unknown) return;
   }
-  entry.enabled = false;
+  upgrade(UpgradeOffer::Unknown);
 }
 
 }  // namespace corvex

@@ -3,13 +3,14 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Event.h"
 #include "link/modComSock.h"
-#include "platform/Platform.h"
+#include "platform/EventLoop.h"
+#include "platform/Transports.h"
 #include "settings/INIFuncs.h"
 #include "state/MainState.h"
 #include "state/ReceiveBuffer.h"
 #include "state/SessionState.h"
-#include "window/TermControls.h"
 
 namespace corvex {
 
@@ -29,22 +30,33 @@ enum class ProbeWord {
   CheckSpeed,  ///< Something came back, but neither OK nor ERROR: the line speed may be wrong.
 };
 
-/// Finds out whether a modem is on the link and which one, and whether it allows a software upgrade.
+/// What the modem says about a software upgrade.
+enum class UpgradeOffer {
+  Unknown,     ///< No answer, or none that can be understood.
+  Allowed,     ///< An upgrade can begin.
+  NoPassword,  ///< The modem can be upgraded, but not until a password has been given.
+  Refused,     ///< This modem cannot be upgraded in this way.
+};
+
+/// Finds out whether a modem is on the link, which one it is, and whether it allows a software upgrade.
 class ModemProbe {
  public:
-  ModemProbe(TermControls& window, SessionState& state, MainState& main, TerminalLink& link,
+  ModemProbe(EventLoop& loop, SessionState& state, MainState& main, TerminalLink& link,
              ReceiveBuffer& received, const SettingsStore& settings)
-      : window_(window), state_(state), main_(main), link_(link), received_(received), settings_(settings) {}
+      : loop_(loop), state_(state), main_(main), link_(link), received_(received), settings_(settings) {}
 
-  /// Opens the link, probes, and on Ok names the terminal and sets the menu entry of the upgrade. The main
-  /// window's mode must be one that leaves received bytes to the caller.
+  /// Opens the link and probes. On Ok, `MainState::applicationTitle` names the terminal, and `named` and
+  /// `upgrade` have been called. The mode must be one that leaves received bytes to the caller.
   ProbeWord DetectModem();
+
+  Event<> named;                ///< The terminal has been named; the question for upgrades follows.
+  Event<UpgradeOffer> upgrade;  ///< An answer has come, or none in time. Called several times.
 
  private:
   ProbeWord AskModel();
   void AskUpgrade();
 
-  TermControls& window_;
+  EventLoop& loop_;
   SessionState& state_;
   MainState& main_;
   TerminalLink& link_;

@@ -69,10 +69,8 @@ void ModeMachine::FirstConnect() {
   ClearScreen();
   window.frmKeys.visible = true;
   p_.link.CloseLink();
-  window.pointer = Pointer::Hourglass;
-  const ProbeWord word = p_.probe.DetectModem();
+  const ProbeWord word = Probe();
   if (main.mode == ModemMode::Closing) return;
-  window.pointer = Pointer::Normal;
   switch (word) {
     case ProbeWord::Ok:
       // Over the LAN, where the port is closed, a failure shows nothing and changes nothing.
@@ -114,10 +112,7 @@ void ModeMachine::Connect() {
   p_.layout.FocusScreen();
   window.frmNav.BringToFront();
   window.frmKeys.visible = true;
-  window.pointer = Pointer::Hourglass;
-  const ProbeWord word = p_.probe.DetectModem();
-  window.pointer = Pointer::Normal;
-  switch (word) {
+  switch (Probe()) {
     case ProbeWord::Ok:
       EnterByTagMode(true);
       break;
@@ -131,6 +126,14 @@ void ModeMachine::Connect() {
                 "Invalid response at " + p_.platform.comPort.Settings() + "|Check parameters and try again");
       break;
   }
+}
+
+ProbeWord ModeMachine::Probe() {
+  p_.window.pointer = Pointer::Hourglass;
+  p_.window.lblPort.caption = "";
+  const ProbeWord word = p_.probe.DetectModem();
+  p_.window.pointer = Pointer::Normal;
+  return word;
 }
 
 /// The next connect is the watchdog's.

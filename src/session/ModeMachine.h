@@ -104,6 +104,7 @@ class ModeMachine {
   void BeginPanel(EventLoop::Task run);
   void FirstConnect();
   void Connect();
+  ProbeWord Probe();
   void AwaitWatchdog();
   void EnterByTagMode(bool tellsFailure);
   void EnterTerminalMode();

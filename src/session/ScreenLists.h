@@ -3,8 +3,8 @@
 #include <string>
 
 #include "state/MainState.h"
+#include "state/ScreenRecord.h"
 #include "state/SessionState.h"
-#include "stream/ScreenRecord.h"
 #include "window/TermControls.h"
 
 namespace corvex {

@@ -24,7 +24,7 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
       tags_(state_, grid_, platform.longDate),
       scanner_(received_, state_, tags_, grid_),
       link_(platform_, settings, received_, main_),
-      probe_(*this, state_, main_, link_, received_, settings),
+      probe_(platform.loop, state_, main_, link_, received_, settings),
       lists_(*this, main_, state_),
       status_(*this, main_, state_, settings, platform.sound),
       silence_(*this, main_),
@@ -121,6 +121,11 @@ void frmTerm::ConnectEvents() {
   };
   scanner_.masterTrace = [this](std::string_view text) { trace_.TraceText(text); };
   tags_.settle = [this](TagStream::Earlier what) { dispatcher_.Settle(what); };
+  probe_.named = [this] {
+    windows().SetApplicationTitle(main_.applicationTitle);
+    caption = WindowCaption(main_, state_.mubInfoText);
+  };
+  probe_.upgrade = [this](UpgradeOffer offer) { OfferUpgrade(offer); };
   modes_.closeTrace = [this] { trace_.CloseMaster(); };
   modes_.sessionOpened = [this] { trace_.SessionOpened(); };
   dispatcher_.heard = [this] { silence_.Heard(); };
@@ -292,6 +297,13 @@ void frmTerm::SetMenus() {
   mnuTrace.visible = config.trace.Get();
   mnuSUTrace.visible = config.trace.Get();
   mnuAT.visible = config.atmode.Get();
+}
+
+/// Only a refusal hides the entry, and only the lack of a password shows it again; that is meant.
+void frmTerm::OfferUpgrade(UpgradeOffer offer) {
+  mnuUpgrade.enabled = offer == UpgradeOffer::Allowed;
+  if (offer == UpgradeOffer::NoPassword) mnuUpgrade.visible = true;
+  if (offer == UpgradeOffer::Refused) mnuUpgrade.visible = false;
 }
 
 void frmTerm::SetSoundMenu() {

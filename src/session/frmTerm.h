@@ -57,6 +57,7 @@ class frmTerm : public TermControls {
  private:
   void ConnectEvents();
   void SetMenus();
+  void OfferUpgrade(UpgradeOffer offer);
   void SetSoundMenu();
   void RestorePosition();
   void SavePosition();

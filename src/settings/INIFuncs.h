@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "forms/Property.h"
+#include "base/Event.h"
 #include "platform/Files.h"
 
 // The settings: all that the program keeps from one run to the next. They stand in one ini file, corvex.ini,

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "state/ScreenRecord.h"
 #include "state/TerminalModel.h"
-#include "stream/ScreenRecord.h"
 
 namespace corvex {
 

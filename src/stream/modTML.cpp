@@ -6,7 +6,7 @@
 
 #include "base/Text.h"
 #include "stream/ItemSearch.h"
-#include "stream/ScreenRecord.h"
+#include "stream/ParseScreenRecord.h"
 #include "stream/SoftKeys.h"
 
 namespace corvex {

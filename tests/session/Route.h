@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "stream/ScreenRecord.h"
+#include "state/ScreenRecord.h"
 #include "support/Program.h"
 #include "support/UnitLink.h"
 

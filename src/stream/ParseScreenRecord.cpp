@@ -1,4 +1,4 @@
-#include "stream/ScreenRecord.h"
+#include "stream/ParseScreenRecord.h"
 
 #include "base/Text.h"
 
@@ -16,20 +16,6 @@ bool TakeUpTo(std::string_view& rest, char mark, std::string_view& text) {
 }
 
 }  // namespace
-
-void ClearScreenRecord(ScreenRecord& record) {
-  // The items behind the last one are still as they were made.
-  for (int i = 0; i < record.count; ++i) {
-    ScreenRecord::Item& item = record.items[static_cast<std::size_t>(i)];
-    item.id = 0;
-    item.text.clear();  // keeps its storage: lists come often
-    item.icon = 10;
-  }
-  record.title.clear();
-  record.numericTitle = false;
-  record.current = 0;
-  record.count = 0;
-}
 
 void ParseScreenRecord(std::string_view packet, ScreenRecord& record) {
   ClearScreenRecord(record);
@@ -58,13 +44,6 @@ void ParseScreenRecord(std::string_view packet, ScreenRecord& record) {
     item.text = text;
   }
   if (TakeUpTo(rest, '<', text)) record.current = PrefixInt32(text).value_or(0);
-}
-
-int ChoiceIndexOfCurrent(const ScreenRecord& record) {
-  for (int i = 0; i < record.count; ++i) {
-    if (record.items[static_cast<std::size_t>(i)].id == record.current) return i;
-  }
-  return 0;
 }
 
 }  // namespace corvex

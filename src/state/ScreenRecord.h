@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace corvex {
 
@@ -27,13 +26,6 @@ struct ScreenRecord {
 };
 
 void ClearScreenRecord(ScreenRecord& record);
-
-/// Reads the list record in a tag packet:
-///
-///   Title> title <id> item text <id> item text ... <INDEXLINE> current <
-///
-/// A packet that breaks off leaves what was read up to there.
-void ParseScreenRecord(std::string_view packet, ScreenRecord& record);
 
 /// Place from 0 of the item whose id is `current`; 0 if there is none.
 int ChoiceIndexOfCurrent(const ScreenRecord& record);

@@ -1,0 +1,26 @@
+#include "state/ScreenRecord.h"
+
+namespace corvex {
+
+void ClearScreenRecord(ScreenRecord& record) {
+  // The items behind the last one are still as they were made.
+  for (int i = 0; i < record.count; ++i) {
+    ScreenRecord::Item& item = record.items[static_cast<std::size_t>(i)];
+    item.id = 0;
+    item.text.clear();  // keeps its storage: lists come often
+    item.icon = 10;
+  }
+  record.title.clear();
+  record.numericTitle = false;
+  record.current = 0;
+  record.count = 0;
+}
+
+int ChoiceIndexOfCurrent(const ScreenRecord& record) {
+  for (int i = 0; i < record.count; ++i) {
+    if (record.items[static_cast<std::size_t>(i)].id == record.current) return i;
+  }
+  return 0;
+}
+
+}  // namespace corvex
