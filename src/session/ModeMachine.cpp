@@ -3,12 +3,9 @@
 #include <string>
 
 #include "base/ScopedFlag.h"
-#include "base/Text.h"
 #include "book/frmBook.h"
 #include "devices/frmDev.h"
-#include "panels/modRawCmds.h"
-#include "session/RowPainter.h"
-#include "session/SoftKeyPanel.h"
+#include "session/MenuMarks.h"
 #include "window/PopUp.h"
 
 namespace corvex {
@@ -16,48 +13,11 @@ namespace corvex {
 namespace {
 
 constexpr std::string_view kRepaint = "\x1B\x12\x1B";
-constexpr std::string_view kLeaveTestShell = "quit\r\nat\r\n";
-constexpr std::size_t kPortPanel = 0;
-constexpr std::size_t kTestPanel = 1;
-constexpr std::size_t kAtPanel = 4;
 
 }  // namespace
 
-/// A pause that has run over midnight is given up a minute later. Nobody has asked for that, so the passage
-/// begins once more.
-void ModeMachine::Begin(const Passage& passage) {
-  passage_ = passage;
-  const unsigned number = ++p_.main.passage;
-  p_.window.loop().AbandonWaits([this, run = passage.run, number] {
-    for (bool again = true; again;) {
-      try {
-        again = false;
-        run();
-      } catch (const WaitAbandoned& wait) {
-        if (!wait.overdue || p_.main.passage != number) throw;
-        again = true;
-      }
-    }
-    if (p_.main.passage == number) passage_ = {};
-  });
-}
-
-/// A panel needs an open link. If that fails nothing changes: what was given up for it is carried out.
-void ModeMachine::BeginPanel(EventLoop::Task run) {
-  EventLoop::Task before = passage_.otherwise ? passage_.otherwise : passage_.run;
-  Begin({.run =
-             [this, run = std::move(run), before] {
-               if (p_.link.EnsureLinkOpen()) {
-                 run();
-               } else if (before) {
-                 Begin(before);
-               }
-             },
-         .otherwise = before});
-}
-
 void ModeMachine::ConnectProbe() {
-  Begin([this] { FirstConnect(); });
+  p_.passages.Begin([this] { FirstConnect(); });
 }
 
 void ModeMachine::FirstConnect() {
@@ -66,7 +26,7 @@ void ModeMachine::FirstConnect() {
   const Overtaken overtaken(main);
   p_.layout.HideTextView();
   p_.layout.HideConnectPanels();
-  ClearScreen();
+  p_.reset.ClearScreen();
   window.frmKeys.visible = true;
   p_.link.CloseLink();
   const ProbeWord word = Probe();
@@ -86,9 +46,9 @@ void ModeMachine::FirstConnect() {
       break;
     case ProbeWord::CheckSpeed:
       if (!window.visible) break;
-      // Nothing is detected in spite of the wording: the user is led to the port settings.
+      // Intentional: nothing is detected, whatever the question says. The port settings are shown instead.
       if (p_.platform.dialogs.AskYesNo("Bad response - try and autodetect modem?") && !overtaken()) {
-        ShowPortSetup();
+        p_.panels.ShowPortSetup();
         main.mode = ModemMode::Failed;
       }
       break;
@@ -96,18 +56,18 @@ void ModeMachine::FirstConnect() {
 }
 
 void ModeMachine::state_await_tml_intro() {
-  Begin({.run = [this] { Connect(); }, .connects = true});
+  p_.passages.Begin({.run = [this] { Connect(); }, .connects = true});
 }
 
 void ModeMachine::Connect() {
   TermControls& window = p_.window;
-  LeavePanel();
+  p_.panels.LeavePanel();
   p_.link.CloseLink();
   p_.layout.HideTextView();
   p_.main.mode = ModemMode::AwaitIntro;
-  UpdateModeMenu();
+  MarkMode(p_.window, p_.main.mode);
   p_.received.ClearRx();
-  ClearSession();
+  p_.reset.ClearSession();
   p_.layout.ShowCompactWindow();
   p_.layout.FocusScreen();
   window.frmNav.BringToFront();
@@ -117,9 +77,9 @@ void ModeMachine::Connect() {
       EnterByTagMode(true);
       break;
     case ProbeWord::None:
-    case ProbeWord::Busy:  // an address that cannot be used is not worth an hourglass without end
+    case ProbeWord::Busy:  // the LAN address cannot be used
       ShowPopUp(window, "No response.|Check connection to modem");
-      AwaitWatchdog();  // it is stopped after Offline
+      AwaitWatchdog();  // which is stopped in the mode Offline
       break;
     case ProbeWord::CheckSpeed:
       ShowPopUp(window,
@@ -136,39 +96,39 @@ ProbeWord ModeMachine::Probe() {
   return word;
 }
 
-/// The next connect is the watchdog's.
+/// Leaves the next attempt to connect to the watchdog.
 void ModeMachine::AwaitWatchdog() {
   p_.main.mode = ModemMode::Failed;
   p_.window.pointer = Pointer::Normal;
   p_.window.tmrWatchdog.enabled = true;
 }
 
-void ModeMachine::EnterByTagMode(bool tellsFailure) {
+void ModeMachine::EnterByTagMode(bool showsFailure) {
   p_.main.rxSeen = false;
   if (p_.link.EnterTagMode()) {
     EnterTerminalMode();
     return;
   }
-  if (!tellsFailure) return;
+  if (!showsFailure) return;
   TakeOffline(Farewell::Cancel);
   p_.link.CloseLink();
-  ShowPopUp(p_.window, "No Valid Response");  // last, as going offline clears what stands there
+  ShowPopUp(p_.window, "No Valid Response");  // last, since TakeOffline clears the popup
 }
 
 void ModeMachine::EnterTerminalMode() {
   p_.window.tmrWatchdog.enabled = true;
-  DropChanges();
-  ResetScreen();
+  p_.reset.DropChanges();
+  p_.reset.ResetScreen();
   p_.link.WriteText(kRepaint);
   if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
   p_.main.mode = ModemMode::Terminal;
   p_.main.tagSession = true;
-  UpdateModeMenu();
+  MarkMode(p_.window, p_.main.mode);
   Pause(p_.window.loop(), 0.2);
-  p_.link.WriteText(kRepaint);  // twice; that is meant
+  p_.link.WriteText(kRepaint);  // intentionally sent twice
   ShowPortLabel();
   p_.silence.Watch();
-  if (sessionOpened) sessionOpened();
+  p_.trace.SessionOpened();
 }
 
 void ModeMachine::ShowPortLabel() {
@@ -184,11 +144,11 @@ void ModeMachine::ShowPortLabel() {
   }
 }
 
-/// The farewell goes out on the link as long as it is open, and nothing opens it for that: over a serial port
-/// it is CAN, over the LAN what closing the link sends anyway.
+/// Says goodbye on an open link only, and never opens one for it. A serial modem is sent CAN; over the LAN,
+/// CloseLink sends what is needed.
 void ModeMachine::Disconnect() {
-  Begin([this] {
-    StopTimers();  // before the first wait, in which the watchdog would connect again
+  p_.passages.Begin([this] {
+    p_.reset.StopTimers();  // before the first wait, in which the watchdog could connect again
     {
       const ScopedFlag leaving(p_.main.leaving);
       const bool serial = !p_.link.LinkIsLan() && p_.platform.comPort.PortOpen();
@@ -200,288 +160,34 @@ void ModeMachine::Disconnect() {
 }
 
 void ModeMachine::ShutDown() {
-  Begin([this] {
+  p_.passages.Begin([this] {
     TakeOffline(Farewell::Cancel);
     p_.link.CloseLink();
   });
 }
 
-/// Ends the session. Closing the link is the caller's affair.
+/// Ends the session and enters the mode Offline. The caller closes the link.
 void ModeMachine::TakeOffline(Farewell farewell) {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();
-  CloseTrace();
-  EndSession();
+  p_.reset.CloseTrace();
+  p_.reset.StopTimers();
+  p_.reset.ClearSession();
+  p_.main.tagSession = false;
   if (p_.main.mode == ModemMode::Terminal && farewell == Farewell::Cancel) {
     const ScopedFlag leaving(p_.main.leaving);
     p_.link.SendCancel();
   }
-  window.pointer = Pointer::Normal;  // of a probe that was left
+  window.pointer = Pointer::Normal;  // a probe that was given up may have left the hourglass
   window.frmAux.visible = false;
   p_.layout.ShowCompactWindow();
   p_.layout.HideTextView();
   window.frmNav.visible = true;
   window.frmNav.BringToFront();
-  p_.layout.FocusScreen();  // and not to whatever comes behind a list or a panel that is gone
+  p_.layout.FocusScreen();  // the control that had the focus may have been hidden
   p_.main.rxSeen = false;
   p_.main.mode = ModemMode::Offline;
-  UpdateModeMenu();
-}
-
-void ModeMachine::EndSession() {
-  StopTimers();
-  ClearSession();
-  p_.main.tagSession = false;
-}
-
-/// Takes off the screen all that the unit has said: nobody is to take it for current.
-void ModeMachine::ClearSession() {
-  DropChanges();
-  ClearScreen();
-  p_.layout.HideLists();
-  p_.silence.Stop();
-  p_.status.Clear();
-}
-
-void ModeMachine::EnterPortSetup() {
-  Begin([this] { ShowPortSetup(); });
-}
-
-void ModeMachine::ShowPortSetup() {
-  TermControls& window = p_.window;
-  p_.layout.HideConnectPanels();
-  CloseTrace();
-  p_.portPanel.ShowRoute();
-  StopTimers();
-  switch (p_.main.mode) {
-    case ModemMode::PortSetup:
-      window.fmOnTab[kPortPanel].visible = false;
-      ReturnFromPanel();
-      return;
-    case ModemMode::TestInterface:
-      window.fmOnTab[kTestPanel].visible = false;
-      if (p_.link.EnsureLinkOpen()) p_.link.WriteText(kLeaveTestShell);
-      break;
-    case ModemMode::AtMode:
-      window.fmOnTab[kAtPanel].visible = false;
-      break;
-    case ModemMode::Terminal: {
-      p_.main.tagSession = true;
-      const ScopedFlag leaving(p_.main.leaving);
-      p_.link.SendCancel();
-      ClearSession();  // its keys lead nowhere now
-      break;
-    }
-    default:
-      break;
-  }
-  p_.main.rxSeen = false;
-  p_.link.CloseLink();
-  window.pointer = Pointer::Normal;
-  p_.layout.HideTextView();
-  p_.layout.HideLists();
-  p_.portPanel.Refresh();
-  p_.layout.ShowPanel(kPortPanel);
-  (p_.settings.config.lan.Get() ? window.frmLan : window.frmSerial).visible = true;
-  if (window.Active()) window.tabConnect.SetFocus();
-  p_.main.mode = ModemMode::PortSetup;
-  UpdateModeMenu();
-}
-
-void ModeMachine::EnterTestInterface() {
-  BeginPanel([this] {
-    const bool leaving = p_.main.mode == ModemMode::TestInterface;
-    LeaveForTextPanel();
-    if (leaving) {
-      p_.window.fmOnTab[kTestPanel].visible = false;
-      ReturnFromPanel();
-      return;
-    }
-    ShowTextPanel(kTestPanel);
-    TestPanel& panel = p_.window.testPanel;
-    panel.frmAero.visible = true;
-    p_.link.WriteText("\x18");
-    p_.link.WriteText("at+wquiltest\r\n");
-    if (p_.window.Active()) panel.txtRaw.SetFocus();
-    p_.main.mode = ModemMode::TestInterface;
-    for (OptionButton& option : panel.optRxTx) option.enabled = true;
-    UpdateModeMenu();
-  });
-}
-
-void ModeMachine::EnterAtMode() {
-  BeginPanel([this] {
-    const bool leaving = p_.main.mode == ModemMode::AtMode;
-    LeaveForTextPanel();
-    if (leaving) {
-      p_.window.fmOnTab[kAtPanel].visible = false;
-      p_.window.frmKeys.visible = true;
-      ReturnFromPanel();
-      return;
-    }
-    p_.main.rxSeen = false;
-    ShowTextPanel(kAtPanel);
-    p_.main.mode = ModemMode::AtMode;
-    UpdateModeMenu();
-    Begin([this] { FocusAtMode(); });
-  });
-}
-
-/// A passage of its own: the mode has been entered, and what went before must not begin again.
-void ModeMachine::FocusAtMode() {
-  PauseShort(p_.window.loop());
-  AtPanel& panel = p_.window.atPanel;
-  FocusAtPanel(p_.window);
-  if (!panel.optAutoSend.value) p_.window.defaultButton = &panel.cmdRawBytes;  // else Enter is to be sent
-}
-
-/// Leaves the mode there is for a panel with the text view, which needs an open link. The panel that is shown
-/// next takes the place of another.
-void ModeMachine::LeaveForTextPanel() {
-  StopTimers();
-  p_.layout.HideConnectPanels();
-  CloseTrace();
-  if (p_.main.mode == ModemMode::TestInterface) p_.link.WriteText(kLeaveTestShell);
-  if (p_.main.mode == ModemMode::Terminal) LeaveTerminal();
-}
-
-void ModeMachine::OpenDeviceManager() {
-  if (deviceManagerBusy_) return;
-  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  Begin([this, wasTerminal] {
-    {
-      const ScopedFlag busy(deviceManagerBusy_);
-      LeaveForWindow();
-      UpdateModeMenu();
-      TakeOffline(Farewell::Cancel);  // once more; it does no harm and is meant
-      p_.main.mode = ModemMode::DeviceManager;
-      frmDev(p_.window).ShowModal();
-    }
-    ReturnToTerminal(wasTerminal);
-  });
-}
-
-void ModeMachine::OpenPhoneBook() {
-  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
-  Begin([this, wasTerminal] {
-    LeaveForWindow();
-    p_.main.mode = ModemMode::DeviceManager;
-    UpdateModeMenu();
-    TakeOffline(Farewell::Cancel);  // the mode during the book is Offline; that is meant
-    frmBook(p_.window).ShowModal();
-    ReturnToTerminal(wasTerminal);
-  });
-}
-
-void ModeMachine::LeaveForWindow() {
-  CloseTrace();
-  StopTimers();
-  TakeOffline(Farewell::Cancel);
-  p_.link.SendCancel();
-}
-
-void ModeMachine::ReturnToTerminal(bool wasTerminal) {
-  if (wasTerminal && p_.main.mode != ModemMode::Closing) state_await_tml_intro();
-}
-
-void ModeMachine::GoUpgrade() {
-  Begin([this] {
-    TakeOffline(Farewell::Cancel);
-    p_.main.mode = ModemMode::Upgrade;
-    if (!upgrade_) upgrade_.emplace(p_.window);
-    upgrade_->visible = true;
-  });
-}
-
-void ModeMachine::SelectMub(int mub) {
-  p_.settings.config.mubselect.Set(std::to_string(mub));
-  RefreshMenuMarks();
-  // A connect that is on its way, or tried again from time to time, goes on to the one that is chosen now.
-  const ModemMode mode = p_.main.mode;
-  const bool reconnect = passage_.connects || mode == ModemMode::Terminal || mode == ModemMode::AwaitIntro ||
-                         mode == ModemMode::Failed;
-  p_.state.mubInfoText.clear();
-  p_.link.DoubtLogin();  // at once: what replaces this logs in again too
-  const auto run = [this, reconnect] {
-    StopTimers();  // the watchdog would connect to the old one in the wait
-    p_.link.LeaveMub();
-    TakeOffline(Farewell::Cancel);
-    p_.link.CloseLink();
-    p_.link.ForgetLogin();
-    p_.window.caption = p_.main.applicationTitle + ' ';
-    p_.state.mubChanged = true;
-    ReturnToTerminal(reconnect);
-  };
-  Begin({.run = run, .connects = reconnect});
-}
-
-void ModeMachine::RefreshMenuMarks() {
-  TermControls& window = p_.window;
-  const auto& config = p_.settings.config;
-  if (!config.erbaccess.Get() && !config.lan.Get()) {
-    window.mnuTelnet.visible = false;
-  } else {
-    window.mnuPort.visible = true;
-  }
-  const std::string selected = config.mubselect.Get();
-  window.mnuMasterONMaster.checked = selected == "0";
-  window.mnuSlaveONMaster.checked = selected == "1";
-  window.mnuMasterONSlave.checked = selected == "2";
-  window.mnuSlaveONSlave.checked = selected == "3";
-}
-
-void ModeMachine::Watchdog() {
-  // A second question would come over the one that is being answered.
-  if (p_.link.AsksPassword()) return;
-  // A failed connect is tried again whatever the line says: a key may have opened it to a modem that talks
-  // on.
-  if (p_.main.rxSeen && p_.main.mode != ModemMode::Failed) {
-    EndTick();
-  } else if (!reconnecting_) {
-    Begin([this] {
-      const ScopedFlag reconnecting(reconnecting_);
-      p_.link.CloseLink();
-      p_.platform.comPort.Open();  // over the LAN too, where it is of no use and does no harm
-      p_.platform.comPort.DiscardInput();
-      ShowPopUp(p_.window, "Trying to connect");
-      ResetScreen();
-      Connect();
-      EndTick();
-    });
-  }
-}
-
-void ModeMachine::EndTick() {
-  p_.main.rxSeen = false;
-  p_.window.caption = WindowCaption(p_.main, p_.state.mubInfoText);
-}
-
-void ModeMachine::LeavePanel() {
-  switch (p_.main.mode) {
-    case ModemMode::PortSetup:
-    case ModemMode::Failed:  // a wrong line speed has led to the panel
-      p_.window.fmOnTab[kPortPanel].visible = false;
-      break;
-    case ModemMode::TestInterface:
-      p_.window.fmOnTab[kTestPanel].visible = false;
-      p_.link.WriteText("quit\r\n");
-      p_.link.SendCancel();
-      Pause(p_.window.loop(), 0.005);
-      break;
-    case ModemMode::AtMode:
-      p_.window.fmOnTab[kAtPanel].visible = false;
-      p_.window.tmrRepeater.enabled = false;  // a line sent while the link closes would open it anew
-      break;
-    default:
-      break;
-  }
-}
-
-void ModeMachine::LeaveTerminal() {
-  const ScopedFlag leaving(p_.main.leaving);
-  p_.link.SendCancel();
-  ClearSession();
-  p_.link.SendCancel();
+  MarkMode(p_.window, p_.main.mode);
 }
 
 void ModeMachine::ReturnFromPanel() {
@@ -492,62 +198,100 @@ void ModeMachine::ReturnFromPanel() {
   }
 }
 
-void ModeMachine::ResetScreen() {
-  p_.grid.ResetScreenModel();
-  p_.main.rowsFrozen = false;  // by a walk of the modem's cursor, whose timer may never fire now
-  p_.main.screenHold = false;
+void ModeMachine::OpenDeviceManager() {
+  if (deviceManagerBusy_) return;
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
+  p_.passages.Begin([this, wasTerminal] {
+    {
+      const ScopedFlag busy(deviceManagerBusy_);
+      LeaveForWindow();
+      MarkMode(p_.window, p_.main.mode);
+      TakeOffline(Farewell::Cancel);  // intentionally repeated
+      p_.main.mode = ModemMode::DeviceManager;
+      frmDev(p_.window).ShowModal();
+    }
+    ReturnToTerminal(wasTerminal);
+  });
 }
 
-/// Forgets what an earlier session has changed and nobody has shown. What it has printed is the user's.
-void ModeMachine::DropChanges() {
-  ChangeFlags& flags = p_.state;
-  ChangeFlags kept;
-  kept.mubChanged = flags.mubChanged;  // the choice of another modem is to be shown
-  kept.printStart = flags.printStart;
-  kept.printData = flags.printData;
-  kept.printEnd = flags.printEnd;
-  flags = kept;
+void ModeMachine::OpenPhoneBook() {
+  const bool wasTerminal = p_.main.mode == ModemMode::Terminal;
+  p_.passages.Begin([this, wasTerminal] {
+    LeaveForWindow();
+    p_.main.mode = ModemMode::DeviceManager;
+    MarkMode(p_.window, p_.main.mode);
+    TakeOffline(Farewell::Cancel);  // intentional: the mode while the book is open is Offline
+    frmBook(p_.window).ShowModal();
+    ReturnToTerminal(wasTerminal);
+  });
 }
 
-void ModeMachine::ClearScreen() {
-  ResetScreen();
-  PaintRows(p_.window, p_.main, p_.state, p_.grid);
-  ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
+void ModeMachine::LeaveForWindow() {
+  p_.reset.CloseTrace();
+  p_.reset.StopTimers();
+  TakeOffline(Farewell::Cancel);
+  p_.link.SendCancel();
 }
 
-void ModeMachine::CloseTrace() {
-  const EventLoop::Wait wait(p_.window.loop());
-  if (closeTrace) closeTrace();
-  wait.Check();
+void ModeMachine::ReturnToTerminal(bool wasTerminal) {
+  if (wasTerminal && p_.main.mode != ModemMode::Closing) state_await_tml_intro();
 }
 
-void ModeMachine::ShowTextPanel(std::size_t panel) {
-  TermControls& window = p_.window;
-  p_.received.DiscardRx();  // what came while nobody looked
-  window.pointer = Pointer::Normal;
-  window.txtRx.SetText({});
-  window.txtRx.visible = true;
-  p_.layout.ShowPanel(panel);
-  p_.layout.HideLists();
-  p_.layout.FocusScreen();
+void ModeMachine::GoUpgrade() {
+  p_.passages.Begin([this] {
+    TakeOffline(Farewell::Cancel);
+    p_.main.mode = ModemMode::Upgrade;
+    if (!upgrade_) upgrade_.emplace(p_.window);
+    upgrade_->visible = true;
+  });
 }
 
-void ModeMachine::StopTimers() {
-  for (Control* control : p_.window.controls()) {
-    if (dynamic_cast<Timer*>(control) != nullptr) control->enabled = false;
-  }
-  ClearPopUp(p_.window);
-  if (!p_.main.rowsFrozen) return;
-  p_.main.rowsFrozen = false;
-  PaintRows(p_.window, p_.main, p_.state, p_.grid);
-}
-
-void ModeMachine::UpdateModeMenu() {
+void ModeMachine::SelectMub(int mub) {
+  p_.settings.config.mubselect.Set(std::to_string(mub));
+  MarkRoute(p_.window, p_.settings);
+  // A connect that is under way, or that the watchdog repeats, continues with the chosen MUB.
   const ModemMode mode = p_.main.mode;
-  p_.window.mnuTerminal.checked = mode == ModemMode::Terminal;
-  p_.window.mnuTest.checked = mode == ModemMode::TestInterface;
-  p_.window.mnuAT.checked = mode == ModemMode::AtMode;
-  p_.window.mnuPort.checked = mode == ModemMode::PortSetup;
+  const bool reconnect = p_.passages.Connecting() || mode == ModemMode::Terminal ||
+                         mode == ModemMode::AwaitIntro || mode == ModemMode::Failed;
+  p_.state.mubInfoText.clear();
+  p_.link.DoubtLogin();  // now, since a passage that replaces this one must log in again too
+  const auto run = [this, reconnect] {
+    p_.reset.StopTimers();  // the watchdog could connect to the old MUB during the wait
+    p_.link.LeaveMub();
+    TakeOffline(Farewell::Cancel);
+    p_.link.CloseLink();
+    p_.link.ForgetLogin();
+    p_.window.caption = p_.main.applicationTitle + ' ';
+    p_.state.mubChanged = true;
+    ReturnToTerminal(reconnect);
+  };
+  p_.passages.Begin({.run = run, .connects = reconnect});
+}
+
+void ModeMachine::Watchdog() {
+  // A reconnect would ask for the password again while the user is answering the first question.
+  if (p_.link.AsksPassword()) return;
+  // In the mode Failed bytes do not prove a session: a key may have opened the link to a modem that is
+  // sending.
+  if (p_.main.rxSeen && p_.main.mode != ModemMode::Failed) {
+    EndTick();
+  } else if (!reconnecting_) {
+    p_.passages.Begin([this] {
+      const ScopedFlag reconnecting(reconnecting_);
+      p_.link.CloseLink();
+      p_.platform.comPort.Open();  // over the LAN too, where it has no effect
+      p_.platform.comPort.DiscardInput();
+      ShowPopUp(p_.window, "Trying to connect");
+      p_.reset.ResetScreen();
+      Connect();
+      EndTick();
+    });
+  }
+}
+
+void ModeMachine::EndTick() {
+  p_.main.rxSeen = false;
+  p_.window.caption = WindowCaption(p_.main, p_.state.mubInfoText);
 }
 
 }  // namespace corvex

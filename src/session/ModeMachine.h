@@ -1,32 +1,30 @@
 #pragma once
 
-#include <functional>
 #include <optional>
-#include <utility>
 
 #include "link/modComSock.h"
 #include "link/modCommSupport.h"
-#include "panels/PortPanel.h"
 #include "platform/Platform.h"
+#include "session/PanelModes.h"
+#include "session/Passages.h"
+#include "session/SessionReset.h"
 #include "session/Silence.h"
-#include "session/StatusPanel.h"
 #include "settings/INIFuncs.h"
 #include "state/MainState.h"
 #include "state/ReceiveBuffer.h"
 #include "state/SessionState.h"
-#include "stream/TextGrid.h"
+#include "trace/TraceControl.h"
 #include "upgrade/frmUpgrade.h"
 #include "window/TermControls.h"
 #include "window/WindowLayout.h"
 
 namespace corvex {
 
-/// The main window's modes: how one passes into another, and exactly what goes out to the modem on each
-/// passage.
+/// The main window's modes apart from those of the service panels: how each is entered and left, and what the
+/// modem is sent on the way.
 ///
-/// All procedures wait by pumping events, so that clicks, ticks and received bytes can run inside any of
-/// them, the same procedures included. A passage that begins gives up whatever is waiting, and runs when that
-/// has unwound: so of two clicks the last one counts, without a further byte for the first.
+/// Each procedure waits by pumping events, so clicks, ticks and received bytes are handled during the wait.
+/// If one of them begins another passage, the first is given up (see Passages).
 class ModeMachine {
  public:
   struct Parts {
@@ -34,23 +32,24 @@ class ModeMachine {
     SettingsStore& settings;
     TermControls& window;
     WindowLayout& layout;
-    StatusPanel& status;
     Silence& silence;
-    PortPanel& portPanel;
+    TraceControl& trace;
     MainState& main;
     SessionState& state;
     ReceiveBuffer& received;
-    TextGrid& grid;
     TerminalLink& link;
     ModemProbe& probe;
+    Passages& passages;
+    SessionReset& reset;
+    PanelModes& panels;
   };
 
   explicit ModeMachine(const Parts& parts) : p_(parts) {}
 
-  /// The first connect after the start.
+  /// The first connect after the start of the program.
   void ConnectProbe();
 
-  /// The one way into the modem's menus from anywhere: leaves the present mode, probes, and enters.
+  /// Leaves the current mode, probes the modem and enters its menus.
   void state_await_tml_intro();
 
   /// Closes the link, then goes offline.
@@ -58,80 +57,41 @@ class ModeMachine {
   /// The terminal is switching off: goes offline, then closes the link.
   void ShutDown();
 
-  // The service panels. Each is a toggle: started while its own mode is on, it leaves it.
-  void EnterPortSetup();
-  void EnterTestInterface();
-  void EnterAtMode();
+  /// A service panel has been left. Goes back to the modem's menus if they had been entered before.
+  void ReturnFromPanel();
 
-  // Windows of their own. The first two return when the window has been closed, and then go back to the
-  // modem's menus if those had been left.
+  // Windows of their own. The first two return when the window has been closed. They then go back to the
+  // modem's menus if they were opened from there.
   void OpenDeviceManager();
   void OpenPhoneBook();
   void GoUpgrade();
 
-  /// Reaches another of the modems (0 to 3) behind the ERB unit from now on.
+  /// From now on connects to another of the MUBs (0 to 3) of the ERB unit.
   void SelectMub(int mub);
-  /// Shows in the menus which route and which modem the settings name.
-  void RefreshMenuMarks();
 
-  /// The tick of tmrWatchdog: connects anew if the modem has given no sign of life since the last one.
+  /// The tick of tmrWatchdog: connects again if nothing has been received since the last tick.
   void Watchdog();
 
-  /// Stops every timer of the window, and ends what would stay for ever without: the popup, and rows that
-  /// stand still until the modem's cursor has been walked.
-  void StopTimers();
-  void UpdateModeMenu();
-
-  /// Closes the master trace window if it is open; the modem can still be told. It waits.
-  std::function<void()> closeTrace;
-
-  /// The modem's menus have been entered.
-  std::function<void()> sessionOpened;
-
  private:
-  /// What the modem is told when its session ends.
+  /// What the modem is sent when its session ends.
   enum class Farewell { None, Cancel };
 
-  /// A passage that has begun, and what is done in its place if it cannot open the link.
-  struct Passage {
-    EventLoop::Task run;
-    EventLoop::Task otherwise = {};
-    bool connects = false;  ///< It ends in the modem's menus, if the modem answers.
-  };
-
-  void Begin(EventLoop::Task run) { Begin(Passage{std::move(run)}); }
-  void Begin(const Passage& passage);
-  void BeginPanel(EventLoop::Task run);
   void FirstConnect();
   void Connect();
   ProbeWord Probe();
   void AwaitWatchdog();
-  void EnterByTagMode(bool tellsFailure);
+  void EnterByTagMode(bool showsFailure);
   void EnterTerminalMode();
-  void TakeOffline(Farewell farewell);
-  void EndSession();
-  void ClearSession();
-  void ShowPortSetup();
-  void FocusAtMode();
-  void LeavePanel();
-  void LeaveTerminal();
-  void LeaveForTextPanel();
-  void LeaveForWindow();
-  void ReturnFromPanel();
-  void ShowTextPanel(std::size_t panel);
-  void CloseTrace();
-  void ResetScreen();
-  void DropChanges();
-  void ClearScreen();
   void ShowPortLabel();
+  void TakeOffline(Farewell farewell);
+  void LeaveForWindow();
   void ReturnToTerminal(bool wasTerminal);
   void EndTick();
 
   Parts p_;
-  Passage passage_;  ///< The one that is under way; empty at rest.
   std::optional<frmUpgrade> upgrade_;
   bool deviceManagerBusy_ = false;
-  bool reconnecting_ = false;  ///< By the watchdog.
+  bool reconnecting_ = false;  ///< The watchdog is connecting.
 };
 
 }  // namespace corvex

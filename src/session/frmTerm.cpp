@@ -6,8 +6,7 @@
 #include <system_error>
 #include <utility>
 
-#include "print/frmOptions.h"
-#include "session/frmAbout.h"
+#include "session/MenuMarks.h"
 #include "settings/SettingFonts.h"
 #include "window/PopUp.h"
 
@@ -47,19 +46,39 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
               .state = state_,
               .link = link_}),
       portPanel_(platform_, settings, *this),
-      modes_({.platform = platform_,
-              .settings = settings,
+      passages_(platform.loop, main_, link_),
+      reset_({.settings = settings,
               .window = *this,
               .layout = layout_,
               .status = status_,
               .silence = silence_,
-              .portPanel = portPanel_,
+              .trace = trace_,
+              .main = main_,
+              .state = state_,
+              .grid = grid_}),
+      panels_({.settings = settings,
+               .window = *this,
+               .layout = layout_,
+               .portPanel = portPanel_,
+               .main = main_,
+               .received = received_,
+               .link = link_,
+               .passages = passages_,
+               .reset = reset_}),
+      modes_({.platform = platform_,
+              .settings = settings,
+              .window = *this,
+              .layout = layout_,
+              .silence = silence_,
+              .trace = trace_,
               .main = main_,
               .state = state_,
               .received = received_,
-              .grid = grid_,
               .link = link_,
-              .probe = probe_}),
+              .probe = probe_,
+              .passages = passages_,
+              .reset = reset_,
+              .panels = panels_}),
       keys_({.platform = platform_,
              .window = *this,
              .main = main_,
@@ -82,17 +101,12 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
   txtRx.multiLine = true;
   txtRx.locked = true;
   for (TextBox* shown : {&txtPort, &txtSpeed, &txtData, &txtStopBits}) shown->locked = true;
-  tabConnect.BringToFront();  // its panels, which are zoomed, begin a little under it at the smallest
+  tabConnect.BringToFront();  // at the smallest zoom its panels begin slightly under it
   cmdCls.BringToFront();
   ConnectEvents();
-  keys_.Connect();
-  trace_.Connect();
-  test_.Connect();
-  rawCommands_.Connect();
-  dsp_.Connect();
 }
 
-/// The platform with the services through which the program asks its user.
+/// The platform with the dialogs and printers marked as modal.
 Platform frmTerm::With(Dialogs& dialogs, Printers& printers, const Platform& p) {
   return {.loop = p.loop,
           .windows = p.windows,
@@ -109,138 +123,6 @@ Platform frmTerm::With(Dialogs& dialogs, Printers& printers, const Platform& p) 
 
 frmTerm::~frmTerm() {
   Withdraw();
-}
-
-void frmTerm::ConnectEvents() {
-  link_.processReceived = [this] { dispatcher_.ProcessReceived(); };
-  tags_.onCompression = [this](TagToken kind, std::string_view toolTip) {
-    status_.ShowCompression(kind, toolTip);
-  };
-  tags_.traceToInstance = [this](std::int32_t channel, std::string_view text) {
-    trace_.TraceToInstance(channel, text);
-  };
-  scanner_.masterTrace = [this](std::string_view text) { trace_.TraceText(text); };
-  tags_.settle = [this](TagStream::Earlier what) { dispatcher_.Settle(what); };
-  probe_.named = [this] {
-    windows().SetApplicationTitle(main_.applicationTitle);
-    caption = WindowCaption(main_, state_.mubInfoText);
-  };
-  probe_.upgrade = [this](UpgradeOffer offer) { OfferUpgrade(offer); };
-  modes_.closeTrace = [this] { trace_.CloseMaster(); };
-  modes_.sessionOpened = [this] { trace_.SessionOpened(); };
-  dispatcher_.heard = [this] { silence_.Heard(); };
-  layout_.adjusted = [this] { status_.PlaceTime(); };
-  dispatcher_.dspInfo = [this](const std::string& numbers) { dsp_.SendDspMessage(numbers); };
-  keys_.panelKey = [this](const KeyEvent& key) { return rawCommands_.TakeKey(key); };
-  dispatcher_.shutdown = [this] { modes_.ShutDown(); };
-  dispatcher_.newPrintJob = [this] { printView_.NewPrintJob(); };
-  dispatcher_.printLine = [this](const std::string& lines) { printView_.PrintLine(lines); };
-  dispatcher_.printJobComplete = [this] { printView_.PrintJobComplete(); };
-
-  testLog_.ended = [this] { dispatcher_.LogEnded(); };
-
-  // A click while the program is closing must not start anything that talks to the modem.
-  const auto unlessClosing = [this](auto action) {
-    return [this, action] {
-      if (main_.mode != ModemMode::Closing) action();
-    };
-  };
-  cmdTop[0].click = unlessClosing([this] { modes_.state_await_tml_intro(); });
-  cmdTop[1].click = unlessClosing([this] {
-    if (main_.mode != ModemMode::DeviceManager) modes_.OpenDeviceManager();
-  });
-  mnuTerminal.click = unlessClosing([this] { modes_.state_await_tml_intro(); });
-  mnuTest.click = unlessClosing([this] { modes_.EnterTestInterface(); });
-  mnuAT.click = unlessClosing([this] { modes_.EnterAtMode(); });
-  // Only out of the mode: a second click, in the wait of the first, would lead into it again.
-  testPanel.cmdExitDSP.click = [this] {
-    if (main_.mode == ModemMode::TestInterface) modes_.EnterTestInterface();
-  };
-  atPanel.cmdRawQuit.click = [this] {
-    if (main_.mode == ModemMode::AtMode) modes_.EnterAtMode();
-  };
-  cmdCls.click = [this] {
-    txtRx.SetText({});
-    keys_.RestoreFocus();
-  };
-  mnuPort.click = unlessClosing([this] { modes_.EnterPortSetup(); });
-  mnuMapping.click = unlessClosing([this] { modes_.OpenDeviceManager(); });
-  mnuUpgrade.click = unlessClosing([this] { modes_.GoUpgrade(); });
-  mnuOffline.click = unlessClosing([this] { modes_.Disconnect(); });
-  mnuExit.click = [this] { Close(); };
-  mnuR2Print.click = unlessClosing([this] { frmOptions(*this, platform_, settings_).ShowModal(); });
-  mnuGPS.click = [this] { ToggleGps(); };
-  mnuZoomIn.click = unlessClosing([this] { layout_.ZoomIn(); });
-  mnuZoomOut.click = unlessClosing([this] { layout_.ZoomOut(); });
-  mnuSndBeep.click = [this] {
-    settings_.config.sound.SetBeep();
-    SetSoundMenu();
-  };
-  mnuSndOff.click = [this] {
-    settings_.config.sound.SetOff();
-    SetSoundMenu();
-  };
-  mnuMasterONMaster.click = unlessClosing([this] { modes_.SelectMub(0); });
-  mnuSlaveONMaster.click = unlessClosing([this] { modes_.SelectMub(1); });
-  mnuMasterONSlave.click = unlessClosing([this] { modes_.SelectMub(2); });
-  mnuSlaveONSlave.click = unlessClosing([this] { modes_.SelectMub(3); });
-  mnuManual.click = [this] { platform_.dialogs.MessageBox("Insert the user CD for your terminal"); };
-  mnuAbout.click = unlessClosing([this] { frmAbout(*this, settings_).ShowModal(); });
-  tabConnect.click = [this] {
-    frmSerial.visible = tabConnect.selected == 1;
-    frmLan.visible = tabConnect.selected == 2;
-  };
-  UpDownPort.change = unlessClosing([this] { portPanel_.StepPort(); });
-  UpDownSpeed.change = unlessClosing([this] { portPanel_.StepSpeed(); });
-  UpDownData.change = unlessClosing([this] { portPanel_.StepDataBits(); });
-  UpDownStopBits.change = unlessClosing([this] { portPanel_.StepStopBits(); });
-  cmdSaveSettings.click = unlessClosing([this] {
-    SavePortSettings(platform_.comPort, settings_);
-    modes_.EnterPortSetup();
-  });
-  chkEnableLAN.click = [this] { txtLanIP.enabled = chkEnableLAN.value; };
-  chkEnableERB.click = unlessClosing([this] {
-    portPanel_.StoreErb();
-    modes_.RefreshMenuMarks();
-    if (chkEnableERB.value) mnuTelnet.visible = true;
-  });
-  Command1.click = unlessClosing([this] {
-    portPanel_.StoreRoute();
-    link_.ForgetLogin();  // of the route before
-    modes_.RefreshMenuMarks();
-    modes_.EnterPortSetup();
-  });
-
-  tmrStart.tick = [this] {
-    tmrStart.enabled = false;
-    if (main_.mode != ModemMode::Closing && Active() && !Chosen()) modes_.ConnectProbe();
-  };
-  tmrWatchdog.tick = unlessClosing([this] { modes_.Watchdog(); });
-  tmrMsg.tick = [this] {
-    tmrMsg.enabled = false;
-    if (main_.mode != ModemMode::Closing) ClearPopUp(*this);
-  };
-  tmrResize.tick = [this] {
-    tmrResize.enabled = false;
-    if (main_.mode != ModemMode::Closing) layout_.Settle();
-  };
-  tmrSpawnBook.tick = unlessClosing([this] { modes_.OpenPhoneBook(); });
-
-  logCheck.tick = [this] { testLog_.Check(); };
-
-  activate = [this] { OnActivate(); };
-  deactivate = [this] { SavePosition(); };
-  resize = [this] {
-    if (windowState == WindowState::Minimized) {
-      modes_.StopTimers();
-      return;
-    }
-    const Pointer before = pointer;  // of a probe, perhaps
-    pointer = Pointer::Hourglass;
-    layout_.FollowSize();
-    pointer = before;
-  };
-  queryUnload = [this] { Close(); };
 }
 
 void frmTerm::Load() {
@@ -265,7 +147,7 @@ void frmTerm::Load() {
   layout_.ShowCompactWindow();
   ShowLogo();
   SetRowFont();
-  modes_.RefreshMenuMarks();
+  MarkRoute(*this, settings_);
   CorvexFocus1.SetFocus();
   grid_.ResetScreenModel();
   main_.rowsFrozen = false;
@@ -344,6 +226,17 @@ void frmTerm::OnActivate() {
   keys_.RestoreFocus();  // what the modem has shown meanwhile was not focused
 }
 
+void frmTerm::OnResize() {
+  if (windowState == WindowState::Minimized) {
+    reset_.StopTimers();
+    return;
+  }
+  const Pointer before = pointer;  // a probe may show the hourglass already
+  pointer = Pointer::Hourglass;
+  layout_.FollowSize();
+  pointer = before;
+}
+
 void frmTerm::ToggleGps() {
   const bool show = !lblGps[0].visible;
   settings_.config.showgps.Set(show);
@@ -370,7 +263,7 @@ void frmTerm::Close() {
   link_.SendCancel();
   SavePosition();
   Pause(loop(), 0.2);
-  modes_.StopTimers();
+  reset_.StopTimers();
   link_.CloseLink();
   Pause(loop(), 0.2);
   trace_.CloseMaster();

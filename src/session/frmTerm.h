@@ -12,7 +12,10 @@
 #include "session/Dispatcher.h"
 #include "session/Keys.h"
 #include "session/ModeMachine.h"
+#include "session/PanelModes.h"
+#include "session/Passages.h"
 #include "session/ScreenLists.h"
+#include "session/SessionReset.h"
 #include "session/Silence.h"
 #include "session/StatusPanel.h"
 #include "session/TestLog.h"
@@ -55,7 +58,18 @@ class frmTerm : public TermControls {
   TestInterface& test() { return test_; }
 
  private:
+  // Fill the events of the controls and of the session's parts.
   void ConnectEvents();
+  void ConnectStream();
+  void ConnectSession();
+  void ConnectModeMenu();
+  void ConnectOtherMenus();
+  void ConnectPortPanel();
+  void ConnectTimers();
+  void ConnectWindow();
+  /// A handler that does nothing once the program is closing, when no dialogue with the modem may begin.
+  EventLoop::Task UnlessClosing(EventLoop::Task action);
+
   void SetMenus();
   void OfferUpgrade(UpgradeOffer offer);
   void SetSoundMenu();
@@ -64,6 +78,7 @@ class frmTerm : public TermControls {
   void ShowLogo();
   void SetRowFont();
   void OnActivate();
+  void OnResize();
   void ToggleGps();
   void Close();
   /// Whether the user has chosen a mode before the first connect, which is then none of the start's affair.
@@ -90,6 +105,9 @@ class frmTerm : public TermControls {
   WindowLayout layout_;
   TraceControl trace_;
   PortPanel portPanel_;
+  Passages passages_;
+  SessionReset reset_;
+  PanelModes panels_;
   ModeMachine modes_;
   Keys keys_;
   PanelLink panelLink_;
