@@ -1,11 +1,13 @@
 #include "host/Arguments.h"
 
 #include <charconv>
+#include <chrono>
 #include <functional>
 #include <map>
 #include <utility>
 
 namespace corvex::simulation::host {
+
 namespace {
 
 template <typename Number>
@@ -30,7 +32,7 @@ bool ReadUpgrade(const std::string& word, UpgradeAnswer& answer) {
   return true;
 }
 
-/// A text that may pass the line, in a reply of the unit or in what the PC tells it.
+/// A text of printable ASCII, which can be sent over the line.
 bool ReadText(const std::string& word, std::string& text) {
   for (const char c : word) {
     if (c < ' ' || c > '~') return false;
@@ -39,6 +41,123 @@ bool ReadText(const std::string& word, std::string& text) {
   return true;
 }
 
+bool ReadName(const std::string& word, std::string& name) {
+  name = word;
+  return !word.empty();
+}
+
+bool ReadTime(const std::string& word, EventLoop::Time& time) {
+  double seconds = 0;
+  if (!ReadNumber<double>(word, 0, 3600, seconds)) return false;
+  time = std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(seconds));
+  return true;
+}
+
+/// Reads a number into an optional.
+template <typename Number>
+bool ReadOptional(const std::string& word, Number least, Number most, std::optional<Number>& number) {
+  Number read{};
+  if (!ReadNumber<Number>(word, least, most, read)) return false;
+  number = read;
+  return true;
+}
+
+/// Reads a command line word by word.
+class Parser {
+ public:
+  Arguments Parse(const std::vector<std::string>& words, std::string& error) {
+    for (auto word = words.begin(); word != words.end() && error.empty(); ++word) {
+      erbDescribed_ |= word->starts_with("--erb-");
+      if (const auto found = switches_.find(*word); found != switches_.end()) {
+        *found->second = true;
+      } else if (const auto option = values_.find(*word); option == values_.end()) {
+        error = "unknown option " + *word;
+      } else if (std::next(word) == words.end()) {
+        error = *word + " needs a value";
+      } else if (!option->second(*++word)) {
+        error = option->first + ": invalid value " + *word;
+      }
+    }
+    if (error.empty() && !read_.help) error = Contradiction();
+    if (error.empty()) Complete();
+    return std::move(read_);
+  }
+
+ private:
+  using Reader = std::function<bool(const std::string&)>;
+
+  /// What is wrong with the options as a whole; empty if nothing is.
+  std::string Contradiction() const {
+    if (read_.pty == read_.tcpPort.has_value()) return "give either --tcp or --pty";
+    if (read_.anyAddress && read_.pty) return "--any requires --tcp";
+    if (!read_.link.empty() && !read_.pty) return "--link requires --pty";
+    if (erbDescribed_ && !erbWanted_) return "the options of the ERB unit require --erb";
+    if (erbWanted_ && !read_.playFile.empty()) return "--play cannot be combined with --erb";
+    return {};
+  }
+
+  void Complete() {
+    read_.unit.seed = read_.faults.seed;
+    if (!erbWanted_) return;
+    erb_.serial = read_.pty;
+    erb_.unit = read_.unit;
+    read_.erb = std::move(erb_);
+  }
+
+  bool ReadMub(const std::string& word, MubState state) {
+    std::size_t number = 0;
+    if (!ReadNumber<std::size_t>(word, 0, ErbOptions::kMubs - 1, number)) return false;
+    erb_.mubs[number] = state;
+    return true;
+  }
+
+  template <typename Number>
+  Reader NumberReader(Number least, Number most, Number& number) {
+    return [least, most, &number](const std::string& word) {
+      return ReadNumber<Number>(word, least, most, number);
+    };
+  }
+  template <typename Number>
+  Reader NumberReader(Number least, Number most, std::optional<Number>& number) {
+    return [least, most, &number](const std::string& word) {
+      return ReadOptional<Number>(word, least, most, number);
+    };
+  }
+  template <typename Target>
+  Reader With(bool (*read)(const std::string&, Target&), Target& target) {
+    return [read, &target](const std::string& word) { return read(word, target); };
+  }
+
+  Arguments read_;
+  ErbOptions erb_;
+  bool erbWanted_ = false;
+  bool erbDescribed_ = false;  ///< An option of the ERB unit was given.
+
+  const std::map<std::string, bool*> switches_{
+      {"--help", &read_.help},      {"--any", &read_.anyAddress},     {"--pty", &read_.pty},
+      {"--tour", &read_.unit.tour}, {"--cut", &read_.faults.cut},     {"--silent", &read_.faults.silent},
+      {"--erb", &erbWanted_},       {"--erb-lingers", &erb_.lingers},
+  };
+  const std::map<std::string, Reader> values_{
+      {"--tcp", NumberReader<std::uint16_t>(0, 65535, read_.tcpPort)},
+      {"--link", With(ReadName, read_.link)},
+      {"--model", With(ReadText, read_.unit.modelReply)},
+      {"--upgrade", With(ReadUpgrade, read_.unit.upgrade)},
+      {"--speed", NumberReader<int>(50, 10'000'000, read_.speed)},
+      {"--play", With(ReadName, read_.playFile)},
+      {"--seed", NumberReader<std::uint32_t>(0, 1'000'000'000, read_.faults.seed)},
+      {"--garble", NumberReader<double>(0, 1, read_.faults.garble)},
+      {"--drop", NumberReader<double>(0, 1, read_.faults.drop)},
+      {"--late", With(ReadTime, read_.faults.late)},
+      {"--hangup", NumberReader<std::uint64_t>(1, UINT64_MAX, read_.faults.hangUpAfter)},
+      {"--erb-user", [this](const std::string& word) { return !word.empty() && ReadText(word, erb_.user); }},
+      {"--erb-password", With(ReadText, erb_.password)},
+      {"--erb-in-use", [this](const std::string& word) { return ReadMub(word, MubState::InUse); }},
+      {"--erb-broken", [this](const std::string& word) { return ReadMub(word, MubState::Broken); }},
+      {"--erb-delay", With(ReadTime, erb_.answerTime)},
+  };
+};
+
 }  // namespace
 
 const char* const kUsage =
@@ -46,134 +165,36 @@ const char* const kUsage =
     "\n"
     "  --tcp PORT        listen on a TCP port of this machine; 0 takes a free one\n"
     "  --any             with --tcp: on all addresses, not only 127.0.0.1\n"
-    "  --pty             make a pseudo terminal, to be opened like a serial port\n"
+    "  --pty             make a pseudo terminal, which opens like a serial port\n"
     "  --link PATH       with --pty: a symbolic link to it\n"
     "\n"
     "  --model TEXT      the reply to at+gmm (204417)\n"
-    "  --upgrade WORD    what it says about new software: protocol, disallowed,\n"
+    "  --upgrade WORD    the reply about software upgrades: protocol, disallowed,\n"
     "                    pwdisallowed or error (protocol)\n"
-    "  --tour            play through some screens until a key comes\n"
+    "  --tour            show some screens in turn until a key is pressed\n"
     "  --speed BAUD      send no faster than a serial line of this speed\n"
-    "  --play FILE       play a recorded session in place of the unit\n"
+    "  --play FILE       play a recorded session instead of the simulated unit\n"
     "\n"
-    "  --erb             four units as MUBs behind an ERB unit with its login; on\n"
-    "                    TCP, Corvex looks for one at --tcp 24\n"
-    "  --erb-user NAME   who may log in (root)\n"
-    "  --erb-password P  his password (zzz)\n"
+    "  --erb             an ERB unit with its login and four units as MUBs; on\n"
+    "                    TCP, Corvex expects it at --tcp 24\n"
+    "  --erb-user NAME   the user name of the login (root)\n"
+    "  --erb-password P  the password of the login (zzz)\n"
     "  --erb-in-use N    MUB N, 0 to 3, is in use; may be given several times\n"
     "  --erb-broken N    MUB N does not open; may be given several times\n"
-    "  --erb-lingers     a MUB whose user vanishes stays in use\n"
-    "  --erb-delay SECONDS  how long the ERB unit takes for each answer (0)\n"
+    "  --erb-lingers     a MUB stays in use after its connection is lost\n"
+    "  --erb-delay SECONDS  delay before each answer of the ERB unit (0)\n"
     "\n"
-    "  --seed N          other readings, and other faults (1)\n"
-    "  --garble SHARE    turn a bit in this share of the bytes sent, 0 to 1\n"
+    "  --seed N          seed of the simulated readings and of the faults (1)\n"
+    "  --garble SHARE    flip a bit in this share of the bytes sent, 0 to 1\n"
     "  --drop SHARE      lose this share of the bytes sent, 0 to 1\n"
-    "  --late SECONDS    send everything this much later\n"
-    "  --cut             send in odd pieces\n"
+    "  --late SECONDS    send everything with this delay\n"
+    "  --cut             send in pieces of random size\n"
     "  --silent          send nothing at all\n"
     "  --hangup N        hang up after sending N bytes\n"
-    "  --help            this text\n";
+    "  --help            show this text\n";
 
 Arguments ParseArguments(const std::vector<std::string>& words, std::string& error) {
-  Arguments arguments;
-  std::uint16_t port = 0;
-  std::uint64_t hangUp = 0;
-  ErbOptions erb;
-  bool erbWanted = false;
-  bool erbDescribed = false;
-
-  const auto readTime = [](const std::string& word, EventLoop::Time& time) {
-    double seconds = 0;
-    if (!ReadNumber<double>(word, 0, 3600, seconds)) return false;
-    time = std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(seconds));
-    return true;
-  };
-  const auto setMub = [&erb](const std::string& word, MubState state) {
-    std::size_t number = 0;
-    if (!ReadNumber<std::size_t>(word, 0, ErbOptions::kMubs - 1, number)) return false;
-    erb.mubs[number] = state;
-    return true;
-  };
-
-  const std::map<std::string, std::function<void()>> switches{
-      {"--help", [&] { arguments.help = true; }},
-      {"--any", [&] { arguments.anyAddress = true; }},
-      {"--pty", [&] { arguments.pty = true; }},
-      {"--tour", [&] { arguments.unit.tour = true; }},
-      {"--cut", [&] { arguments.faults.cut = true; }},
-      {"--silent", [&] { arguments.faults.silent = true; }},
-      {"--erb", [&] { erbWanted = true; }},
-      {"--erb-lingers", [&] { erb.lingers = true; }},
-  };
-  const std::map<std::string, std::function<bool(const std::string&)>> values{
-      {"--tcp",
-       [&](const std::string& word) {
-         if (!ReadNumber<std::uint16_t>(word, 0, 65535, port)) return false;
-         arguments.tcpPort = port;
-         return true;
-       }},
-      {"--link",
-       [&](const std::string& word) {
-         arguments.link = word;
-         return !word.empty();
-       }},
-      {"--model", [&](const std::string& word) { return ReadText(word, arguments.unit.modelReply); }},
-      {"--upgrade", [&](const std::string& word) { return ReadUpgrade(word, arguments.unit.upgrade); }},
-      {"--speed",
-       [&](const std::string& word) { return ReadNumber<int>(word, 50, 10'000'000, arguments.speed); }},
-      {"--play",
-       [&](const std::string& word) {
-         arguments.playFile = word;
-         return !word.empty();
-       }},
-      {"--seed",
-       [&](const std::string& word) {
-         return ReadNumber<std::uint32_t>(word, 0, 1'000'000'000, arguments.faults.seed);
-       }},
-      {"--garble",
-       [&](const std::string& word) { return ReadNumber<double>(word, 0, 1, arguments.faults.garble); }},
-      {"--drop",
-       [&](const std::string& word) { return ReadNumber<double>(word, 0, 1, arguments.faults.drop); }},
-      {"--erb-user", [&](const std::string& word) { return ReadText(word, erb.user) && !word.empty(); }},
-      {"--erb-password", [&](const std::string& word) { return ReadText(word, erb.password); }},
-      {"--erb-in-use", [&](const std::string& word) { return setMub(word, MubState::InUse); }},
-      {"--erb-broken", [&](const std::string& word) { return setMub(word, MubState::Broken); }},
-      {"--erb-delay", [&](const std::string& word) { return readTime(word, erb.answerTime); }},
-      {"--late", [&](const std::string& word) { return readTime(word, arguments.faults.late); }},
-      {"--hangup",
-       [&](const std::string& word) {
-         if (!ReadNumber<std::uint64_t>(word, 1, UINT64_MAX, hangUp)) return false;
-         arguments.faults.hangUpAfter = hangUp;
-         return true;
-       }},
-  };
-
-  for (auto word = words.begin(); word != words.end(); ++word) {
-    erbDescribed |= word->starts_with("--erb-");
-    if (const auto found = switches.find(*word); found != switches.end()) {
-      found->second();
-    } else if (const auto option = values.find(*word); option == values.end()) {
-      error = "unknown option " + *word;
-    } else if (std::next(word) == words.end()) {
-      error = *word + " needs a value";
-    } else if (!option->second(*++word)) {
-      error = option->first + ": " + *word + " will not do";
-    }
-    if (!error.empty()) return arguments;
-  }
-  arguments.unit.seed = arguments.faults.seed;
-  if (arguments.help) return arguments;
-  if (arguments.pty == arguments.tcpPort.has_value()) error = "one of --tcp and --pty must be given";
-  if (arguments.anyAddress && arguments.pty) error = "--any goes with --tcp";
-  if (!arguments.link.empty() && !arguments.pty) error = "--link goes with --pty";
-  if (erbDescribed && !erbWanted) error = "the options of the ERB unit go with --erb";
-  if (erbWanted && !arguments.playFile.empty()) error = "a recording is played without --erb";
-  if (erbWanted) {
-    erb.serial = arguments.pty;
-    erb.unit = arguments.unit;
-    arguments.erb = std::move(erb);
-  }
-  return arguments;
+  return Parser().Parse(words, error);
 }
 
 }  // namespace corvex::simulation::host

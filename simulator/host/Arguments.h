@@ -18,17 +18,18 @@ struct Arguments {
   bool anyAddress = false;
   bool pty = false;
   std::string link;
-  int speed = 0;  ///< bits per second, 0 for no limit
+  int speed = 0;  ///< Bits per second, 0 for no limit.
   std::string playFile;
   UnitOptions unit;
-  std::optional<ErbOptions> erb;  ///< the unit stands behind an ERB unit
+  std::optional<ErbOptions> erb;  ///< Set: the connection goes through an ERB unit.
   Faults faults;
 };
 
 /// The text of --help.
 extern const char* const kUsage;
 
-/// What is wrong stands in `error`; it is empty if nothing is.
+/// Reads the words after the program's name. `error` must be empty, and receives a message if they are
+/// invalid.
 Arguments ParseArguments(const std::vector<std::string>& words, std::string& error);
 
 }  // namespace corvex::simulation::host
