@@ -16,14 +16,14 @@ namespace corvex {
 
 namespace {
 
-/// Clears a flag and tells whether it was set.
+/// Clears a flag and returns whether it was set.
 bool Taken(bool& flag) {
   const bool was = flag;
   flag = false;
   return was;
 }
 
-/// Of what one event brings, as much as is worth showing: more would only hold up the window.
+/// The last 64 KiB of a text. To show more of one event would only slow down the window.
 std::string_view LastPart(std::string_view text) {
   constexpr std::size_t kWorthShowing = 64 * 1024;
   return text.substr(text.size() - std::min(text.size(), kWorthShowing));
@@ -51,7 +51,7 @@ void Dispatcher::ProcessReceived() {
       if (!p_.main.leaving) ServeFlags();
       break;
     default:
-      break;  // somebody else reads the buffer
+      break;  // another window reads the buffer
   }
 }
 
@@ -82,7 +82,7 @@ void Dispatcher::AppendToRx(std::string_view text) {
   constexpr std::size_t kBound = 5000;
   constexpr std::size_t kDropped = 4096;
   TextBox& view = p_.window.txtRx;
-  // As often as it takes: an event can bring more than is dropped at once, and so can the next.
+  // Several times if needed: one event can bring more than one drop removes.
   std::size_t dropped = 0;
   while (view.Text().size() > kBound + dropped) dropped += kDropped;
   view.Edit(0, dropped, {});
@@ -90,7 +90,8 @@ void Dispatcher::AppendToRx(std::string_view text) {
 }
 
 void Dispatcher::ServeMenu() {
-  // A menu has no soft keys. Those that come after it, in its pauses too, are shown.
+  // A menu starts without soft keys. Keys that arrive after the menu are shown, also those that arrive in the
+  // pauses of ShowMenu.
   if (!Taken(p_.state.keysAfterMenu)) {
     p_.state.softKeyText.fill({});
     ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
@@ -109,14 +110,14 @@ void Dispatcher::Settle(TagStream::Earlier what) {
   if (Taken(s.screenChanged)) p_.main.screenHold = false;
   if (!s.paintHold && Taken(s.rowsChanged)) PaintRows(p_.window, p_.main, s, p_.grid);
   if (Taken(s.closeChoice)) {
-    s.choiceChanged = false;  // by an older packet, or the list would have been closed before it came
+    s.choiceChanged = false;  // set by an older packet, whose list this one closes
     p_.lists.HideChoice();
   }
   if (PrintsApart()) ServePrint();
 }
 
-/// Whether print jobs of one event have to be served one by one. Where they add up in the print view they are
-/// one text. The settings are asked once an event, as it can hold thousands.
+/// Whether the print jobs of one event must be handled one by one. If the print view appends jobs, they can
+/// be handled as one text. The settings are read once per event, since one event can hold thousands of jobs.
 bool Dispatcher::PrintsApart() {
   const auto& printer = p_.settings.printer;
   if (!printsApart_) printsApart_ = !printer.always.IsFile() || !printer.fileuse.IsAppend();
@@ -126,7 +127,7 @@ bool Dispatcher::PrintsApart() {
 void Dispatcher::ServeFlags() {
   SessionState& s = p_.state;
   TermControls& window = p_.window;
-  // The order is fixed: when a burst sets several flags it decides what is seen in the end.
+  // The order is fixed. If a burst sets several flags, the order decides what is visible in the end.
   if (Taken(s.toneChanged)) p_.status.SoundTone();
   if (Taken(s.screenChanged)) p_.main.screenHold = false;
   if (Taken(s.sigChanged)) p_.status.ShowSignal();
@@ -157,7 +158,7 @@ void Dispatcher::ServeFlags() {
   if (Taken(s.userChanged)) p_.status.ShowUserInfo();
   if (Taken(s.spotChanged)) p_.status.ShowSpotBeam();
   if (Taken(s.shutdown) && shutdown) shutdown();
-  // Not after the end of the session, which has stopped the timers.
+  // Not after the end of the session, when the timers have been stopped.
   if (Taken(s.bookMode) && p_.main.mode == ModemMode::Terminal) window.tmrSpawnBook.enabled = true;
 }
 
@@ -181,13 +182,13 @@ void Dispatcher::PrintToPrinter() {
     return;
   }
   Font font = SettingFont(printer);
-  font.underline = false;  // whatever the settings say
+  font.underline = false;  // intentional, whatever the settings say
   if (!p_.platform.printers.PrintText(p_.state.printText, font)) TellOfPrinter(kPrintFailed);
 }
 
-/// In a task of its own, when nothing waits: the box must not hold up the stream. Once at a time: the modem
-/// may print a thousand jobs before somebody comes and answers the box. It would hold up a periodic log as
-/// well, and so comes after it.
+/// Shows the box in a task of its own, when nothing waits, so that it does not hold up the stream. Only one
+/// box is open at a time, since the modem may print a thousand jobs before the user answers. A box would also
+/// hold up a periodic log, so it is shown after the log.
 void Dispatcher::TellOfPrinter(std::string_view text) {
   if (telling_) return;
   if (p_.main.logTaken) {

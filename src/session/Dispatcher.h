@@ -19,9 +19,11 @@
 
 namespace corvex {
 
-/// What becomes of received bytes: by the main window's mode they are dropped, shown as text, or scanned, and
-/// then everything that the session's flags say has changed is shown, in one fixed order. It may be entered
-/// again while it waits; each flag is cleared before its action, so that a change is shown once.
+/// Handles received bytes. Depending on the main window's mode they are dropped, shown as text, or scanned.
+/// After a scan, everything whose flag is set in the session state is shown, in one fixed order.
+///
+/// ProcessReceived may be called again while it waits. Each flag is cleared before its action, so that a
+/// change is shown once.
 class Dispatcher {
  public:
   struct Parts {
@@ -41,16 +43,16 @@ class Dispatcher {
 
   void ProcessReceived();
 
-  /// See TagStream::settle.
+  /// Handles what an earlier packet of the same burst has set. See TagStream::settle.
   void Settle(TagStream::Earlier what);
 
   /// A periodic log has been taken.
   void LogEnded();
 
-  /// Appends text to the text view, which keeps its last part only.
+  /// Appends text to the text view, which keeps the last part only.
   void AppendToRx(std::string_view text);
 
-  // Where the actions of some flags lead outside the main window; an empty one does nothing.
+  // Actions outside the main window. An empty one does nothing.
   std::function<void()> newPrintJob;
   std::function<void(const std::string& lines)> printLine;
   std::function<void()> printJobComplete;
@@ -70,8 +72,8 @@ class Dispatcher {
 
   Parts p_;
   std::optional<bool> printsApart_;
-  bool telling_ = false;
-  std::string_view afterLog_;  ///< What is to be said of the printer when the log has been taken.
+  bool telling_ = false;       ///< A message box about the printer is open or about to open.
+  std::string_view afterLog_;  ///< The message about the printer to show after the log.
 };
 
 }  // namespace corvex

@@ -20,7 +20,7 @@ constexpr std::string_view kCursorUp = "\x1B[A";
 constexpr std::string_view kEnter = "\r";
 constexpr std::string_view kRefresh = "\x12";
 
-/// The row of a table in which the modem has its cursor.
+/// The row of a table that has the modem's cursor.
 constexpr int kCursorRow = 2;
 
 // Virtual key codes.
@@ -29,21 +29,21 @@ constexpr int kPrint = 42;
 constexpr int kF4 = 115;
 constexpr int kF7 = 118;
 
-/// Whether a key code is that of a letter or digit, which are their upper-case characters.
+/// Whether a key code is that of a letter or a digit. Their codes are the upper-case characters.
 bool IsCharacterKey(int keyCode) {
   return (keyCode >= '0' && keyCode <= '9') || (keyCode >= 'A' && keyCode <= 'Z') ||
          (keyCode >= 0xC0 && keyCode <= 0xFF);
 }
 
-/// A message or a print job lies over the modem's screen, which stays where it is. Its kind stands until the
-/// modem's next answer.
+/// Whether a screen covers another one, as messages and print jobs do. The covered screen stays. The kind of
+/// the covering screen is reported until the modem's next answer.
 bool LiesOver(ScreenKind kind) {
   return kind == ScreenKind::MsgScreen || kind == ScreenKind::PrintScreen;
 }
 
 }  // namespace
 
-/// A walk of the modem's cursor in a screen of one kind, from its beginning on.
+/// A walk of the modem's cursor on a screen of one kind. Lives as long as the walk.
 class Keys::Walk {
  public:
   Walk(Keys& keys, ScreenKind kind)
@@ -53,7 +53,7 @@ class Keys::Walk {
         began_(keys.p_.state.screenKind),
         escapes_(keys.escapes_) {}
 
-  /// Whether a key would still reach the screen for which it was meant.
+  /// Whether a key would still reach the screen that it is meant for.
   bool GoesOn() const {
     const ScreenKind kind = keys_.p_.state.screenKind;
     return keys_.p_.main.mode == ModemMode::Terminal && keys_.escapes_ == escapes_ &&
@@ -70,7 +70,7 @@ class Keys::Walk {
 
 void Keys::Connect() {
   TermControls& window = p_.window;
-  // Keys are for the modem's own screen. While the program closes there is none any more.
+  // These events count only while the modem's own screen is shown.
   const auto inTerminal = [this](auto action) {
     return [this, action](auto... argument) {
       if (p_.main.mode == ModemMode::Terminal && !p_.main.leaving) action(argument...);
@@ -100,7 +100,7 @@ void Keys::Connect() {
 }
 
 void Keys::Send(std::string_view bytes) {
-  // A link that has to be opened takes seconds, and a user presses again: those keys are not for what comes.
+  // It can take seconds to open the link. Keys that the user presses again in that time are ignored.
   if (opening_) return;
   {
     const ScopedFlag opening(opening_);
@@ -160,7 +160,7 @@ void Keys::RestoreFocus() {
 
 void Keys::ClickSoftKey(std::size_t index) {
   if (walking_) return;
-  // A choice list under a message is still the one that the key is for.
+  // A message may cover the choice list. The key is still meant for the list.
   const ScreenKind kind = p_.state.screenKind;
   const bool inChoice = kind == ScreenKind::ChoiceScreen || (LiesOver(kind) && p_.window.frmChoice.visible);
   if (!inChoice || MoveChoiceTo()) {
@@ -176,16 +176,17 @@ void Keys::ClickEscape() {
   RestoreFocus();
 }
 
-/// Walks the modem's cursor to the chosen row. False if it did not get there; the list may then open again.
+/// Walks the modem's cursor to the chosen row. Returns false if the walk stopped early; the list may then
+/// open again.
 bool Keys::MoveChoiceTo() {
   const int chosen = p_.window.ListChoice.listIndex;
-  // Where the modem's cursor stands on no item and the user has chosen none, there is nowhere to go.
+  // If the user has chosen no row, the modem's cursor stays where it is.
   const int distance = chosen < 0 ? 0 : chosen - ChoiceIndexOfCurrent(p_.state.choiceScreen);
   p_.window.frmChoice.visible = false;
   RestoreFocus();
   if (distance == 0) return true;
   const Walk walk(*this, ScreenKind::ChoiceScreen);
-  // The modem answers each step with the list, which must not open again.
+  // The modem answers each step with the list, which must not be shown again.
   p_.main.screenHold = true;
   try {
     WalkChoice(distance, walk);
@@ -198,7 +199,7 @@ bool Keys::MoveChoiceTo() {
   return false;
 }
 
-/// A walk was given up while the modem is in the list: it is shown with its cursor as far as it got.
+/// After a walk that was given up: shows the list again if the modem still shows it.
 void Keys::ShowChoiceAgain() {
   const ScreenKind kind = p_.state.screenKind;
   p_.main.screenHold = false;
@@ -227,7 +228,7 @@ void Keys::HandleEvents() {
 }
 
 void Keys::ChooseFromList() {
-  // A list that is left from before the screen was reset is none of the modem's.
+  // After a reset of the screen a list that is still visible is not the modem's.
   if (walking_ || !p_.window.frmChoice.visible || p_.state.screenKind == ScreenKind::NoScreen) return;
   if (!MoveChoiceTo()) return;
   const Walk walk(*this, ScreenKind::ChoiceScreen);
@@ -267,16 +268,17 @@ void Keys::ChooseFromMenu() {
   const std::string& key = list.Items()[static_cast<std::size_t>(selected - 1)].key;
   if (key == "MAIL") {
     PressSoftKey(2);
-  } else if (key == "LOCK") {  // no menu of today has such an entry; modems that lock theirs do
+  } else if (key == "LOCK") {  // only modems that can lock their menu have this entry
     PressSoftKey(1);
   } else if (key == "ESC") {
     SendEscape();
   } else {
-    SendMenuItem(selected - 1);  // "Exit Menu" stands in the first place
+    SendMenuItem(selected - 1);  // the first entry is "Exit Menu"
   }
 }
 
-/// Whether the key goes on is answered at once; what it does comes in its turn, after the keys before it.
+/// Reports at once whether the key is handled. Its action is posted, so that it runs after those of earlier
+/// keys.
 void Keys::KeyDown(KeyEvent& key) {
   const auto post = [this](auto action) { p_.window.loop().Post(action); };
   switch (p_.main.mode) {
@@ -285,7 +287,7 @@ void Keys::KeyDown(KeyEvent& key) {
     case ModemMode::PortSetup:
       return;
     case ModemMode::Failed:
-      // A wrong line speed leads to the port panel without its mode.
+      // After a wrong line speed the port panel is shown in this mode.
       if (p_.window.frmAux.visible && p_.window.fmOnTab[0].visible) return;
       break;
     default:
@@ -293,14 +295,14 @@ void Keys::KeyDown(KeyEvent& key) {
   }
   switch (key.keyCode) {
     case kF4:
-      if (key.alt) post([this] { ClickEscape(); });  // and does not close the window
+      if (key.alt) post([this] { ClickEscape(); });  // instead of closing the window
       break;
     case kF7:
     case kPrint:
       if (key.alt) post([this] { PrintWindow(); });
       break;
     case kTab:
-      // Their panels have controls to go through, and the modem no form.
+      // Tab moves through the controls of these panels.
       if (p_.main.mode == ModemMode::TestInterface || p_.main.mode == ModemMode::AtMode) return;
       post([this] {
         if (p_.state.screenKind == ScreenKind::FieldScreen && !LinkTaken(p_.main)) SendCursorDown();
@@ -316,9 +318,10 @@ void Keys::KeyDown(KeyEvent& key) {
   key.handled = true;
 }
 
-/// The soft key whose letter was pressed with Alt. Only the first two characters count, of which the first
-/// may be the "&": a letter further behind is underlined and does not work. A choice list is not walked. Both
-/// are meant.
+/// Presses the soft key whose letter was pressed with Alt.
+///
+/// Intentional: only the first two characters of a key's text count, of which the first may be "&". A letter
+/// further to the right is underlined but does not work. And a choice list is not walked first.
 void Keys::PressHotKey(int keyCode) {
   if (!IsCharacterKey(keyCode) || walking_) return;
   for (std::size_t place = 0; place < 2; ++place) {
@@ -334,7 +337,7 @@ void Keys::PressHotKey(int keyCode) {
 
 void Keys::TakeTyped(std::string_view text) {
   if (p_.window.frmChoice.visible) {
-    p_.window.ListChoice.SetFocus();  // the key itself is not sent
+    p_.window.ListChoice.SetFocus();  // the typed key itself is not sent
     return;
   }
   if (text == kEscape) ++escapes_;
@@ -342,10 +345,10 @@ void Keys::TakeTyped(std::string_view text) {
 }
 
 void Keys::ClickRow(int row) {
-  // Until the rows are painted again they do not show where the modem's cursor is: the second click of a
-  // double click would walk it on.
+  // While the rows are frozen they do not show where the modem's cursor is. The second click of a double
+  // click would move the cursor too far.
   if (p_.state.screenKind != ScreenKind::TableScreen || walking_ || p_.main.rowsFrozen) return;
-  FreezeRows();  // what the modem paints on the way must not be seen
+  FreezeRows();  // hides what the modem paints during the walk
   try {
     if (!WalkTable(row)) {
       p_.main.rowsFrozen = false;
@@ -359,7 +362,8 @@ void Keys::ClickRow(int row) {
   if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
 }
 
-/// Walks the modem's cursor to a row, or presses enter in its own. False if it did not get there.
+/// Walks the modem's cursor to a row, or presses enter if the cursor is there already. Returns false if the
+/// walk stopped early.
 bool Keys::WalkTable(int row) {
   const Walk walk(*this, ScreenKind::TableScreen);
   if (row == kCursorRow) p_.link.WriteText(kEnter);

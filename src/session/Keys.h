@@ -15,17 +15,17 @@
 
 namespace corvex {
 
-/// What the user does in the terminal area, turned into exactly the bytes that the modem's own handset would
-/// send:
+/// Turns the user's actions in the terminal area into exactly the bytes that the modem's own handset sends:
 ///
 ///   soft keys 1 to 5   characters 21, 9, 15, 16, 20     clear     ESC
 ///   cursor up, down    ESC [ A, ESC [ B                 enter     character 13
 ///   menu item          its id as number text            refresh   character 18
 ///
-/// The modem has a cursor of its own. Where the user has chosen another row of a choice list or a table, that
-/// cursor is walked there step by step, with events handled between the steps. Meanwhile the user can only
-/// clear: any other key would reach a screen that the user has not seen. A walk ends where it is when it is
-/// cleared, when the modem leaves the list, or when another passage between modes begins.
+/// The modem has a cursor of its own. If the user chooses another row of a choice list or a table, the
+/// modem's cursor is walked to that row, key by key, and events are handled between the keys. During a walk
+/// the only key that the user can send is clear, since any other would reach a screen that the user has not
+/// seen. A walk stops early when the user clears, when the modem leaves the list, or when another passage
+/// between modes begins.
 class Keys {
  public:
   struct Parts {
@@ -39,26 +39,26 @@ class Keys {
   };
 
   explicit Keys(const Parts& parts) : p_(parts) {}
-  /// Fills the events of the window that are keys to the modem.
+  /// Fills the window's events that lead to keys for the modem.
   void Connect();
-  /// Keys of a service panel come before; true if it was one.
+  /// Is offered each key first. Returns true if the key belongs to a service panel.
   std::function<bool(const KeyEvent&)> panelKey;
 
-  /// Keys 1 to 5; any other sends nothing.
+  /// `key`: 1 to 5; nothing is sent for any other number.
   void PressSoftKey(int key);
   void SendEscape();
   void SendCursorDown();
   void SendCursorUp();
-  /// An entry of the session's menu, from 1.
+  /// `item`: an entry of the session's menu, from 1.
   void SendMenuItem(int item);
   /// Walks the modem back to its top level.
   void SendEscapeSeries();
 
-  /// Whether a walk of the modem's cursor or a key is still on its way.
+  /// Whether the modem's cursor is being walked or a key waits for the link.
   bool Busy() const { return walking_ || opening_; }
 
-  /// Gives the focus to what takes keys at the moment, if the window is active and what is typed goes to the
-  /// modem: on its screen, and in the byte editor with auto send.
+  /// Gives the focus to the control that takes keys now. Does nothing if the window is not active or if typed
+  /// keys do not go to the modem. They do in the mode Terminal and in the byte editor with auto send.
   void RestoreFocus();
 
  private:
@@ -87,13 +87,13 @@ class Keys {
   void Refresh();
 
   void PrintWindow();
-  /// Opens the link if need be and sends; nothing while another key is waiting for the link.
+  /// Sends over the link, which is opened if necessary. Does nothing while another key waits for the link.
   void Send(std::string_view bytes);
 
   Parts p_;
   bool walking_ = false;
   bool opening_ = false;
-  unsigned escapes_ = 0;  ///< How often the user has cleared.
+  unsigned escapes_ = 0;  ///< How many times the user has cleared.
 };
 
 }  // namespace corvex

@@ -7,7 +7,7 @@ namespace corvex {
 
 namespace {
 
-/// A row with each character that is not to be seen, such as a line end, as one blank column.
+/// The row with a blank for each character that cannot be shown, such as a line end.
 std::string Printable(std::string_view row) {
   std::string text(row);
   std::replace_if(

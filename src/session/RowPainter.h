@@ -6,7 +6,7 @@
 
 namespace corvex {
 
-/// Shows the rows of the modem's screen that have changed, unless the main window holds them back.
+/// Paints the rows of the modem's screen that have changed, unless the main window holds painting back.
 void PaintRows(TermControls& window, const MainState& main, SessionState& state, TextGrid& grid);
 
 }  // namespace corvex

@@ -16,7 +16,8 @@ constexpr std::int16_t kDefaultIcon = 10;
 constexpr int kIcons = 64;
 constexpr double kRepaintTime = 0.02;  // seconds
 
-/// An item of a menu as the modem gives it: three characters of number, the label, "|" and the icon's number.
+/// The list entry of a menu item. The modem sends three characters with a number, the label, "|" and the
+/// number of the icon. Nothing if the "|" is missing.
 std::optional<ListItem> MenuEntry(const ScreenRecord::Item& item) {
   const auto parts = Split(item.text, '|');
   if (parts.size() < 2) return std::nullopt;
@@ -44,8 +45,8 @@ void FillMenuList(ListView& list, const ScreenRecord& record, const std::string&
     list.Add(std::move(*entry));
     if (record.items[i].id == record.current) list.selected = static_cast<int>(list.Items().size());
   }
-  // Only main level menus have titles without a number, and only they get the mail entry. A packet without a
-  // list in it is no main menu.
+  // Only menus of the main level have titles without a number, and only they get the mail entry. A packet
+  // without a list does not count as a main menu.
   const bool noList = record.title.empty() && record.count == 0;
   if (!record.numericTitle && !noList) list.Add({.key = "MAIL", .text = mailText, .icon = kMailIcon});
 }
@@ -58,8 +59,8 @@ void FillChoiceList(ListBox& list, const ScreenRecord& record) {
   }
 }
 
-/// Behind a list that is hidden while it has the focus typing goes on to the modem, and not to whatever the
-/// window system would focus next.
+/// Moves the focus from a list that is being hidden to the modem's screen. Otherwise the window system would
+/// choose the next control.
 void ScreenLists::FocusScreenFrom(const Control& list) {
   if (window_.Active() && list.HasFocus()) window_.CorvexFocus1.SetFocus();
 }
@@ -70,7 +71,7 @@ void ScreenLists::ShowMenu() {
   const int modals = window_.loop().ModalsOpen();
   if (showing_) {
     if (modals == modalsBelow_) return;
-    // A message box holds up the call below.
+    // A message box holds up the first call, so the menu is shown here and without pauses.
     menuWanted_ = false;
     window_.frmMenu.BringToFront();
     RevealMenu();
@@ -82,12 +83,12 @@ void ScreenLists::ShowMenu() {
     ShowInSteps();
   } catch (const WaitAbandoned& wait) {
     if (!wait.overdue || !menuWanted_) throw;
-    RevealMenu();  // midnight has come between: the modem is in this menu all the same
+    RevealMenu();  // a pause ran over midnight, but the modem still shows this menu
   }
 }
 
-/// A menu that comes in a pause takes the place of the one before. However fast they come, each round of the
-/// steps shows one.
+/// A menu that arrives during a pause replaces the one before. Each round shows one menu, however fast menus
+/// arrive.
 void ScreenLists::ShowInSteps() {
   const auto stillWanted = [&] {
     Pause(window_.loop(), kRepaintTime);
@@ -124,7 +125,7 @@ void ScreenLists::HideMenu() {
   if (window_.Active()) window_.frmKeys.BringToFront();
   window_.frmMenu.visible = false;
   window_.ListMenu.visible = false;
-  // In a panel that has been opened in a wait of the same burst the focus is where its user types.
+  // A service panel that was opened during the burst keeps the focus.
   if (window_.Active() && !window_.frmChoice.visible && main_.mode == ModemMode::Terminal)
     window_.CorvexFocus1.SetFocus();
 }
@@ -136,7 +137,7 @@ void ScreenLists::ShowChoice() {
   window_.frmChoice.visible = true;
   if (window_.Active()) window_.ListChoice.SetFocus();
   window_.ListChoice.BringToFront();
-  // Focused once more after the change of order, which can take the focus away.
+  // Intentionally repeated: the change of order can take the focus away.
   if (window_.Active()) window_.ListChoice.SetFocus();
 }
 

@@ -9,8 +9,8 @@
 
 namespace corvex {
 
-/// Builds the entries of a menu: "Exit Menu", the items, and on a main menu the mail entry. A record with an
-/// item that cannot be shown leaves the list empty; an empty record gives "Exit Menu" alone.
+/// Builds the entries of a menu: "Exit Menu", the items, and in a main menu the mail entry. If an item of the
+/// record is malformed, the list stays empty. An empty record gives "Exit Menu" alone.
 void FillMenuList(ListView& list, const ScreenRecord& record, const std::string& mailText);
 
 void FillChoiceList(ListBox& list, const ScreenRecord& record);
@@ -21,8 +21,8 @@ class ScreenLists {
   ScreenLists(TermControls& window, const MainState& main, SessionState& state)
       : window_(window), main_(main), state_(state) {}
 
-  /// Shows the menu of the session, in steps with short pauses so that the list is rebuilt unseen. Called
-  /// again in one of its own pauses it returns at once, and the call below shows the new menu.
+  /// Shows the session's menu. Hides the list, fills it and shows it again, with short pauses between the
+  /// steps. A call during one of these pauses returns at once, and the first call then shows the new menu.
   void ShowMenu();
   void HideMenu();
 
@@ -39,11 +39,11 @@ class ScreenLists {
   TermControls& window_;
   const MainState& main_;
   SessionState& state_;
-  bool menuWanted_ = false;  ///< ShowMenu has been called, and nothing has taken the menu away since.
-  bool showing_ = false;     ///< A ShowMenu stands on the stack,
-  int modalsBelow_ = 0;      ///< with so many modal windows below it.
-  unsigned menus_ = 0;       ///< Counts the menus that were to be shown,
-  unsigned filledMenu_ = 0;  ///< and which of them the list holds.
+  bool menuWanted_ = false;  ///< ShowMenu has been called and HideMenu has not been called since.
+  bool showing_ = false;     ///< ShowMenu is on the stack.
+  int modalsBelow_ = 0;      ///< The number of modal windows below ShowMenu on the stack.
+  unsigned menus_ = 0;       ///< Counts the calls of ShowMenu.
+  unsigned filledMenu_ = 0;  ///< The value of menus_ when the list was last filled.
 };
 
 }  // namespace corvex

@@ -8,13 +8,13 @@
 
 namespace corvex {
 
-/// Sees to it that nobody takes an old screen for a current one: when the modem has sent nothing for some
-/// seconds in its session, which it does not do as long as it lives, the screen is dimmed, with the position
-/// beside it, and the port indicator says since when. It does not depend on the window's timers, which stop
-/// with a minimised window.
+/// Marks the screen as old when the modem falls silent. If the modem has sent nothing for kLimit during its
+/// session, the screen and the position are dimmed, and the port indicator shows the time of the last byte.
+///
+/// Uses a timer of the event loop, since the window's timers stop while the window is minimised.
 class Silence {
  public:
-  /// A modem sends its time every second, and after 8 to 16 s of silence the watchdog connects again.
+  /// A working modem sends its time every second. The watchdog connects again after 8 to 16 s of silence.
   static constexpr EventLoop::Time kLimit = std::chrono::seconds(5);
 
   Silence(TermControls& window, const MainState& main) : window_(window), main_(main) {}
@@ -24,9 +24,9 @@ class Silence {
 
   /// A session has begun.
   void Watch();
-  /// The modem has sent something in it.
+  /// Something has been received in the session.
   void Heard();
-  /// It has ended.
+  /// The session has ended.
   void Stop();
 
  private:
@@ -39,8 +39,8 @@ class Silence {
   const MainState& main_;
   EventLoop::Time heard_{0};
   EventLoop::TimerId timer_ = 0;
-  std::string port_;  ///< What the port indicator showed before.
-  std::string portTip_;
+  std::string port_;     ///< The caption of the port indicator before the silence,
+  std::string portTip_;  ///< and its tool tip.
 };
 
 }  // namespace corvex

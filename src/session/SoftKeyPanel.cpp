@@ -9,7 +9,7 @@ namespace corvex {
 
 void ShowSoftKeys(TermControls& window, const MainState& main, const SessionState& state,
                   const SettingsStore& settings) {
-  std::optional<bool> ownImages;  // asked of the settings file only if there is an image
+  std::optional<bool> ownImages;  // read from the settings file only if a key has an image
   for (std::size_t key = 0; key < state.softKeyText.size(); ++key) {
     const std::string& text = state.softKeyText[key];
     const bool blank = TrimBlanks(text).empty();

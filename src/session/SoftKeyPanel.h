@@ -7,7 +7,7 @@
 
 namespace corvex {
 
-/// Shows the soft keys of the session on their buttons and images.
+/// Shows the soft keys of the session state on their buttons and images.
 void ShowSoftKeys(TermControls& window, const MainState& main, const SessionState& state,
                   const SettingsStore& settings);
 

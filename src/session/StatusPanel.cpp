@@ -9,14 +9,14 @@ namespace corvex {
 
 namespace {
 
-// Where the time stands with a zone behind it, and without; on a screen of the width that it is made with.
+// The left edge of the time with a time zone after it, and without one, at the design width of the screen.
 constexpr Twips kTimeLeftWithZone = 4905;
 constexpr Twips kTimeLeft = 6000;
 
 constexpr int kToneMilliseconds = 100;
 
 void ShowDegrees(Label& label, const std::string& text) {
-  // One blank means that there is no such sensor; a number that is too large is taken for the same.
+  // A single blank means that the modem has no such sensor. A number that is too large is treated alike.
   const bool tooLarge = IsNumeric(text) && !ToInt16(text);
   if (text == " " || tooLarge) {
     label.visible = false;
@@ -32,9 +32,9 @@ void ShowDegrees(Label& label, const std::string& text) {
 void StatusPanel::SoundTone() {
   if (!settings_.config.sound.IsBeep()) return;
   const auto now = window_.loop().Now();
-  if (now < toneEnds_) return;  // one at a time
+  if (now < toneEnds_) return;  // only one tone at a time
   const int hertz = (state_.toneValue + 10) * 3 + 280;
-  if (hertz <= 0) return;  // so low a value is no tone
+  if (hertz <= 0) return;  // too low for a tone
   toneEnds_ = now + std::chrono::milliseconds(kToneMilliseconds);
   sound_.Beep(hertz, kToneMilliseconds);
 }
@@ -55,7 +55,7 @@ void StatusPanel::ShowTime() {
 }
 
 void StatusPanel::PlaceTime() {
-  // Without a zone the time stands over the old one, whose text stays.
+  // Without a zone the time covers the zone's place; the text of the old zone stays.
   const std::int64_t left = state_.zoneText.empty() ? kTimeLeft : kTimeLeftWithZone;
   Rect rect = window_.lblTime.rect;
   rect.left = static_cast<Twips>(left * window_.frmScreen.rect.Get().width / TermControls::kScreenWidth);
@@ -91,7 +91,7 @@ void StatusPanel::ShowMubInfo() {
 }
 
 void StatusPanel::ShowUserInfo() {
-  // Any text with these letters counts, inside a longer word too.
+  // Intentional: these letters count inside a longer word too.
   window_.mnuUpgrade.enabled = !Contains(UpperCase(state_.userInfoText), "USER");
 }
 
@@ -122,7 +122,7 @@ void StatusPanel::Clear() {
   state_.spotInfoText.clear();
   ShowSpotBeam();
   window_.lblSpot.toolTip = "Spot Beam Selection";
-  // The logs read the position too.
+  // Cleared in the session state too, since the periodic logs read it there.
   state_.gpsPosText.clear();
   state_.gpsHeadText.clear();
   ShowGpsPosition();

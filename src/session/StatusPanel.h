@@ -11,8 +11,8 @@
 
 namespace corvex {
 
-/// The indicators around the terminal area. Each procedure shows one of the session's values when the
-/// dispatcher finds its flag set.
+/// The indicators around the terminal area. Each procedure shows one value of the session state; the
+/// dispatcher calls it when the value has changed.
 class StatusPanel {
  public:
   StatusPanel(TermControls& window, MainState& main, SessionState& state, const SettingsStore& settings,
@@ -21,8 +21,8 @@ class StatusPanel {
 
   void SoundTone();
   void ShowSignal();
-  void ShowTime();   ///< A time tag also counts as a sign of life of the modem.
-  void PlaceTime();  ///< In proportion to the width of the screen, which has changed.
+  void ShowTime();   ///< Also tells the watchdog that the modem is alive.
+  void PlaceTime();  ///< Places the time after the width of the screen has changed.
   void ShowMail(bool waiting);
   void ShowSim(bool inUse);
   void ShowTemperature();
@@ -33,7 +33,7 @@ class StatusPanel {
   void ShowUserInfo();
   void ShowSpotBeam();
   void ShowCompression(TagToken kind, std::string_view toolTip);
-  /// Takes all readings away, as none is current any more.
+  /// Clears all indicators, since none of the values is current any more.
   void Clear();
 
  private:

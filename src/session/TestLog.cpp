@@ -15,18 +15,18 @@ namespace corvex {
 namespace {
 
 constexpr double kPause = 0.3;
-/// After a pause so much longer, in seconds, nobody knows where the macro stands.
+/// If a step takes this much longer than planned, in seconds, the macro cannot know which screen is shown.
 constexpr double kHeldUp = 2;
 
-/// A pause that runs over midnight is given up only a minute later, and the log with it. So none is begun so
-/// late that it might.
+/// No log begins in the last minute of a day. A pause over midnight is given up, and the log would be lost
+/// with it.
 constexpr double kLastStart = 86400 - 60;
 
 const std::string& Row(const TermControls& window, std::size_t row) {
   return window.corvexLbl[row].caption.Get();
 }
 
-/// Whether a row holds "PIN" as a word, which a number may follow: "SIM PIN2:", but not "SHIPPING".
+/// Whether a row contains the word "PIN", alone or with a digit after it: "SIM PIN2:", but not "SHIPPING".
 bool AsksForPin(std::string_view text) {
   constexpr std::string_view kWord = "PIN";
   const std::string row = UpperCase(text);
@@ -40,7 +40,7 @@ bool AsksForPin(std::string_view text) {
   return false;
 }
 
-/// Whether the screen asks for a PIN, be it shown or not painted yet.
+/// Whether the screen asks for a PIN, also if the row has not been painted yet.
 bool AsksForPin(const TermControls& window, const SessionState& state) {
   constexpr std::size_t kRow = 3;
   return AsksForPin(Row(window, kRow)) ||
@@ -53,8 +53,8 @@ std::string_view From(std::string_view text, std::size_t place) {
 
 }  // namespace
 
-/// One run of the macro. Once it cannot go on nothing here does anything any more, so that the steps need not
-/// ask. A wait that is given up leaves Run.
+/// One run of the macro. When it cannot go on, all later steps do nothing, so the steps need no checks. A
+/// wait that is given up leaves Run by an exception.
 class TestLog::Macro {
  public:
   explicit Macro(const Parts& parts) : p_(parts) {}
@@ -88,7 +88,7 @@ class TestLog::Macro {
     Line("Position shown as " + p_.state.gpsPosText);
   }
 
-  /// Its four pages make 21 lines. Each is written as soon as it has been read, as the session may end.
+  /// The four pages make 21 lines. Each line is written at once, since the session may end.
   void ReadStatusTable() {
     constexpr std::size_t kNumberRow = 3;
     constexpr std::size_t kNumberPlace = 18;
@@ -96,17 +96,17 @@ class TestLog::Macro {
     for (const char key : {'9', '8', '2'}) PressAndWait(key);
     if (GoesOn())
       p_.main.statusNumber = From(Row(p_.window, kNumberRow), kNumberPlace).substr(0, kNumberSize);
-    ReadPage(7);  // the last of these rows is the signal display; that is meant
+    ReadPage(7);  // intentional: the last of these rows is the signal display
     Line(std::string(10, ' '));
     TurnPage();
-    ReadPage(5);  // without the last line, in whose place the third page begins; that is meant
+    ReadPage(5);  // intentional: the third page begins on the last line of the second
     TurnPage();
     ReadPage(6);
     TurnPage();
     ReadPage(6);
   }
 
-  /// The first row read is the third, in which the unit's cursor stands.
+  /// Begins with the third row, which has the modem's cursor marker.
   void ReadPage(std::size_t lastRow) {
     constexpr std::size_t kMarker = 3;
     Line(From(Row(p_.window, 2), kMarker));
@@ -122,8 +122,8 @@ class TestLog::Macro {
     Wait();
   }
 
-  /// The unit prints them: one behind the second soft key, the others out of its menu of logs, which stays
-  /// open.
+  /// Lets the modem print its logs: one with the second soft key, the others from its menu of logs, which
+  /// stays open.
   void PrintLogs() {
     SoftKey(2);
     Wait();
@@ -184,8 +184,8 @@ class TestLog::Macro {
   void Wait() {
     Spend(kPause, [this] { Pause(p_.window.loop(), kPause); });
   }
-  /// Does what takes so many seconds. If it takes longer a message box or a window has held it up: the user
-  /// is at something else now.
+  /// Runs an action that should take this many seconds. If it takes longer, a message box or a window has
+  /// held it up, and the user is doing something else.
   void Spend(double seconds, const std::function<void()>& act) {
     if (!GoesOn()) return;
     const EventLoop& loop = p_.window.loop();
@@ -196,8 +196,8 @@ class TestLog::Macro {
   }
 
   bool GoesOn() const { return !lost_ && p_.main.mode == ModemMode::Terminal; }
-  /// A PIN that is asked for in the middle would be wrong by the macro's digits, and three wrong ones lock
-  /// the card. The keys behind the first that was held back would lead astray.
+  /// The macro's digits would be a wrong PIN, and three wrong PINs lock the SIM card. The run ends with the
+  /// first key that is not sent, since the next keys would go to a wrong screen.
   bool MayType() {
     lost_ = lost_ || AsksForPin(p_.window, p_.state);
     return GoesOn();
@@ -216,13 +216,13 @@ void TestLog::Check() {
   if (p_.main.mode != ModemMode::Closing) p_.window.logCheck.enabled = true;
 }
 
-/// Whether a message box or a window is open that holds up the others. A box that the log's own print jobs
-/// have caused does not count: nobody is there to answer it.
+/// Whether a message box or a modal window is open. A box about the log's own print jobs does not count,
+/// since the user may be away.
 bool TestLog::BoxOpen(const Parts& parts) {
   return parts.window.loop().ModalsOpen() > parts.main.ownBoxes;
 }
 
-/// What is held up here is done at a later check, as its time is not yet stored.
+/// If this returns false, the log is taken at a later check, since the time has not been stored yet.
 bool TestLog::MayBegin() const {
   return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
          !BoxOpen(p_) && !AsksForPin(p_.window, p_.state) &&
@@ -236,14 +236,14 @@ void TestLog::TakeLog() {
     const frmSDI::LogInProgress log(p_.page);
     try {
       GenerateTestLog();
-    } catch (const WaitAbandoned&) {  // the session is being left: the file gets what has been gathered
+    } catch (const WaitAbandoned&) {  // the session is being left; the part taken so far is saved
     }
     Save();
   }
   if (ended) ended();
 }
 
-/// What cannot be saved stays in the print view and is saved with the next log.
+/// A log that cannot be saved stays in the print view and is saved with the next one.
 void TestLog::Save() {
   const std::string name = LogFileName(p_.window.loop(), p_.main.statusNumber);
   if (taking_ && p_.page.SaveLogToFile(name)) taking_ = false;

@@ -12,13 +12,12 @@
 
 namespace corvex {
 
-/// Snapshots of the terminal's condition, taken at intervals while the user is away: a macro walks through
-/// the modem's menus by the keys that a user would press, and what it reads on the screens, together with
-/// what it has the modem print, is saved in a file.
+/// Takes a log of the terminal's condition at intervals. A macro walks through the modem's menus with the
+/// keys that a user would press. The text of the screens and the modem's own printouts are saved in a file.
 ///
-/// The keys are blind: each is meant for the screen that the ones before have led to. So the macro ends where
-/// its session does, and when a message box or a modal window opens, without another byte, and types nothing
-/// into a question for a PIN. The user's own keys mix with its keys.
+/// The macro does not see where it is: each key is meant for the screen that the keys before lead to. So it
+/// stops, and sends nothing more, when its session ends or when a message box or a modal window opens. It
+/// types nothing into a question for a PIN. Keys that the user presses meanwhile are sent too.
 class TestLog {
  public:
   struct Parts {
@@ -33,16 +32,16 @@ class TestLog {
 
   explicit TestLog(const Parts& parts) : p_(parts) {}
 
-  /// The tick of logCheck: takes a log if one is due.
+  /// The tick of logCheck. Takes a log if one is due.
   void Check();
 
-  /// The program is about to end: saves what a log that is being taken has gathered so far.
+  /// The program is about to end. Saves the part of a log that has been taken so far.
   void Finish() { Save(); }
 
-  /// A log has been taken.
+  /// Called when a log has been taken.
   std::function<void()> ended;
 
-  /// The macro: writes the log to the print view. Takes about half a minute.
+  /// Runs the macro, which writes the log to the print view. Takes about half a minute.
   void GenerateTestLog();
 
  private:
@@ -54,7 +53,7 @@ class TestLog {
   void Save();
 
   Parts p_;
-  bool taking_ = false;  ///< A log is being taken and not yet saved.
+  bool taking_ = false;  ///< A log has been begun and has not been saved yet.
 };
 
 }  // namespace corvex

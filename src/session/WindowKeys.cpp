@@ -18,7 +18,7 @@ bool TakeWindowKey(const KeyEvent& key, const MainState& main, TermControls& win
   const bool help = key.keyCode == kF1 && !key.ctrl && !key.alt && !key.shift;
   const bool port = key.keyCode == 'P' && key.ctrl && !key.alt && !key.shift;
   if (!help && !port) return false;
-  if (key.repeated) return true;  // a key held down must not go in and out of the panel
+  if (key.repeated) return true;  // a key that is held down must not open and close the panel again and again
   window.loop().Post([help, &window, &dialogs] {
     if (help) {
       dialogs.MessageBox(kHints);

@@ -7,9 +7,9 @@ namespace corvex {
 
 class Dialogs;
 
-/// The keys that are the window's own unless the keyboard is the modem's, which it is in the mode Terminal:
-/// F1 shows what a user without a connection may try, and the menu entries have their shortcuts. What a key
-/// starts runs after the call. True if the key was one of them.
+/// Handles the window's own keys: F1 shows hints for a user without a connection, and Ctrl+P opens the port
+/// setup. In the mode Terminal all keys belong to the modem. The action runs after this call. Returns true if
+/// the key was handled.
 bool TakeWindowKey(const KeyEvent& key, const MainState& main, TermControls& window, Dialogs& dialogs);
 
 }  // namespace corvex

@@ -5,7 +5,7 @@
 
 namespace corvex {
 
-/// The about box. Shown modally; Enter and Esc close it as the button does.
+/// The about box. It is modal. The button, Enter and Esc close it.
 class frmAbout : public Form {
  public:
   frmAbout(Form& owner, const SettingsStore& settings);
@@ -15,7 +15,7 @@ class frmAbout : public Form {
   Label lblVersion{
       *this, {.name = "lblVersion", .rect = {1425, 225, 3450, 375}, .font = {.size = 10, .bold = true}}};
   Label lblbuild{*this, {.name = "lblbuild", .rect = {1425, 600, 3450, 300}}};
-  Label lblConf{*this, {.name = "lblConf", .rect = {1475, 900, 3400, 300}}};  // no blank before it as above
+  Label lblConf{*this, {.name = "lblConf", .rect = {1475, 900, 3400, 300}}};  // intentional: no leading blank
   Line Line1{*this, {.name = "Line1", .rect = {225, 1425, 4650, 0}}};
   Label lblDisclaimer{*this,
                       {.name = "lblDisclaimer",

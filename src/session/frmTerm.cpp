@@ -131,8 +131,8 @@ void frmTerm::Load() {
   SetMenus();
   RestorePosition();
   platform_.windows.SetApplicationTitle("");
-  caption = main_.applicationTitle;  // empty until the terminal has been named
-  settings_.printer.path.Get();      // its first reading stores the path
+  caption = main_.applicationTitle;  // empty until the modem has been detected
+  settings_.printer.path.Get();      // the first reading stores the path
   LoadPortSettings(platform_.comPort, settings_);
   portPanel_.Refresh();
   frmMenu.visible = false;
@@ -155,14 +155,14 @@ void frmTerm::Load() {
   std::filesystem::current_path(settings_.AppFolder(), ignored);
   state_.paintHoldDefault = true;
   state_.terminalModel = TerminalModel::Unknown;
-  // From here on the window is seen. What follows waits, and is given up for what the user chooses meanwhile.
+  // The window is visible from here on. The waits below are given up if the user chooses a mode.
   visible = true;
   try {
     link_.CloseLink();
   } catch (const WaitAbandoned& wait) {
-    if (!wait.overdue) throw;  // else midnight has come between, and the start goes on
+    if (!wait.overdue) throw;  // a pause over midnight does not stop the start
   }
-  // The first connect is for the active window only, and the system decides in its own time which that is.
+  // Only an active window connects at the start, and the window system may take a moment to activate it.
   const auto limit = loop().Now() + kActivationTime;
   for (EventLoop::Wait wait(loop()); !Active() && loop().Now() < limit;) wait.Pump(limit);
   tmrStart.enabled = !Chosen();
@@ -172,7 +172,7 @@ void frmTerm::SetMenus() {
   const auto& config = settings_.config;
   mnuDspTest.visible = config.testmode.Get();
   const std::string phone = config.phone.Get();
-  if (phone != "R2" && phone != "R1") return;  // the two families are served alike, no other is
+  if (phone != "R2" && phone != "R1") return;  // only these two families have menus
   mnuTest.visible = config.testmode.Get();
   mnuMapping.visible = config.configmode.Get();
   cmdTop[1].visible = config.configmode.Get();
@@ -181,7 +181,7 @@ void frmTerm::SetMenus() {
   mnuAT.visible = config.atmode.Get();
 }
 
-/// Only a refusal hides the entry, and only the lack of a password shows it again; that is meant.
+/// Intentional: only a refusal hides the entry, and only a missing password shows it again.
 void frmTerm::OfferUpgrade(UpgradeOffer offer) {
   mnuUpgrade.enabled = offer == UpgradeOffer::Allowed;
   if (offer == UpgradeOffer::NoPassword) mnuUpgrade.visible = true;
@@ -223,7 +223,7 @@ void frmTerm::OnActivate() {
   lblGps[0].visible = show;
   mnuGPS.checked = show;
   logCheck.enabled = true;
-  keys_.RestoreFocus();  // what the modem has shown meanwhile was not focused
+  keys_.RestoreFocus();  // lists that came while the window was inactive have not been focused
 }
 
 void frmTerm::OnResize() {
@@ -241,19 +241,19 @@ void frmTerm::ToggleGps() {
   const bool show = !lblGps[0].visible;
   settings_.config.showgps.Set(show);
   lblGps[0].visible = show;
-  mnuGPS.checked = false;  // both ways, until the window is next activated; that is meant
+  mnuGPS.checked = false;  // intentional: unchecked either way until the window is activated again
 }
 
 void frmTerm::Close() {
   if (std::exchange(closing_, true)) return;
   testLog_.Finish();
-  // Not a part of the farewell, which takes a short time only. The session goes on meanwhile.
+  // The user may take any time to answer, and the session goes on meanwhile.
   if (!printView_.ClosePrintForm()) {
     closing_ = false;
     return;
   }
   main_.mode = ModemMode::Closing;
-  // Whatever the steps below are waiting for, an endless wait further down the stack included, ends here.
+  // Ends every wait, also an endless one further down the stack.
   loop().After(kClosingTime, [this] {
     SavePosition();
     loop().End();

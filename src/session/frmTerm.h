@@ -32,22 +32,21 @@
 
 namespace corvex {
 
-/// The main window and the root of the program: it owns the session, the link and everything between them,
-/// and connects the window's events to them. The program starts by making it and calling Load, and ends with
-/// it.
+/// The main window and the root of the program. It owns the session, the link and everything between them,
+/// and connects the window's events to them. The program creates it, calls Load, and runs until it closes.
 class frmTerm : public TermControls {
  public:
-  /// What the end of the program may take in all, whatever it is waiting for. The farewell over the LAN, the
-  /// longest there is, has left by then.
+  /// The longest time that closing may take, whatever waits. It is enough to say goodbye over the LAN, which
+  /// takes longest.
   static constexpr EventLoop::Time kClosingTime = std::chrono::milliseconds(850);
 
-  /// How long the start waits for the window to become the active one.
+  /// How long Load waits for the window to become the active one.
   static constexpr EventLoop::Time kActivationTime = std::chrono::milliseconds(500);
 
   frmTerm(const Platform& platform, SettingsStore& settings);
   ~frmTerm() override;
 
-  /// Sets everything up, shows the window, and starts the timer of the first connect.
+  /// Sets everything up, shows the window and starts the timer of the first connect. Waits.
   void Load();
 
   const MainState& main() const { return main_; }
@@ -81,7 +80,7 @@ class frmTerm : public TermControls {
   void OnResize();
   void ToggleGps();
   void Close();
-  /// Whether the user has chosen a mode before the first connect, which is then none of the start's affair.
+  /// Whether the user has chosen a mode already, so that the start must not connect.
   bool Chosen() const { return main_.passage > 0; }
 
   static Platform With(Dialogs& dialogs, Printers& printers, const Platform& platform);

@@ -7,8 +7,8 @@
 
 namespace corvex {
 
-/// Sets a list's icon spacing from two numbers in pixels, horizontal and vertical, with a comma between them.
-/// A text that cannot be read is told to the user and the spacing stays.
+/// Sets a list's icon spacing from a text with two numbers in pixels, "horizontal,vertical". If the text is
+/// invalid, a message box reports it and the spacing does not change.
 void SetListSpacing(ListView& list, std::string_view spacing, Dialogs& dialogs);
 
 }  // namespace corvex

@@ -16,7 +16,7 @@ namespace {
 namespace chrono = std::chrono;
 using LocalTime = chrono::sys_seconds;
 
-constexpr std::string_view kForm = "0000-00-00 00:00:00";  // digits at the noughts, the rest as it stands
+constexpr std::string_view kForm = "0000-00-00 00:00:00";  // each 0 stands for a digit
 
 LocalTime Now(const EventLoop& loop) {
   return LocalTime(chrono::seconds(loop.LocalSeconds()));
@@ -68,8 +68,8 @@ bool LogDue(const EventLoop& loop, SettingsStore& settings) {
   }
   const auto time = TimeOf(last);
   if (!time) return false;
-  // By the minutes as a clock shows them: from 10:00:59 to 10:01:00 it is one. A clock that was put back
-  // counts like one that was put forward.
+  // Counts the minutes that a clock shows: from 10:00:59 to 10:01:00 is one minute. A clock that was set back
+  // counts like one that was set forward.
   const auto minutes = (chrono::floor<chrono::minutes>(now) - chrono::floor<chrono::minutes>(*time)).count();
   return std::abs(minutes) >= settings.logging.interval.Get() && Store(Stamp(now), settings);
 }

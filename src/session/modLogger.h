@@ -5,19 +5,18 @@
 #include "platform/EventLoop.h"
 #include "settings/INIFuncs.h"
 
-// When a periodic log is due, and what its file is called.
+// Decides when a periodic log is due, and names its file.
 
 namespace corvex {
 
-/// Whether the interval has gone by since the last log; then the next one begins now. The first call only
-/// begins it. Where that cannot be stored, and where what is stored is no time, no log is due and nothing
-/// changes: a log at every check would fill the disk.
+/// Whether the interval has passed since the last log. If so, the time of the last log becomes now. The first
+/// call only stores the time. If the time cannot be stored, or if the stored text is not a time, no log is
+/// due and nothing changes: a log at every check would fill the disk.
 ///
-/// Times are stored as "2006-03-31 14:05:09" whatever the system's own form is, so that they can be read back
-/// everywhere.
+/// Times are stored in the form "2006-03-31 14:05:09" on every system.
 bool LogDue(const EventLoop& loop, SettingsStore& settings);
 
-/// "Blog03311405.txt" on 31 March at 14:05. The number from the status table was once a part of it.
+/// "Blog03311405.txt" on 31 March at 14:05. The number from the status table is not used (intended).
 std::string LogFileName(const EventLoop& loop, const std::string& statusNumber);
 
 }  // namespace corvex
