@@ -21,9 +21,9 @@ struct BrokenText {
   std::vector<std::size_t> breaks;  ///< Positions of the soft breaks in `shown`.
 };
 
-/// Inserts a soft break wherever a line would exceed kLongestLine characters. Every change of a line lays it
-/// out again as a whole; on a line of a megabyte that takes a third of a second. `before`: the text before
-/// the insertion point.
+/// Returns `text` with a soft break wherever a line would exceed kLongestLine characters. Every change of a
+/// line lays it out again as a whole; with a line of a megabyte that takes a third of a second. `before`: the
+/// text before the insertion point.
 BrokenText Broken(std::string_view before, std::string_view text) {
   constexpr std::size_t kLongestLine = 4096;
   before.remove_prefix(before.size() - std::min(before.size(), kLongestLine));
@@ -322,7 +322,7 @@ void frmSDI::Delete() {
 void frmSDI::ShowFind() {
   if (asking_) return;
   const ScopedFlag asking(asking_);
-  constexpr std::size_t kMostSearched = 255;  // nobody searches for more than that
+  constexpr std::size_t kMostSearched = 255;  // the longest search text taken from the selection
   const std::string selected = SelectedText().substr(0, kMostSearched);
   find_.findChanged = true;
   frmFind form(*this, find_, selected.empty() ? find_.findText : selected, [this] { FindNext(); });

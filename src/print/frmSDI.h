@@ -44,8 +44,8 @@ class frmSDI : public Form {
   /// keep the window open, if the text could not be saved, or if another dialog of the window is open.
   bool ClosePrintForm();
   /// Saves the text under `name` in the program's folder and closes the window without a question. If saving
-  /// fails, the window stays open and keeps the text as unsaved. While the user is answering one of the
-  /// window's dialogs, the text is saved but the window stays open.
+  /// fails, the view keeps the text as unsaved, so that it is not lost. While the user is answering one of
+  /// the window's dialogs, the text is saved but the window stays open.
   bool SaveLogToFile(const std::string& name);
 
   Frame picToolbar{*this, {.name = "picToolbar", .rect = {0, 0, kInnerWidth, kToolbarHeight}}};

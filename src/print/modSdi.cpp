@@ -23,7 +23,7 @@ std::optional<std::size_t> FindAsIs(std::string_view text, std::string_view what
                                     int direction) {
   if (what.empty()) return std::nullopt;
   if (direction == FindState::kDown) return Place(text.find(what, start));
-  // Intentional: an upward search skips a match that ends right before the caret.
+  // Intentional: the first upward search skips a match that starts one character before the caret.
   return start < 2 ? std::nullopt : Place(text.rfind(what, start - 2));
 }
 
@@ -57,8 +57,8 @@ bool AutoSave::Save(const std::function<std::string(std::size_t place)>& from) n
     if (!saved) return false;
     size_ = fs::file_size(path_);
     time_ = fs::last_write_time(path_);
-    // If the size is wrong, the file was written in part or changed by somebody else. The next Save then
-    // writes all.
+    // A wrong size means that the file was written in part or changed by somebody else. The next Save then
+    // replaces it.
     const std::size_t all = before + added.size();
     if (size_ == kHeader.size() + all + kCrLf.size()) written_ = all;
     return true;

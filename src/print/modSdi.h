@@ -58,8 +58,7 @@ class AutoSave {
 
   Files& files_;
   std::string path_;
-  std::size_t written_ =
-      kNothing;  ///< Number of characters, from the start of the text, that are known to be in the file.
+  std::size_t written_ = kNothing;  ///< Number of leading characters that are in the file.
   /// Size and modification time of the file after the last save.
   std::uintmax_t size_ = 0;
   std::filesystem::file_time_type time_;
