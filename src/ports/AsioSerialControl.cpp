@@ -93,8 +93,8 @@ class AsioSerialControl::Line {
       dropsFlight_ = inFlight_ > 0;
     }
     OnThread([this] {
-      // Cancel the current write first: once the system's queue is empty, the line would accept that write at
-      // once. The read is cancelled too and starts again.
+      // Cancel the current write first: otherwise the line would accept it as soon as the system's queue is
+      // empty. The read is cancelled too and starts again.
       std::error_code ignored;
       port_.cancel(ignored);
       DiscardUnsent(handle_);

@@ -93,15 +93,15 @@ bool SetUpLine(LineHandle line, const LineSettings& settings) {
   if (settings.parity == Parity::Mark || settings.parity == Parity::Space) return false;
 #endif
   attributes.c_cflag |= CREAD | CLOCAL | DataBitsFlag(settings.dataBits) | ParityFlags(settings.parity);
-  // CSTOPB means 1.5 stop bits with five data bits and 2 stop bits with more. If 1.5 were requested with more
-  // data bits, 2 are sent, which a receiver accepts.
+  // CSTOPB means 1.5 stop bits with five data bits and 2 stop bits with more. If 1.5 is requested with more
+  // than five data bits, 2 are sent, which a receiver accepts.
   if (settings.stopBits != StopBits::One) attributes.c_cflag |= CSTOPB;
   if (settings.rtsCts) attributes.c_cflag |= CRTSCTS;
   attributes.c_cc[VMIN] = 1;
   attributes.c_cc[VTIME] = 0;
   if (cfsetspeed(&attributes, static_cast<speed_t>(settings.speed)) != 0) return false;
   if (tcsetattr(line, TCSANOW, &attributes) != 0) return false;
-  // Some units are powered by these lines or answer only while they are raised. A pseudo terminal does not
+  // Some units draw power from these lines, or answer only while they are raised. A pseudo terminal does not
   // have them.
   const int lines = settings.rtsCts ? TIOCM_DTR : TIOCM_DTR | TIOCM_RTS;
   (void)ioctl(line, TIOCMBIS, &lines);

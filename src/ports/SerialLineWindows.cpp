@@ -24,7 +24,7 @@ constexpr char kXoff = 19;
 std::wstring SystemName(const std::string& device) {
   std::wstring name;
   for (const char c : device) name += static_cast<wchar_t>(static_cast<unsigned char>(c));  // Latin-1
-  // Without the prefix, names after COM9 do not work.
+  // Without the prefix, COM9 is the highest name that works.
   return name.starts_with(L'\\') ? name : L"\\\\.\\" + name;
 }
 
@@ -91,7 +91,7 @@ bool SetUpLine(LineHandle line, const LineSettings& settings) {
   dcb.fDsrSensitivity = FALSE;
   dcb.fOutxDsrFlow = FALSE;
   dcb.fOutxCtsFlow = settings.rtsCts ? TRUE : FALSE;
-  // Some units are powered by these lines or answer only while they are raised.
+  // Some units draw power from these lines, or answer only while they are raised.
   dcb.fDtrControl = DTR_CONTROL_ENABLE;
   dcb.fRtsControl = settings.rtsCts ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_ENABLE;
   dcb.fOutX = settings.xonXoff ? TRUE : FALSE;

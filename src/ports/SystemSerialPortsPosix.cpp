@@ -64,8 +64,8 @@ std::string Product(const fs::path& entry) {
   return {};
 }
 
-/// Returns the group that may read and write the device; empty for the group root, which a user should not be
-/// told to join.
+/// Returns the group that may read and write the device. Empty if there is none, or if the group is root,
+/// which a user should not be told to join.
 std::string GroupOf(const fs::path& device) {
   struct stat status {};
   constexpr mode_t kReadAndWrite = S_IRGRP | S_IWGRP;
