@@ -20,7 +20,7 @@ class PtyPort : public Port {
 
   bool Open(std::string& error) override;
   void Send(std::string_view bytes) override;
-  /// Closes the pseudo terminal, which hangs up, and opens a new one.
+  /// Hangs up by closing the pseudo terminal, then opens a new one.
   void HangUp() override;
 
  private:

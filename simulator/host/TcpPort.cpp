@@ -31,7 +31,7 @@ void SetOptions(tcp::socket& socket) {
 #endif
 }
 
-/// Rejects an address if another program listens on it, but accepts one with leftover old connections.
+/// Rejects an address on which another program listens, but not one that is only held by old connections.
 void SetOptions(tcp::acceptor& listener) {
 #ifdef _WIN32
   SetOption(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, 1);

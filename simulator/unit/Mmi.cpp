@@ -289,7 +289,7 @@ void Mmi::Refresh() {
     if (rows[i] != drawn_[i]) changes += MoveTo(kFirstRow + static_cast<int>(i), kFirstColumn) + rows[i];
   }
   drawn_ = rows;
-  // The escape sequence at the end lets a reader that waits for the end of the text see it.
+  // The escape sequence marks the end of the text for a reader that waits for it.
   if (!changes.empty()) send_(changes.append(kHome));
 }
 

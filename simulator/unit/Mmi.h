@@ -17,7 +17,7 @@ namespace corvex::simulation {
 /// draws the current screen.
 class Mmi {
  public:
-  /// How long a message is shown, and how long a number that may have another digit waits for it.
+  /// How long a message is shown, and how long the unit waits for another digit of a number.
   static constexpr EventLoop::Time kMessageTime = std::chrono::milliseconds(2200);
   static constexpr EventLoop::Time kNumberWait = std::chrono::milliseconds(150);
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 /// The unit's user interface as a table: the contents of each screen, and the target of each key. Mmi knows
-/// how each kind of screen is drawn and operated, but no individual screen.
+/// how each kind of screen is drawn and operated, but nothing about individual screens.
 ///
 /// Texts may contain placeholders such as {position}, which are replaced when the screen is drawn; see
 /// Status::Text.

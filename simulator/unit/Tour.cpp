@@ -6,7 +6,7 @@ namespace corvex::simulation {
 namespace {
 
 struct TourStep {
-  int milliseconds;  ///< how long the previous screen stays before the key
+  int milliseconds;  ///< delay before the key, while the previous screen is shown
   std::string_view bytes;
 };
 

@@ -36,7 +36,7 @@ struct UnitOptions {
 ///
 /// It starts as a modem that takes AT commands. One command starts the tag stream, in which the unit shows
 /// its man-machine interface and takes keys. Another one starts the test shell. The character CAN or a
-/// hang-up ends both.
+/// hang-up returns to AT commands.
 class Unit {
  public:
   using Options = UnitOptions;

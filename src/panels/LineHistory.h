@@ -6,7 +6,8 @@
 
 namespace corvex {
 
-/// The history of sent lines, newest first, with the line that the user was typing before browsing it.
+/// The history of sent lines, newest first. Also keeps the line that the user was typing before browsing the
+/// history.
 class LineHistory {
  public:
   static constexpr std::int16_t kEntries = 10;

@@ -18,7 +18,7 @@ namespace corvex {
 namespace {
 
 /// Whether a running program has claimed the device with a lock file that holds its process id. Such programs
-/// do not look at the locks that OpenLine sets, but their open calls fail because of them.
+/// do not check the locks that OpenLine sets, but the locks make their open calls fail.
 bool ClaimedByLockFile(const std::filesystem::path& device) {
   std::error_code failed;
   const std::filesystem::path target = std::filesystem::canonical(device, failed);

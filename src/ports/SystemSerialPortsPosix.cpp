@@ -30,8 +30,8 @@ bool Exists(const fs::path& path) {
   return fs::exists(path, failed);
 }
 
-/// Whether an entry of the kernel's list has real hardware. Consoles have none. Numbers that are reserved for
-/// ports on the main board have a device but type 0.
+/// Whether an entry of the kernel's list has real hardware. Consoles have no device. Entries that are
+/// reserved for ports on the main board have a device, but their type is 0.
 bool IsReal(const fs::path& entry) {
   return Exists(entry / "device") && ReadLine(entry / "type") != "0";
 }

@@ -23,8 +23,8 @@ class SoftBreaks {
 
   /// Converts a position in the displayed text to one in the real text.
   std::size_t InText(std::size_t shown) const;
-  /// Converts a position in the real text to one in the displayed text. At a soft break, the result is the
-  /// position after or before the line end.
+  /// Converts a position in the real text to one in the displayed text. At a soft break, AfterBreak returns
+  /// the position after the line end and BeforeBreak the one before it.
   std::size_t AfterBreak(std::size_t place) const;
   std::size_t BeforeBreak(std::size_t place) const;
   /// Returns the real text between two positions of the displayed text `shown`.

@@ -104,7 +104,8 @@ class frmOptions : public Form {
 
   const Platform platform_;
   const SettingsStore& settings_;
-  Font chosenFont_;      ///< The last choice in the font dialog, for either section.
+  /// The font last chosen in the font dialog. Save stores it in the section of the chosen print action.
+  Font chosenFont_;
   bool asking_ = false;  ///< A dialog box of this window is open.
 };
 
