@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and starts the program on the built-in simulated terminal unit. With no display
-# it does so on a virtual one, lets the unit play a short session, and leaves a picture of it in build/demo.png.
+# Installs missing packages, builds the program, and starts it on the simulated terminal unit. Without a display,
+# it uses a virtual one: the unit plays a short session, and a picture of it is saved in build/demo.png.
 # Usage: ./run.sh [--serial]     --serial: over a pseudo terminal at 115200 baud instead of TCP
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -20,7 +20,7 @@ packages=("${packages_build[@]}" "${packages_run[@]}")
 scripts/ensure-packages.sh "${packages[@]}"
 scripts/build.sh release corvex corvex-simulator
 
-# A copied executable is an installation of its own, with its settings beside it.
+# A copied executable is a separate installation with its own settings.
 demo=build/demo
 mkdir -p "$demo"
 cp -u build/release/bin/corvex "$demo/corvex"

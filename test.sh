@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs all tests, those with windows on a virtual display.
+# Installs missing packages, builds, and runs all tests. Tests with windows run on a virtual display.
 # Usage: ./test.sh [PRESET]     release (default), debug or asan
 set -euo pipefail
 cd "$(dirname "$0")"

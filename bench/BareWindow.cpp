@@ -1,7 +1,7 @@
 #include <QApplication>
 #include <QWidget>
 
-/// A window with nothing in it: what the start and the memory of the program are compared with.
+/// An empty window. The program's start time and memory are compared with it.
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QWidget window;

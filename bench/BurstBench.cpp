@@ -23,15 +23,15 @@
 #include "session/frmTerm.h"
 #include "settings/INIFuncs.h"
 
-// How long a click may have to wait while the modem sends a megabyte of packets in one go: the longest time
-// between two turns of the event loop, seen by a timer that is always due. The modem is a server in the same
-// thread, so its own work counts too.
+// Measures how long a click can wait while the modem sends a megabyte of packets in one burst: the longest
+// time between two turns of the event loop, seen by a timer that is always due. The modem is a server in the
+// same thread, so its own work is part of the result.
 
 namespace {
 
 using namespace corvex;
 
-/// Answers the probe, then waits to be told to burst.
+/// Answers the probe, then sends only when Send is called.
 class Modem : public QObject {
  public:
   Modem() {
@@ -56,7 +56,7 @@ class Modem : public QObject {
   QByteArray heard_;
 };
 
-/// A megabyte of what a modem sends, with a menu, a choice list and a new screen now and then.
+/// Returns at least a megabyte of modem traffic, with a menu, a choice list and a new screen now and then.
 std::string Burst() {
   std::string bytes;
   while (bytes.size() < (1u << 20)) {
@@ -100,7 +100,7 @@ int main(int argc, char** argv) {
     longest = std::max(longest, sinceTurn.nsecsElapsed());
     sinceTurn.restart();
     if (term.state().sigText == "END") {
-      std::printf("1 MB in one go: shown after %lld ms, longest turn of the event loop %.1f ms\n",
+      std::printf("1 MB in one burst: shown after %lld ms, longest turn of the event loop %.1f ms\n",
                   static_cast<long long>(sinceBurst.elapsed()), static_cast<double>(longest) / 1e6);
       loop.End();
     }

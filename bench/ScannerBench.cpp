@@ -1,5 +1,5 @@
-// The decoding of the modem's stream: its rate on mixed traffic, and that its cost is in proportion to the
-// bytes for whatever traffic, be it well formed or not.
+// Measures how fast the modem's stream is decoded: the rate on mixed traffic, and that the cost is
+// proportional to the number of bytes for any traffic, well-formed or not.
 
 #include <benchmark/benchmark.h>
 
@@ -21,8 +21,8 @@ void MixedInPieces(benchmark::State& run) {
 }
 BENCHMARK(MixedInPieces)->Arg(1)->Arg(64)->Arg(512)->Arg(4096)->Arg(65536)->Unit(benchmark::kMillisecond);
 
-/// All of the traffic in one event: the rate must be the same for each size. Two events that are not
-/// measured make the buffers as large as they get: what is measured is not the system's giving of memory.
+/// All of the traffic in one event. The rate must be the same for each size. Two events before the
+/// measurement let the buffers reach their full size, so that memory allocation is not measured.
 void OneEvent(benchmark::State& run, const std::string& pattern) {
   const auto bytes = static_cast<std::size_t>(run.range(0));
   const std::string traffic = pattern.empty() ? MixedTraffic(bytes) : Repeated(pattern, bytes);

@@ -1,5 +1,6 @@
-// The rate of the scanner with its decoders beside that of libvterm with its screen layer, on the same bytes
-// in the same pieces, taking turns in one run so that both see the same machine.
+// Compares the rate of the scanner and its decoders with that of libvterm and its screen layer. Both process
+// the same bytes in the same pieces. They alternate in one run, so that the machine's state affects both
+// alike.
 
 #include <vterm.h>
 

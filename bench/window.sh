@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Measures the program's window on the display there is, beside a bare Qt window: time from start to mapped, memory,
-# and processor time while idle in a session with the simulated unit, which ticks once a second. The runs alternate.
+# Measures the program's window on the current display and compares it with a bare Qt window: time from start
+# to mapped, memory, and processor time while idle in a session with the simulated unit, which ticks once a
+# second. The runs of the two programs alternate.
 # Usage: scripts/with-display.sh bench/window.sh [RUNS]     after a release build with -DCORVEX_BENCH=ON
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,4 +1,4 @@
-// Arbitrary list records, soft key lines and other packets.
+// Decodes arbitrary list records, soft key lines and other packets.
 
 #include <cstdint>
 #include <cstdlib>

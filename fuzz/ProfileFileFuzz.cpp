@@ -7,8 +7,9 @@
 #include "base/Text.h"
 #include "settings/ProfileFile.h"
 
-// The first line of the input is a value, the rest a settings file of any content. The value is written to
-// key com of section port; then it must read back, and but for a value before it no byte may be lost.
+// The first line of the input is a value, the rest is an arbitrary settings file. The value is written to key
+// com of section port. It must then read back, and no byte of the file may be lost except the key's previous
+// value.
 
 namespace {
 
@@ -49,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } else {
     Require(head + tail >= before.size());
   }
-  // A CR at the end of a value joins the line's end, and the next write keeps it there.
+  // A CR at the end of a value becomes part of the line end, and the next write keeps it there.
   if (!value.ends_with('\r')) Require(WithProfileValue(after, "port", "com", value) == after);
   return 0;
 }

@@ -1,5 +1,5 @@
-// Arbitrary bytes from the modem, in pieces whose lengths the first byte chooses: what is held stays bounded,
-// and the pieces make no difference.
+// Decodes arbitrary bytes from the modem, in pieces whose length the first byte sets. The held bytes must
+// stay bounded, and the length of the pieces must not change the result.
 
 #include <cstdint>
 #include <cstdlib>
@@ -29,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   for (const std::string& row : pieces.state.screenRows)
     Require(row.size() >= 40 && row.size() <= kLastPosition);
-  // A trace record too near its follower is seen or not by what has arrived.
+  // If another item closely follows the start of a trace record, the record is recognised or not depending on
+  // how many bytes have arrived. Inputs with such a start are not compared.
   if (FindNoCase(bytes, "<Trace>") == std::string_view::npos) Require(pieces.state == whole.state);
   return 0;
 }

@@ -1,4 +1,4 @@
-// Arbitrary escape sequences and texts put on the grid: lines of the input in turn.
+// Writes arbitrary escape sequences and texts to the grid, taken alternately from the lines of the input.
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Builds all of a preset, or only the targets named.
+# Builds all targets of a preset, or only the named ones.
 # Usage: scripts/build.sh PRESET [TARGET...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1
 shift
 
-# Whether the folder was configured for this place, with the windows and the tests. One that was not would fail, or
-# build less than it should without a word.
+# Whether the build folder was configured for this source folder, with windows and tests. Otherwise the build
+# would fail, or silently build less than it should.
 configured() {
   local cache="build/$preset/CMakeCache.txt"
   [ -f "build/$preset/build.ninja" ] && [ -f "$cache" ] &&

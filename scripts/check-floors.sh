@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Fails where a file includes one of a room that is not on a lower floor than its own, and where headers include each
-# other in a circle. The floors are those of the table in docs/architecture.md.
+# Fails if a file includes one from another room that is not on a lower floor, or if headers include each
+# other in a cycle. The table in docs/architecture.md defines rooms and floors.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 table=docs/architecture.md
 
-# Each include as "FILE INCLUDED": paths from src/ on, and from simulator/ on with the name of that room.
+# Prints each include as "FILE INCLUDED". Paths are relative to src/; those of the simulator start with
+# simulator/.
 includes() {
   find src simulator -name '*.cpp' -o -name '*.h' | sort | while read -r file; do
     sed -n 's|^#include "\(.*\)".*|\1|p' "$file" | while read -r included; do
@@ -16,7 +17,7 @@ includes() {
 }
 
 includes | awk '
-  # The room of a file is the longest folder of its path that the table names.
+  # The room of a file is the longest folder of its path that is in the table.
   function room(path) {
     while (sub("/[^/]*$", "", path)) if (path in floor) return path
     return ""
@@ -32,19 +33,19 @@ includes | awk '
   }
   {
     from = room($1); to = room($2)
-    if (from == "") fault = "its folder is on no floor"
-    else if (to == "") fault = "the folder of " $2 " is on no floor"
+    if (from == "") fault = "its folder is not in the table"
+    else if (to == "") fault = "the folder of " $2 " is not in the table"
     else if (from != to && floor[to] >= floor[from]) fault = "includes " $2 ", which is not on a lower floor"
     else next
     print $1 ": " fault
     ++faults
   }
   END {
-    if (rooms < 2) { print "no table of floors found"; exit 1 }
+    if (rooms < 2) { print "table of floors not found"; exit 1 }
     exit faults > 0
   }' "$table" -
 
 if ! circle=$(includes | awk '$1 ~ /\.h$/' | tsort 2>&1 >/dev/null); then
-  echo "Headers that include each other: $circle"
+  echo "Headers that include each other in a cycle: $circle"
   exit 1
 fi

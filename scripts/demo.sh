@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Starts the simulated terminal unit and the program on it, and ends the one with the other.
+# Starts the simulated terminal unit and the program. When the program ends, the unit is stopped.
 # Usage: scripts/demo.sh FOLDER lan|serial [pictures]
-#   FOLDER    where the program's executable lies; its settings are written there
-#   pictures  let the unit play its short session, take pictures of its screens, and close the window
+#   FOLDER    the folder with the program's executable; its settings are written there
+#   pictures  let the unit play a short session, take pictures of its screens, and close the window
 set -euo pipefail
 cd "$(dirname "$0")/.."
 demo=$1
@@ -27,13 +27,13 @@ for _ in $(seq 100); do
   sleep 0.1
 done
 where=$(head -n 1 "$demo/unit.log")
-[ -n "$where" ] || { echo "The simulated unit does not start" >&2; exit 1; }
+[ -n "$where" ] || { echo "The simulated unit did not start" >&2; exit 1; }
 echo "== The simulated unit: $where"
 
-# The session is recorded, so that what has come from the unit can be seen here too.
+# The session is recorded, so that this script can see what the unit has sent.
 rm -f "$demo"/wire-*.log
 {
-  # With all menus, those for service engineers too.
+  # Show all menus, including those for service engineers.
   printf '[logging]\r\nwirelog=yes\r\n[config]\r\ntestmode=yes\r\ntrace=yes\r\n'
   if [ "$route" = lan ]; then
     printf 'lan=yes\r\nlanaddress=127.0.0.1\r\nlanport=%s\r\n' "${where##*:}"
@@ -51,7 +51,7 @@ if [ -z "$pictures" ]; then
   exit
 fi
 
-# Takes a picture of the window once the unit has sent a text, and the window has had its time to show it.
+# Takes a picture of the window after the unit has sent a text and a delay for the window to show it.
 picture() {
   local name=$1 sent=$2 delay=$3
   for _ in $(seq 300); do
@@ -59,7 +59,7 @@ picture() {
     kill -0 "$program" 2>/dev/null || { echo "The program has ended" >&2; exit 1; }
     sleep 0.1
   done
-  grep -qF "$sent" "$demo"/wire-*.log || { echo "The unit has not sent $sent" >&2; exit 1; }
+  grep -qF "$sent" "$demo"/wire-*.log || { echo "The unit did not send $sent" >&2; exit 1; }
   sleep "$delay"
   import -window root -crop "$area" +repage "build/demo-$name.png"
 }
@@ -75,14 +75,14 @@ picture 4-message "<MsgScreen>" 0.5
 picture 5-message-gone "<MsgScreen>" 2.2
 echo "== Title of the window: $(xdotool getwindowname "$window")"
 montage build/demo-[1-4]-*.png -tile 2x2 -geometry +8+8 -background '#808080' build/demo.png
-echo "== The pictures: build/demo.png and build/demo-*.png"
+echo "== Pictures: build/demo.png and build/demo-*.png"
 
 wmctrl -i -c "$window"
 for _ in $(seq 50); do
   kill -0 "$program" 2>/dev/null || break
   sleep 0.1
 done
-kill -0 "$program" 2>/dev/null && { echo "The program does not end" >&2; exit 1; }
+kill -0 "$program" 2>/dev/null && { echo "The program did not end" >&2; exit 1; }
 wait "$program" && status=0 || status=$?
 program=
 [ "$status" -eq 0 ] || { echo "The program ended with status $status" >&2; exit 1; }

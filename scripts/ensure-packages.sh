@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs those of the named Debian packages that are missing; quick and silent when none is.
+# Installs the named Debian packages that are missing. Does nothing and prints nothing if all are installed.
 # Usage: scripts/ensure-packages.sh PACKAGE...
 set -euo pipefail
 
@@ -11,7 +11,7 @@ done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
 if ! command -v apt-get >/dev/null; then
-  echo "Not a Debian system. Please install what corresponds to: ${missing[*]}" >&2
+  echo "Not a Debian system. Please install the equivalents of: ${missing[*]}" >&2
   exit 1
 fi
 as_root=()

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs each for the given time. What they find is left in build/fuzz/findings.
-# Usage: scripts/fuzz.sh [SECONDS] [TARGET...]     60 seconds and all targets if not told otherwise
+# Builds the fuzz targets and runs each for the given time. Inputs that cause failures are saved in
+# build/fuzz/findings.
+# Usage: scripts/fuzz.sh [SECONDS] [TARGET...]     default: 60 seconds, all targets
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}
@@ -15,7 +16,7 @@ fi
 for target in "${targets[@]}"; do
   echo "== $target, $seconds s"
   mkdir -p "build/fuzz/corpus/$target" build/fuzz/findings
-  # New inputs go to the first folder; the seeds in the tree stay as they are.
+  # New inputs are saved in the first folder. The seeds in the source tree do not change.
   "build/fuzz/bin/$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
     -verbosity=0 -artifact_prefix="build/fuzz/findings/$target-" \
     "build/fuzz/corpus/$target" "fuzz/corpus/$target"

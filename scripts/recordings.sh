@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Runs the recorded sessions in tests/data/recordings, tests/data/routes and tests/data/test-log, or with --renew writes
-# the screens of the first, and the whole of the others, anew: look at what git then shows as changed before you keep it.
+# Runs the recorded sessions in tests/data/recordings, tests/data/routes and tests/data/test-log. With --renew,
+# rewrites their expected results instead: the screens of the recordings, and all of routes and test-log. Check
+# the changes with git before you keep them.
 # Usage: scripts/recordings.sh [--renew]
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs a command on a virtual display of its own, with a window manager on it. Exits with the command's status.
+# Runs a command on a new virtual display with a window manager. Exits with the command's status.
 # Usage: scripts/with-display.sh COMMAND [ARGUMENT...]
 set -euo pipefail
 
@@ -14,8 +14,9 @@ cleanup() {
 }
 trap cleanup EXIT
 
-# The server chooses a free display and writes its number. It must not begin anew, and refuse whoever comes meanwhile,
-# when its only client so far has gone: that may be the look at whether the window manager is there yet.
+# The server chooses a free display and writes its number. -noreset: by default the server resets when its
+# last client disconnects, and rejects clients while it does. The check for the window manager below may be
+# its only client.
 Xvfb -displayfd 3 -noreset -screen 0 1600x1000x24 -nolisten tcp 3>"$folder/display" >"$folder/xvfb.log" 2>&1 &
 xvfb=$!
 for _ in $(seq 100); do
@@ -23,7 +24,7 @@ for _ in $(seq 100); do
   kill -0 "$xvfb" 2>/dev/null || { cat "$folder/xvfb.log" >&2; exit 1; }
   sleep 0.1
 done
-[ -s "$folder/display" ] || { echo "The virtual display does not start" >&2; exit 1; }
+[ -s "$folder/display" ] || { echo "The virtual display did not start" >&2; exit 1; }
 DISPLAY=":$(cat "$folder/display")"
 export DISPLAY
 unset WAYLAND_DISPLAY
@@ -35,6 +36,6 @@ for _ in $(seq 100); do
   managed && break
   sleep 0.1
 done
-managed || { echo "The window manager does not start" >&2; cat "$folder/openbox.log" >&2; exit 1; }
+managed || { echo "The window manager did not start" >&2; cat "$folder/openbox.log" >&2; exit 1; }
 
 "$@"

@@ -10,15 +10,15 @@
 
 namespace corvex::simulation::host {
 
-/// An open stream of Asio's, of which the reader may be slow: what it does not take at once waits, within a
-/// limit. It reads and writes from its making until its end, when the stream is closed.
+/// An open Asio stream whose reader may be slow. Bytes that the stream does not accept at once are queued,
+/// within a limit. Reading starts in the constructor; the destructor closes the stream.
 template <typename Stream>
 class Connection {
  public:
-  /// What waits for a slow reader at the most. A text that does not fit is lost as a whole.
+  /// The limit of the queue in bytes. A text that does not fit is dropped as a whole.
   static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
-  /// `onGone` is called once when the other side has gone, and may end this object's life.
+  /// `onGone` is called once, when the other side has disconnected. It may destroy this object.
   Connection(Stream stream, std::function<void(std::string_view)> onBytes, std::function<void()> onGone)
       : state_(std::make_shared<State>(std::move(stream), std::move(onBytes), std::move(onGone))) {
     std::error_code ignored;
@@ -39,7 +39,7 @@ class Connection {
     Write(state_);
   }
 
-  /// Takes what has come, and finds out whether the other side has gone, before Asio tells of it.
+  /// Reads what has arrived, and detects a disconnect before Asio reports it.
   void Look() {
     const auto state = state_;
     std::error_code error;
@@ -57,8 +57,8 @@ class Connection {
     std::function<void()> onGone;
     std::array<char, 4096> bytes{};
     std::string waiting;
-    std::size_t writing = 0;  ///< How much of `waiting` is being written.
-    bool ended = false;       ///< The connection's life, or the other side's.
+    std::size_t writing = 0;  ///< Number of bytes of `waiting` that are being written.
+    bool ended = false;       ///< This object was destroyed, or the other side has disconnected.
   };
   using StatePtr = std::shared_ptr<State>;
 
@@ -81,13 +81,13 @@ class Connection {
 
   static void Write(const StatePtr& state) {
     if (state->writing > 0 || state->waiting.empty()) return;
-    // A copy, as more may come to wait meanwhile.
+    // Write from a copy, because Send may extend `waiting` during the write.
     const auto piece = std::make_shared<std::string>(state->waiting);
     state->writing = piece->size();
     state->stream.async_write_some(asio::buffer(*piece),
                                    [state, piece](std::error_code error, std::size_t count) {
                                      state->writing = 0;
-                                     // That the other side has gone is told by the reading.
+                                     // A disconnect is reported by the read.
                                      if (state->ended || error) return;
                                      state->waiting.erase(0, count);
                                      Write(state);

@@ -9,7 +9,7 @@
 namespace corvex::simulation::host {
 namespace {
 
-/// Seconds since 1970-01-01 00:00 of the local time zone, with their fraction.
+/// Returns the seconds since 1970-01-01 00:00 in the local time zone, with fraction.
 double LocalTime() {
   using namespace std::chrono;
   const auto now = system_clock::now();

@@ -8,20 +8,20 @@
 
 namespace corvex::simulation::host {
 
-/// The event loop of a program without windows, on Asio's: sleeps in it until something has come or a timer
-/// is due. An interrupt from the keyboard and a polite request to end from the system end it.
+/// The event loop of a program without windows, built on Asio. It sleeps in Asio's loop until an event
+/// arrives or a timer is due. An interrupt from the keyboard or a termination signal ends it.
 class HostLoop : public EventLoop {
  public:
   HostLoop();
 
-  /// For ports, whose handlers run within the waits of this loop and on its thread.
+  /// The Asio context for the ports. Their handlers run on this loop's thread, while it waits.
   asio::io_context& Io() { return io_; }
 
   Time Now() const override;
   double SecondsSinceMidnight() const override;
   std::int64_t LocalSeconds() const override;
 
-  /// Runs until the program is to end.
+  /// Runs until the program ends.
   void Run();
 
  protected:

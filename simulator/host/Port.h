@@ -6,21 +6,21 @@
 
 namespace corvex::simulation::host {
 
-/// The place where a PC's program reaches the unit. One at a time can.
+/// A port of the unit. One program on a PC at a time can connect to it.
 class Port {
  public:
   virtual ~Port() = default;
 
-  /// False with a reason in `error` if it is not to be had.
+  /// Opens the port. Returns false if it is not available, and sets `error` to the reason.
   virtual bool Open(std::string& error) = 0;
-  /// To the PC; dropped while there is none.
+  /// Sends bytes to the PC. They are dropped if none is connected.
   virtual void Send(std::string_view bytes) = 0;
   virtual void HangUp() = 0;
 
   std::function<void(std::string_view)> onBytes;
   std::function<void()> onUp;
   std::function<void()> onDown;
-  /// A line for whoever started the program, such as where the port is to be found.
+  /// A message for the user who started the program, such as the port's address.
   std::function<void(const std::string&)> onNotice;
 };
 

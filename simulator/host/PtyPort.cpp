@@ -16,23 +16,23 @@
 namespace corvex::simulation::host {
 namespace {
 
-// The system does not wake anybody when the other end is opened.
+// How often the port checks whether the other end is open. The system does not report the opening.
 constexpr EventLoop::Time kLookOut = std::chrono::milliseconds(100);
 
 struct PseudoTerminal {
   int handle = -1;
-  std::string name;  ///< of the end that the PC's program opens
+  /// The name of the end that the PC's program opens.
+  std::string name;
 };
 
-/// A new pseudo terminal that passes on all bytes as they are. The handle is -1 if there is none, with a
-/// reason in `error`.
+/// Opens a new pseudo terminal that passes all bytes unchanged. On failure, the handle is -1 and `error`
+/// holds the reason.
 PseudoTerminal OpenPseudoTerminal(std::string& error) {
   const int fd = posix_openpt(O_RDWR | O_NOCTTY);
   const char* name = nullptr;
   if (fd >= 0 && grantpt(fd) == 0 && unlockpt(fd) == 0 && fcntl(fd, F_SETFD, FD_CLOEXEC) == 0)
     name = ptsname(fd);
-  // The other end is opened and closed once: only after that does the system tell whether anybody has it
-  // open.
+  // The other end is opened and closed once. Only then does the system report whether somebody has it open.
   const int other = name == nullptr ? -1 : open(name, O_RDWR | O_NOCTTY);
   termios settings = {};
   const bool usable = other >= 0 && tcgetattr(other, &settings) == 0;
@@ -48,14 +48,13 @@ PseudoTerminal OpenPseudoTerminal(std::string& error) {
   return {};
 }
 
-/// Whether some program has the other end open.
+/// Whether a program has the other end open.
 bool OtherEndOpen(int handle) {
   pollfd state = {handle, POLLIN, 0};
   return poll(&state, 1, 0) == 0 || (state.revents & POLLHUP) == 0;
 }
 
-/// Makes `link` a symbolic link to `target`. An old link is replaced; anything else of that name is left
-/// alone.
+/// Makes `link` a symbolic link to `target`. Replaces an old link, but nothing else of that name.
 bool ReplaceLink(const std::string& link, const std::string& target, std::string& error) {
   namespace fs = std::filesystem;
   std::error_code failure;
@@ -71,7 +70,7 @@ bool ReplaceLink(const std::string& link, const std::string& target, std::string
   return !failure;
 }
 
-/// Removes the link if it still leads to `target`.
+/// Removes the link if it still points to `target`.
 void RemoveLink(const std::string& link, const std::string& target) {
   namespace fs = std::filesystem;
   std::error_code failure;
@@ -114,7 +113,7 @@ void PtyPort::LookOut() {
     lookOut_.Start(kLookOut, [this] { LookOut(); });
     return;
   }
-  // The connection has a handle of its own: the terminal outlives it.
+  // The connection uses its own handle, because the terminal outlives it.
   user_ = std::make_unique<Connection<asio::posix::stream_descriptor>>(
       asio::posix::stream_descriptor(loop_.Io(), dup(handle_)),
       [this](std::string_view bytes) { onBytes(bytes); },

@@ -11,16 +11,16 @@
 
 namespace corvex::simulation::host {
 
-/// A pseudo terminal, which the PC's program opens like a serial port. There are none on Windows.
+/// A pseudo terminal, which the PC's program opens like a serial port. Not available on Windows.
 class PtyPort : public Port {
  public:
-  /// `link`: a symbolic link that leads to it for as long as the port exists; empty for none.
+  /// `link`: the path of a symbolic link that points to the terminal while the port exists; empty for none.
   PtyPort(HostLoop& loop, std::string link) : loop_(loop), link_(std::move(link)), lookOut_(loop) {}
   ~PtyPort() override;
 
   bool Open(std::string& error) override;
   void Send(std::string_view bytes) override;
-  /// A pseudo terminal is hung up by its end; there is a new one afterwards.
+  /// Hangs up by closing the pseudo terminal, then opens a new one.
   void HangUp() override;
 
  private:
@@ -30,7 +30,7 @@ class PtyPort : public Port {
   HostLoop& loop_;
   std::string link_;
   int handle_ = -1;
-  std::string name_;  ///< Of the end that the PC's program opens.
+  std::string name_;  ///< Name of the end that the PC's program opens.
   std::unique_ptr<Connection<asio::posix::stream_descriptor>> user_;
   Timer lookOut_;
 };

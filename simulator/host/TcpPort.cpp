@@ -13,11 +13,11 @@ using asio::ip::tcp;
 
 template <typename Socket>
 void SetOption(Socket& socket, int level, int name, int value) {
-  // A system that has no such option works without it.
+  // Errors are ignored, because the connection works without these options.
   (void)setsockopt(socket.native_handle(), level, name, reinterpret_cast<const char*>(&value), sizeof value);
 }
 
-/// Short texts go at once, and a peer that vanishes is noticed.
+/// Sends short texts without delay, and detects a peer that has vanished.
 void SetOptions(tcp::socket& socket) {
   SetOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
   SetOption(socket, SOL_SOCKET, SO_KEEPALIVE, 1);
@@ -31,7 +31,7 @@ void SetOptions(tcp::socket& socket) {
 #endif
 }
 
-/// An address that another program listens on is refused, one of which old connections are left is not.
+/// Rejects an address on which another program listens, but not one that is only held by old connections.
 void SetOptions(tcp::acceptor& listener) {
 #ifdef _WIN32
   SetOption(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, 1);
@@ -54,8 +54,8 @@ bool TcpPort::Open(std::string& error) {
     error = "port " + std::to_string(port_) + ": " + failed.message();
     if (failed == asio::error::access_denied && port_ < kFirstFreePort) {
       error +=
-          "; ports below 1024 are root's: use sudo, or once and for all "
-          "sudo setcap cap_net_bind_service=+ep on this program's file";
+          "; ports below 1024 need root rights: use sudo, or run once "
+          "\"sudo setcap cap_net_bind_service=+ep FILE\" with this program's file";
     }
     return false;
   }
@@ -70,7 +70,7 @@ void TcpPort::Send(std::string_view bytes) {
 }
 
 void TcpPort::HangUp() {
-  // Not at once: the call may come from within the connection.
+  // Posted, because the call may come from within the connection.
   loop_.Post([this] {
     if (std::exchange(client_, nullptr) != nullptr) onDown();
   });
@@ -85,7 +85,7 @@ void TcpPort::AwaitClient() {
 }
 
 void TcpPort::TakeClient(tcp::socket socket) {
-  // The client may have gone and come again in one go: its going is seen first.
+  // The client may have disconnected and reconnected at once. Look processes the disconnect first.
   if (client_ != nullptr) client_->Look();
   SetOptions(socket);
   if (client_ != nullptr) {

@@ -12,7 +12,7 @@ namespace corvex::simulation::host {
 
 class TcpPort : public Port {
  public:
-  /// `port` 0 takes a free one, which is told by onNotice.
+  /// `port` 0 selects a free port, which onNotice reports.
   TcpPort(HostLoop& loop, std::uint16_t port, bool allAddresses)
       : loop_(loop), port_(port), allAddresses_(allAddresses), listener_(loop.Io()) {}
 

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::uintmax_t kLargestLog = 256 << 20;
 
-/// The far side of the line, be it a unit, an ERB unit before some, or a record of one.
+/// The far side of the line: a unit, an ERB unit with its MUBs, or a recorded session.
 struct FarSide {
   std::function<void(std::string_view)> receive;
   std::function<void()> lineUp;
@@ -50,7 +50,7 @@ std::vector<WireEvent> ReadLog(const std::string& path, std::string& error) {
 
 void Say(const std::string& line) {
   std::printf("%s\n", line.c_str());
-  std::fflush(stdout);  // scripts wait for it
+  std::fflush(stdout);  // scripts wait for this line
 }
 
 int Complain(const std::string& error, int status) {
@@ -79,7 +79,7 @@ int Run(const std::vector<std::string>& words) {
   } else {
     port = std::make_unique<TcpPort>(loop, *arguments.tcpPort, arguments.anyAddress);
   }
-  // What the unit sends goes through its faults, then over a line of its speed, to the port.
+  // Bytes from the unit pass through its faults, then over a line of the given speed, to the port.
   const auto hangUp = [&port] { port->HangUp(); };
   PacedLine paced(loop, arguments.speed, [&port](std::string_view bytes) { port->Send(bytes); });
   FaultyLine faulty(

@@ -5,11 +5,10 @@
 
 namespace corvex::simulation {
 
-/// The line on which a modem takes its commands: collects characters, echoes them, and hands out a line at
-/// CR.
+/// The modem's command line. Collects characters, echoes them, and returns the line at CR.
 ///
-/// A line feed and the other control characters are passed over; a backspace takes the last character back. A
-/// line that gets too long keeps what fits and is marked, so that noise on the line cannot fill the memory.
+/// Line feeds and other control characters are ignored; a backspace deletes the last character. A line that
+/// is too long is cut and marked, so that noise on the line cannot fill the memory.
 class CommandLine {
  public:
   static constexpr std::size_t kLimit = 256;
@@ -19,7 +18,7 @@ class CommandLine {
     bool tooLong = false;
   };
 
-  /// Takes a character and appends to `echo` what goes back for it.
+  /// Processes a character and appends its echo to `echo`. Returns the line at CR, otherwise none.
   std::optional<Line> Take(char c, std::string& echo);
 
   void Clear();

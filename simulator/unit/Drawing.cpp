@@ -7,7 +7,7 @@
 namespace corvex::simulation {
 namespace {
 
-constexpr int kCursorRow = 2;  // of the rows shown, from 0: the modem's cursor line in tables
+constexpr int kCursorRow = 2;  // index of the displayed row that holds the cursor in tables
 constexpr int kPageLines = 5;
 constexpr std::string_view kMarker = " > ";
 constexpr std::string_view kNoMarker = "   ";
@@ -76,7 +76,7 @@ std::vector<std::string> GridRows(const Place& place, const Status& status) {
       }
       break;
     case Kind::Table:
-      // Title and rule stand above the first line and scroll away with it.
+      // The title and the rule are above the first line and scroll away with it.
       for (int i = 0; i < kDisplayRows; ++i) {
         const int index = place.cursor - kCursorRow + i;
         auto& row = rows[static_cast<std::size_t>(i)];

@@ -6,23 +6,23 @@
 #include "unit/Screens.h"
 #include "unit/Status.h"
 
-/// How each kind of screen looks on the wire. Nothing here remembers anything.
+/// Draws each kind of screen as bytes on the wire. The functions keep no state.
 namespace corvex::simulation {
 
-/// A screen that is open, and how its user has left it.
+/// An open screen and what its user has done on it.
 struct Place {
   const Screen* screen = nullptr;
-  int cursor = 0;                         // index of the item, option, field or row
-  std::vector<std::string> entries = {};  // of a field screen
+  int cursor = 0;                         // index of the current item, option, field or row
+  std::vector<std::string> entries = {};  // the texts in the fields of a field screen
 };
 
-/// Whether the display shows it, as against a list of the PC's own.
+/// Whether the unit's display shows the screen. Otherwise the PC shows it as a list.
 bool IsGrid(Kind kind);
 
-/// How many places the cursor of a screen has.
+/// Returns the number of cursor positions on a screen.
 int CursorPlaces(const Screen& screen);
 
-/// The rows of the display, each as wide as that.
+/// Returns the display's rows, each of the full width.
 std::vector<std::string> GridRows(const Place& place, const Status& status);
 
 std::string GridDrawing(const Screen& screen, const std::vector<std::string>& rows);

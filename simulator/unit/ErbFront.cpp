@@ -55,7 +55,7 @@ void ErbFront::Receive(std::string_view bytes) {
     const bool ends = EndsSession(c);
     if (mub_) {
       through += c;
-    } else if (state_ != State::Busy) {  // nobody listens while an answer is on its way
+    } else if (state_ != State::Busy) {  // characters are ignored while an answer is pending
       if (const auto line = line_.Take(c, echo)) {
         flush();
         Execute(line->text);
@@ -132,7 +132,7 @@ void ErbFront::Connect(const std::string& number) {
   }
 }
 
-/// `before`: a line that comes before the prompt.
+/// `before`: a line to send before the prompt.
 void ErbFront::Prompt(State next, std::string_view before) {
   static constexpr std::string_view kPrompts[] = {"ERB login: ", "Password: ", "ERB> "};
   state_ = next;

@@ -14,7 +14,8 @@
 
 namespace corvex::simulation {
 
-/// What becomes of a wish for a MUB: it is connected, somebody else has it, or its line does not open.
+/// The state of a MUB. A request to connect to it succeeds, is refused because somebody else uses the MUB, or
+/// fails because the MUB's line does not open.
 enum class MubState { Free, InUse, Broken };
 
 struct ErbOptions {
@@ -23,27 +24,29 @@ struct ErbOptions {
   std::string user = "root";
   std::string password = "zzz";
   std::array<MubState, kMubs> mubs{};
-  /// Behind a serial port, which knows no coming and going: what goes on there outlives the port's closing.
-  /// Otherwise each time the line comes up begins with a login prompt.
+  /// The ERB unit is connected over a serial port and does not notice when the port opens or closes, so a
+  /// session outlives the closing. If false, each connection starts with a login prompt.
   bool serial = false;
-  /// A MUB whose user goes without ending the session stays in use.
+  /// A MUB stays in use if its user disconnects without ending the session.
   bool lingers = false;
-  EventLoop::Time answerTime{0};                          ///< from the end of a line to what it answers
+  EventLoop::Time answerTime{0};                          ///< from the end of a line to its answer
   EventLoop::Time refusalTime = std::chrono::seconds(1);  ///< from a refusal to the next login prompt
-  UnitOptions unit = {};  ///< Of all MUBs, but each has a name of its own, and all behind the first a model.
+  /// Options of all MUBs. Each MUB gets its own name, and each one but the first its own model.
+  UnitOptions unit = {};
 };
 
-/// A simulated ERB unit, seen through its line: it stands in front of four MUBs, two on each of two SDUs, and
-/// lets a user in who knows its password.
+/// A simulated ERB unit, accessed over its line. It connects a user who knows the password to one of four
+/// MUBs, two on each of two SDUs.
 ///
 ///   ERB login: root                  the name is echoed,
 ///   Password:                        the password is not
 ///   ERB> modem 1
-///   connected to modem 1             from here on the line is the MUB's
-///   …AT+ERB_TRANSPARENT_MODE         until this, which needs no line end and leads to the login prompt
+///   connected to modem 1             from here on, the line belongs to the MUB
+///   …AT+ERB_TRANSPARENT_MODE         until this word, which needs no line end
 ///
-/// The word does so from everywhere, and a line end right behind it belongs to it. "modem N already in use"
-/// is what a MUB says that somebody else has; "killall -9 modem" takes it from him.
+/// The word AT+ERB_TRANSPARENT_MODE leads back to the login prompt from any state. A CR directly after the
+/// word is ignored. The answer for a MUB that somebody else uses is "modem N already in use". The command
+/// "killall -9 modem" frees all MUBs that are in use.
 class ErbFront {
  public:
   using Options = ErbOptions;
@@ -54,10 +57,10 @@ class ErbFront {
   ErbFront& operator=(const ErbFront&) = delete;
 
   void Receive(std::string_view bytes);
-  /// The line comes or goes; not from within Send.
+  /// The line comes up or goes down. Must not be called from within Send.
   void LineUp();
   void LineDown();
-  /// The MUB that the line leads to; null while it leads to the front itself.
+  /// The connected MUB; null if the line leads to the ERB unit itself.
   const Unit* Mub() const { return mub_ ? units_[*mub_].get() : nullptr; }
 
  private:
@@ -78,7 +81,7 @@ class ErbFront {
   State state_ = State::UserName;
   CommandLine line_;
   std::string user_;
-  std::string latest_;  // as many characters as the word has that ends a session
+  std::string latest_;  // the last characters received, up to the length of the word that ends a session
   bool behindWord_ = false;
   Timer timer_;
 };

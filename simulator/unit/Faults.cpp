@@ -49,7 +49,7 @@ void FaultyLine::Reset() {
 }
 
 bool FaultyLine::Happens(double share) {
-  // The standard distributions give other numbers with each library.
+  // The standard distributions give different numbers with each library.
   return share > 0 && static_cast<double>(random_()) < share * 4294967296.0;
 }
 

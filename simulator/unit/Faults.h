@@ -12,31 +12,31 @@
 
 namespace corvex::simulation {
 
-/// How a line misbehaves. The same seed and the same bytes give the same faults.
+/// The faults of a line. The same seed and the same bytes produce the same faults.
 struct Faults {
   std::uint32_t seed = 1;
-  double garble = 0;        ///< the share of bytes in which one bit is turned, 0 to 1
-  double drop = 0;          ///< the share of bytes that get lost, 0 to 1
-  EventLoop::Time late{0};  ///< how much later all bytes come
-  bool cut = false;         ///< bytes come in pieces of 1 to 7, a little apart
-  bool silent = false;      ///< nothing comes at all
-  std::optional<std::uint64_t> hangUpAfter = std::nullopt;  ///< the line goes down after this many bytes
+  double garble = 0;        ///< share of bytes in which one bit is flipped, 0 to 1
+  double drop = 0;          ///< share of bytes that are lost, 0 to 1
+  EventLoop::Time late{0};  ///< delay of all bytes
+  bool cut = false;         ///< bytes arrive in pieces of 1 to 7, a little apart
+  bool silent = false;      ///< nothing arrives at all
+  std::optional<std::uint64_t> hangUpAfter = std::nullopt;  ///< the line hangs up after this many bytes
 };
 
-/// A line from a unit to its PC that does to the bytes what Faults says.
+/// A line from a unit to the PC that applies the faults to the bytes.
 class FaultyLine {
  public:
-  /// What waits on a late line at the most; more is lost, as on a line that nobody reads.
+  /// The most bytes that can wait on a delayed line. Further bytes are lost, as on a line that nobody reads.
   static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   FaultyLine(EventLoop& loop, Faults faults, std::function<void(std::string_view)> send,
              std::function<void()> hangUp);
 
   void Send(std::string_view bytes);
-  /// From now on it misbehaves in another way, or not at all. What waits stays in its place.
+  /// Changes the faults from now on. Bytes that are already waiting keep their order and delay.
   void SetFaults(Faults faults);
-  /// A new connection: nothing waits any more, and the bytes to the hang-up count from 0. The faults go on in
-  /// their sequence.
+  /// Resets the line for a new connection: drops waiting bytes and counts the bytes until the hang-up from 0
+  /// again. The sequence of random faults continues.
   void Reset();
 
  private:

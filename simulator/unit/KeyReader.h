@@ -7,13 +7,13 @@
 namespace corvex::simulation {
 
 enum class KeyKind {
-  Character,  ///< a printable character, or a backspace
+  Character,  ///< a printable character or a backspace
   Enter,
   Escape,
   Up,
   Down,
-  Soft,     ///< soft key 1 to 5 in `value`
-  Repaint,  ///< not a key of the user: the PC wants the present screen anew
+  Soft,     ///< soft key 1 to 5, stored in `value`
+  Repaint,  ///< not a key of the user: the PC requests the current screen again
   TraceOn,
   TraceOff,
   TraceFlush,
@@ -23,13 +23,13 @@ enum class KeyKind {
 
 struct Key {
   KeyKind kind = KeyKind::Character;
-  int value = 0;  ///< the character, or the number of the soft key
+  int value = 0;  ///< the character or the number of the soft key
 };
 
-/// Turns the bytes of the PC into keys.
+/// Converts the bytes from the PC to keys.
 ///
-/// The clear key is a bare ESC, and the cursor keys begin with ESC too. They differ by what follows: a cursor
-/// key comes in one go, so an ESC with nothing behind it for a short while was the clear key.
+/// The clear key is a single ESC; the cursor keys start with ESC too. The bytes of a cursor key arrive
+/// together, so an ESC that is not continued within kEscapeWait is the clear key.
 class KeyReader {
  public:
   static constexpr EventLoop::Time kEscapeWait = std::chrono::milliseconds(50);
@@ -37,14 +37,14 @@ class KeyReader {
   KeyReader(EventLoop& loop, std::function<void(Key)> onKey) : wait_(loop), onKey_(std::move(onKey)) {}
 
   void Take(char c);
-  /// Forgets the beginning of a sequence.
+  /// Drops an incomplete sequence.
   void Clear();
 
  private:
   enum class Sequence { None, Escape, Bracket };
 
   void TakePlain(char c);
-  /// What was held back turns out to be no cursor key.
+  /// Processes the held bytes, which turned out not to be a cursor key.
   void Release();
 
   Sequence sequence_ = Sequence::None;

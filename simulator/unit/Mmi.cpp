@@ -65,7 +65,7 @@ void Mmi::Press(Key key) {
     case KeyKind::Down:
       return Step(1);
     case KeyKind::Soft:
-      // The fifth has no place under the screen; it leads home from everywhere.
+      // The fifth soft key has no label on the screen. It leads to the idle screen from everywhere.
       return Follow(key.value <= 4 ? Here().screen->keys[static_cast<std::size_t>(key.value) - 1].target
                                    : kIdleScreen);
     case KeyKind::Character:
@@ -184,7 +184,7 @@ void Mmi::Type(char c) {
 }
 
 void Mmi::TakeDigit(char c) {
-  // An item is chosen by its digit, or by a blank and its whole number in one go.
+  // The PC sends an item's digit, or a blank followed by all digits of its number.
   if (c == ' ') number_.clear();
   if (!IsDigit(c)) return;
   number_ += c;
@@ -206,7 +206,7 @@ void Mmi::TakeNumber() {
 }
 
 const Screen& Mmi::MenuHere() const {
-  // On the idle screen a digit is a short cut into the main menu.
+  // On the idle screen, a digit is a shortcut to the main menu.
   const Screen* main = FindScreen(kMainMenu);
   return Here().screen->kind == Kind::Menu || main == nullptr ? *Here().screen : *main;
 }
@@ -236,7 +236,7 @@ void Mmi::DismissMessage() {
 
 void Mmi::Print(const Screen& screen) {
   std::string job = Packet("StartPrint");
-  // The PC puts nothing between the rows: each brings its own line end.
+  // The PC inserts nothing between the rows, so each contains its own line end.
   const auto add = [&](std::string_view row) { job += Packet("Print", "000" + status_.Text(row) + "\r\n"); };
   if (const Screen* heading = FindScreen(kPrintHeading)) {
     for (const std::string_view row : heading->rows) add(row);
@@ -275,7 +275,7 @@ std::string Mmi::Drawing() {
 
 std::string Mmi::LeaveList(Kind next) {
   const Kind shown = std::exchange(listShown_, Kind::Text);
-  // Also before the next list, in one burst with it.
+  // Closes the list even if another one follows in the same burst.
   if (shown == Kind::Menu && next != Kind::Message) return Packet("CloseMenuScreen");
   if (shown == Kind::Choice && next != Kind::Choice) return Packet("CloseChoiceScreen");
   return {};
@@ -289,7 +289,7 @@ void Mmi::Refresh() {
     if (rows[i] != drawn_[i]) changes += MoveTo(kFirstRow + static_cast<int>(i), kFirstColumn) + rows[i];
   }
   drawn_ = rows;
-  // The sequence at the end lets a reader that waits for the end of a text see it.
+  // The escape sequence marks the end of the text for a reader that waits for it.
   if (!changes.empty()) send_(changes.append(kHome));
 }
 

@@ -13,26 +13,25 @@
 
 namespace corvex::simulation {
 
-/// The unit's man-machine interface: where its user is in the table of screens, how keys move him, and what
-/// is sent to draw what he sees.
+/// The unit's man-machine interface: tracks the user's position in the table of screens, handles keys, and
+/// draws the current screen.
 class Mmi {
  public:
-  /// How long a message stands. A number that could go on waits this long for its next digit.
+  /// How long a message is shown, and how long the unit waits for another digit of a number.
   static constexpr EventLoop::Time kMessageTime = std::chrono::milliseconds(2200);
   static constexpr EventLoop::Time kNumberWait = std::chrono::milliseconds(150);
 
   Mmi(EventLoop& loop, Status& status, std::function<void(std::string_view)> send,
       std::function<void()> onSwitchOff);
 
-  /// From the idle screen, which is drawn.
+  /// Starts a session and draws the idle screen.
   void Start();
   void Stop();
 
   void Press(Key key);
-  /// Sends those rows of the screen that have changed since they were drawn.
+  /// Sends the rows of the screen that have changed since they were drawn.
   void Refresh();
-  /// The name of the screen that is shown, a message over another before that; empty while there is no
-  /// session.
+  /// Returns the name of the current screen, or of the message over it. Empty outside a session.
   std::string_view Shows() const;
   bool AtIdle() const { return path_.size() == 1 && message_ == nullptr; }
 
@@ -62,10 +61,10 @@ class Mmi {
   Status& status_;
   std::function<void(std::string_view)> send_;
   std::function<void()> onSwitchOff_;
-  std::vector<Place> path_;  // from the idle screen to the present one; empty while there is no session
+  std::vector<Place> path_;  // from the idle screen to the current one; empty outside a session
   const Screen* message_ = nullptr;
-  Kind listShown_ = Kind::Text;     // Menu or Choice while the PC shows such a list
-  std::vector<std::string> drawn_;  // rows of the display as they were sent
+  Kind listShown_ = Kind::Text;     // Menu or Choice while the PC shows a list of that kind
+  std::vector<std::string> drawn_;  // the display's rows as last sent
   std::string number_;
   Timer messageTimer_;
   Timer numberTimer_;

@@ -8,18 +8,18 @@
 
 namespace corvex::simulation {
 
-/// A serial line's speed: bytes go on no faster than their bits would, ten to the byte.
+/// Delays bytes to the speed of a serial line, at ten bits per byte.
 class PacedLine {
  public:
-  /// What waits for the line at the most. A text that does not fit is lost as a whole.
+  /// The most bytes that can wait. A text that does not fit is dropped as a whole.
   static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
-  /// `bitsPerSecond` 0: everything goes on at once.
+  /// `bitsPerSecond` 0 means no delay.
   PacedLine(EventLoop& loop, int bitsPerSecond, std::function<void(std::string_view)> send)
       : loop_(loop), bitsPerSecond_(bitsPerSecond), send_(std::move(send)), timer_(loop) {}
 
   void Send(std::string_view bytes);
-  /// Forgets what waits.
+  /// Drops the waiting bytes.
   void Reset();
 
  private:
@@ -29,7 +29,7 @@ class PacedLine {
   int bitsPerSecond_;
   std::function<void(std::string_view)> send_;
   std::string waiting_;
-  EventLoop::Time free_{0};  // when the line has sent what it was given so far
+  EventLoop::Time free_{0};  // when the line will have sent all bytes scheduled so far
   Timer timer_;
 };
 

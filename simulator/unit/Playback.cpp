@@ -43,7 +43,7 @@ bool Playback::TryStep(const WireEvent& event) {
   const EventLoop::Time due = lastStep_ + Recorded();
   const EventLoop::Time latest = due + kPatience;
   switch (event.kind) {
-    case WireEvent::Kind::Open:  // opened again with no closing in the record
+    case WireEvent::Kind::Open:  // opened again without a close in the recording
     case WireEvent::Kind::Note:
       return loop_.Now() >= due || WaitUntil(due);
     case WireEvent::Kind::FromModem:
@@ -72,7 +72,7 @@ bool Playback::WaitUntil(EventLoop::Time time) {
 }
 
 bool Playback::TakeExpected(std::string_view bytes) {
-  // A password is any line.
+  // The recording hides passwords; any line matches.
   if (bytes == kPasswordLine) bytes.remove_prefix(bytes.size() - 2);
   const std::size_t at = received_.find(bytes);
   if (at == std::string::npos) return false;

@@ -10,16 +10,17 @@
 
 namespace corvex::simulation {
 
-/// Plays the modem's side of a recorded session.
+/// Plays back the modem's side of a recorded session.
 ///
-/// It waits for what the PC is recorded to send and answers at the recorded distances. A PC that sends
-/// something else is waited for in vain for a few seconds; then the record goes on. When the line goes down
-/// the record goes on at its next opening, or with the next connection from its beginning.
+/// Before each answer it waits for the bytes that the PC sent in the recording, and keeps the recorded
+/// delays. If the PC sends something else, playback continues after kPatience. When the line goes down,
+/// playback skips to the next connection in the recording. If there is none, the next connection starts the
+/// recording again.
 class Playback {
  public:
-  /// How much longer than in the record the PC may take.
+  /// How much longer than recorded the PC may take.
   static constexpr EventLoop::Time kPatience = std::chrono::seconds(5);
-  /// What is kept of bytes that the record does not have.
+  /// The most bytes kept while waiting for expected ones.
   static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   Playback(EventLoop& loop, std::vector<WireEvent> events, std::function<void(std::string_view)> send,
@@ -30,14 +31,14 @@ class Playback {
   void LineDown();
 
  private:
-  /// Goes as far as it can without waiting.
+  /// Plays events until one has to wait.
   void Proceed();
   bool TryStep(const WireEvent& event);
-  /// Comes back to Proceed at that time; always false.
+  /// Calls Proceed at the given time. Always returns false.
   bool WaitUntil(EventLoop::Time time);
   bool TakeExpected(std::string_view bytes);
   void StepDone();
-  /// When the next event was recorded, counted from when the one before it has happened.
+  /// Returns the recorded time between the previous event and the next one.
   EventLoop::Time Recorded() const;
 
   EventLoop& loop_;

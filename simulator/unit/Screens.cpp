@@ -30,7 +30,7 @@ std::vector<Screen> MakeScreens() {
                 "Signal    {signal} dB/Hz   Unit {temperature} C"},
        .target = kMainMenu},
 
-      // The mail key is told with the main menu: the PC puts it into its own list.
+      // The main menu reports the mail key, which the PC adds to its own list.
       {.name = kMainMenu,
        .kind = Kind::Menu,
        .title = "Main menu",
@@ -286,7 +286,7 @@ std::vector<Screen> MakeScreens() {
        .kind = Kind::Pages,
        .title = "9.8.2 Status table",
        .keys = kPageKeys,
-       // Five lines a page; values begin in the nineteenth column behind the marker's three.
+       // Five lines per page. Values start in column 19, after the three columns of the marker.
        .rows = {"Part number    {model}",
                 "Serial number  002055",
                 "Software       3.14",
@@ -329,7 +329,7 @@ std::vector<Screen> MakeScreens() {
       {.name = "pin", .kind = Kind::Message, .title = "PIN changed"},
       {.name = "self test", .kind = Kind::Message, .title = "Self test|No fault found"},
       {.name = "cleared", .kind = Kind::Message, .title = "Log cleared"},
-      {.name = "averages", .kind = Kind::Message, .title = "Averages cleared|They begin anew"},
+      {.name = "averages", .kind = Kind::Message, .title = "Averages cleared|They start again"},
       {.name = "history",
        .kind = Kind::Print,
        .rows = {"{line}  frames 2400  errors 0  {signal} dB/Hz"},

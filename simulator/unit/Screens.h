@@ -4,26 +4,28 @@
 #include <string_view>
 #include <vector>
 
-/// The unit's user interface as a table: what there is to see, and where each key leads. Mmi knows how a kind
-/// of screen is drawn and driven and nothing of any one screen.
+/// The unit's user interface as a table: the contents of each screen, and the target of each key. Mmi knows
+/// how each kind of screen is drawn and operated, but nothing about individual screens.
 ///
-/// Texts may hold places such as {position}, filled in when they are drawn (see Status::Text).
+/// Texts may contain placeholders such as {position}, which are replaced when the screen is drawn; see
+/// Status::Text.
 namespace corvex::simulation {
 
 enum class Kind {
-  Text,     ///< `rows`, kept up to date while shown
-  Menu,     ///< `items`
-  Choice,   ///< `options`, one of which is in force; the choice is remembered under `value`
-  Field,    ///< `fields` to fill in below `rows`; Enter on the last leads to `target`
-  Table,    ///< `rows` that move under a cursor in the third place; Enter leads to `target`
-  Pages,    ///< `rows` in pages of five under a title; the cursor stops at the first and last line of a page
-  Message,  ///< `title` over the screen before, for a moment or until a key; carries out `effect`
-  Print,    ///< not a screen: prints `rows` below the usual heading
+  Text,    ///< `rows`, updated while shown
+  Menu,    ///< `items`
+  Choice,  ///< `options`, one of which is active; the choice is stored under `value`
+  Field,   ///< `fields` to fill in, below `rows`; Enter in the last field leads to `target`
+  Table,   ///< `rows` that scroll under a cursor in the third row; Enter leads to `target`
+  Pages,  ///< `rows` in pages of five under a title; the cursor stops at the first and last line of each page
+  Message,    ///< `title`, shown over the previous screen for a moment or until a key; applies `effect`
+  Print,      ///< not a screen: prints `rows` below the common heading
   SwitchOff,  ///< not a screen: ends the session
 };
 
-/// A lasting change of the unit's condition, and the packet that tells of it. Packets of one group stand for
-/// one another: of "Sim" and "NoSim" the later one holds. Without a group it is over once it is told.
+/// A change of the unit's condition and the packet that reports it. Effects of one group replace each other:
+/// of "Sim" and "NoSim", the later one is in force. An effect without a group is reported once and not
+/// stored.
 struct Effect {
   std::string_view group;
   std::string_view tag;
@@ -31,7 +33,7 @@ struct Effect {
 };
 
 struct Item {
-  int number = 0;  ///< shown, and its id on the wire
+  int number = 0;  ///< the number that is shown, also the id on the wire
   std::string_view label;
   int icon = 0;
   std::string_view target;
@@ -44,7 +46,7 @@ struct Option {
 
 struct Field {
   std::string_view label;
-  std::string_view value;  ///< the name under which the entry is remembered
+  std::string_view value;  ///< the name under which the entry is stored
   int width = 0;
   bool digitsOnly = false;
   bool hidden = false;
@@ -53,14 +55,14 @@ struct Field {
 struct SoftKey {
   std::string_view text;
   int code = 0;
-  std::string_view target;  ///< a screen, or kBack, kSelect, kUp, kDown, kPrint
+  std::string_view target;  ///< the name of a screen, or one of kBack, kSelect, kUp, kDown, kPrint
 };
 
 inline constexpr std::string_view kBack = "<back>";
 inline constexpr std::string_view kSelect = "<select>";
 inline constexpr std::string_view kUp = "<up>";
 inline constexpr std::string_view kDown = "<down>";
-inline constexpr std::string_view kPrint = "<print>";  ///< prints the present screen below the usual heading
+inline constexpr std::string_view kPrint = "<print>";  ///< prints the current screen below the common heading
 
 struct Screen {
   std::string_view name;
@@ -74,16 +76,16 @@ struct Screen {
   std::string_view value = {};
   std::string_view target = {};
   Effect effect = {};
-  int times = 1;  ///< how often a print job prints its rows, counting in the place {line}
+  int times = 1;  ///< how often a print job repeats its rows; the placeholder {line} counts them
 };
 
 inline constexpr std::string_view kIdleScreen = "idle";
 inline constexpr std::string_view kMainMenu = "main";
-inline constexpr std::string_view kPrintHeading = "heading";  ///< a print job: what stands above each other
+inline constexpr std::string_view kPrintHeading = "heading";  ///< the heading of every print job
 
 const std::vector<Screen>& Screens();
 
-/// Null if there is none of that name.
+/// Returns null if no screen has this name.
 const Screen* FindScreen(std::string_view name);
 
 }  // namespace corvex::simulation

@@ -13,13 +13,13 @@ constexpr int kNewMailTick = 45;
 constexpr int kDspTicks = 12;
 constexpr int kLeg = 5000;
 
-/// Two digits and no more, whatever the number.
+/// Returns the last two digits of a number.
 std::string Two(std::int64_t number) {
   const auto n = static_cast<int>(number % 100);
   return {static_cast<char>('0' + n / 10), static_cast<char>('0' + n % 10)};
 }
 
-/// Degrees and minutes from thousandths of a minute.
+/// Formats thousandths of a minute as degrees and minutes.
 std::string Angle(char side, int thousandths, int degreeDigits) {
   const int degrees = thousandths / 60000;
   const int rest = thousandths % 60000;
@@ -87,7 +87,7 @@ std::string Status::Tick() {
     packets += Packet("Sig", std::to_string(signal_));
   }
   if (ticks_ % 5 == 0) {
-    const int leg = ticks_ / 5 % kLeg;  // the ship sails its leg and begins again
+    const int leg = ticks_ / 5 % kLeg;  // the ship sails its leg and then starts again
     latitude_ = kLatitude + leg * 7;
     longitude_ = kLongitude + leg * 4;
     heading_ = std::clamp(heading_ + Drift(), 205, 225);
@@ -100,7 +100,7 @@ std::string Status::Tick() {
     packets += Packet("PsuTemp", std::to_string(supplyTemperature_));
   }
   if (ticks_ % kDspTicks == 0) {
-    // A count, itself included, and numbers of 16 bits, of which the negative ones are sent unsigned.
+    // The count of numbers, itself included, then 16-bit numbers. Negative ones are sent unsigned.
     packets += Packet("DSPinfo", "4," + std::to_string(ticks_ / kDspTicks % 8) + ',' +
                                      std::to_string(65536 - signal_ % 8 - 1) + ',' +
                                      std::to_string(ticks_ * 38 % 32768));

@@ -14,29 +14,29 @@
 
 namespace corvex::simulation {
 
-/// The unit's condition: its clock, what its receivers measure, and what its user has set.
+/// The unit's condition: its clock, its measurements and its user's settings.
 class Status {
  public:
   /// `start`: the unit's clock at construction, in seconds since 1970; by default the PC's local time.
-  /// `mubInfo`: a text that outlives this.
+  /// `mubInfo`: a text that must outlive this object.
   Status(EventLoop& loop, std::optional<std::int64_t> start, std::string model, std::string_view mubInfo,
          std::uint32_t seed);
 
-  /// All there is to tell at the beginning of a session: date, measurements, conditions.
+  /// Returns the packets of a full report, for the start of a session: date, measurements and conditions.
   std::string Report() const;
 
-  /// One tick of the clock: things drift a little. Returns the packets that tell of it; the time is among
-  /// them always, as the unit's sign of life.
+  /// Advances by one tick, in which the measurements drift a little. Returns the packets that report the
+  /// changes. The time is always among them, as the unit's sign of life.
   std::string Tick();
 
-  /// Carries out an effect and returns its packet; empty for the effect that is none.
+  /// Applies an effect and returns its packet; empty if `effect` has no tag.
   std::string Apply(const Effect& effect);
 
   void SetValue(std::string_view name, std::string_view text) { values_[std::string(name)] = text; }
   std::string Value(std::string_view name) const;
 
-  /// Fills in the places of a text: {time}, {date}, {signal}, {position}, … and the values that the user has
-  /// set. A place of an unknown name stays empty.
+  /// Replaces the placeholders of a text: {time}, {date}, {signal}, {position}, … and the values that the
+  /// user has set. A placeholder with an unknown name is removed.
   std::string Text(std::string_view pattern) const;
 
  private:
@@ -45,7 +45,7 @@ class Status {
   std::string DateText() const;
   std::string PositionText() const;
   std::string DatePayload() const;
-  /// -1, 0 or 1, the same sequence for the same seed.
+  /// Returns -1, 0 or 1; the sequence depends on the seed alone.
   int Drift();
 
   static constexpr int kLatitude = 59 * 60000 + 54210;
@@ -63,7 +63,7 @@ class Status {
   int latitude_ = kLatitude;  // thousandths of a minute
   int longitude_ = kLongitude;
   std::map<std::string, std::string, std::less<>> values_;
-  std::vector<Effect> conditions_;  // one for each group, in the order in which they are reported
+  std::vector<Effect> conditions_;  // one for each group, in the order of the report
 };
 
 }  // namespace corvex::simulation

@@ -25,7 +25,8 @@ std::vector<std::string_view> Words(std::string_view line) {
   }
 }
 
-/// A number of at most five digits and, if allowed, decimals; -1 for anything else.
+/// Parses a number of at most five digits and, if allowed, up to three decimals. Returns -1 for anything
+/// else.
 double Number(std::string_view text, bool decimals) {
   const std::size_t point = decimals ? std::min(text.find('.'), text.size()) : text.size();
   if (point < 1 || point > 5 || text.size() > point + 4 || text.size() == point + 1) return -1;
@@ -39,7 +40,7 @@ bool IsOneOf(std::string_view text, std::string_view digits) {
   return text.size() == 1 && digits.find(text[0]) != std::string_view::npos;
 }
 
-/// Channels stand 2.5 kHz apart.
+/// Channels are spaced 2.5 kHz apart.
 std::string Megahertz(int base, int channel) {
   const int hertz100 = channel * 25;
   std::array<char, 32> text{};

@@ -12,13 +12,13 @@
 
 namespace corvex::simulation {
 
-/// The unit's test shell: a channel is set up by one line of eight fields and then reports on itself until it
-/// is stopped.
+/// The unit's test shell. A line of eight fields sets up a channel, which then sends reports until it is
+/// stopped.
 ///
 ///   tdm 12800 12800 1.0 3 1 0 12.0
 ///
-/// These are the kind of channel, its numbers for receiving and sending, the level, the modulation, whether
-/// it sends at all, whether interleaving is off, and the gain of the antenna.
+/// The fields are the kind of channel, the receive and transmit channel numbers, the level, the modulation,
+/// whether it transmits, whether interleaving is off, and the antenna gain.
 class TestShell {
  public:
   static constexpr EventLoop::Time kReportTime = std::chrono::seconds(2);
@@ -32,7 +32,7 @@ class TestShell {
   void Stop();
   bool Running() const { return running_; }
 
-  /// A line without its end. "quit" ends the shell.
+  /// Executes a line, given without its line end. "quit" ends the shell.
   void Execute(std::string_view line);
 
  private:

@@ -6,7 +6,7 @@
 
 namespace corvex::simulation {
 
-/// A one-shot timer that is forgotten with its owner.
+/// A one-shot timer that is cancelled when it is destroyed.
 class Timer {
  public:
   explicit Timer(EventLoop& loop) : loop_(loop) {}
@@ -14,7 +14,7 @@ class Timer {
   Timer& operator=(const Timer&) = delete;
   ~Timer() { Stop(); }
 
-  /// Starts anew; a run that was pending is forgotten.
+  /// Starts the timer. Cancels a pending run.
   void Start(EventLoop::Time delay, EventLoop::Task task) {
     Stop();
     id_ = loop_.After(delay, [this, run = std::move(task)] {

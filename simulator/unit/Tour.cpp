@@ -6,7 +6,7 @@ namespace corvex::simulation {
 namespace {
 
 struct TourStep {
-  int milliseconds;  ///< how long the screen before is looked at
+  int milliseconds;  ///< delay before the key, while the previous screen is shown
   std::string_view bytes;
 };
 
@@ -19,7 +19,7 @@ constexpr std::array<TourStep, 17> kSteps{{
     {3000, "4"},      // Setup
     {2500, "1"},      // Language
     {1500, kDown},    //
-    {1500, kEnter},   // the message, which goes by itself
+    {1500, kEnter},   // the message, which disappears by itself
     {4500, "2"},      // Display
     {2000, kEscape},  // Setup
     {1500, kEscape},  // main menu

@@ -7,8 +7,8 @@
 
 namespace corvex::simulation {
 
-/// A demonstration without hands: from the idle screen it presses one key after the other, as the PC would
-/// send them, and begins again when it is through.
+/// An automatic demonstration. Starting at the idle screen, it sends one key after the other, as the PC
+/// would, and repeats the sequence when it is finished.
 class Tour {
  public:
   Tour(EventLoop& loop, std::function<void(std::string_view)> press)

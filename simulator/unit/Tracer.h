@@ -10,8 +10,8 @@
 
 namespace corvex::simulation {
 
-/// What the unit tells of its inner life, if asked: trace records, and the channels of a second stream. Both
-/// run at several lines a second.
+/// The unit's trace output, sent on request: trace records, and the channels of a second stream. Each stream
+/// sends several lines a second.
 class Tracer {
  public:
   static constexpr EventLoop::Time kRecordTime = std::chrono::milliseconds(200);
@@ -22,7 +22,7 @@ class Tracer {
 
   void SwitchRecords(bool on);
   void SwitchChannels(bool on);
-  /// What has not been told yet is told now.
+  /// Sends a pending record at once.
   void Flush();
   void Stop();
 

@@ -92,7 +92,7 @@ void Unit::TakeLine(const CommandLine::Line& line) {
 
 void Unit::Execute(const CommandLine::Line& line) {
   const std::string command = Upper(line.text);
-  if (!command.starts_with("AT")) return;  // noise, or words meant for somebody else
+  if (!command.starts_with("AT")) return;  // noise, or text for somebody else
   if (line.tooLong) return send_(Reply("ERROR"));
   if (command == "AT+WQUILSTARTTMLB") {
     send_(Reply("OK"));
@@ -153,11 +153,11 @@ void Unit::Press(Key key) {
       return tracer_.SwitchChannels(key.kind == KeyKind::ChannelTraceOn);
     case KeyKind::Repaint:
       mmi_.Press(key);
-      // A PC that asks for the screen has none, and so it has no readings either.
+      // A PC that requests the screen has lost it, and with it the readings.
       return send_(status_.Report());
     case KeyKind::Escape:
-      // The PC sends it to open a session too, and on the idle screen it does nothing: it is nobody's key
-      // there.
+      // The PC also sends ESC to open a session. On the idle screen it has no effect, so it does not count as
+      // a key.
       if (mmi_.AtIdle()) return;
       break;
     default:

@@ -17,26 +17,26 @@
 
 namespace corvex::simulation {
 
-/// What a unit says to the question whether it takes new software.
+/// The unit's answer to the question whether it accepts new software.
 enum class UpgradeAnswer { Protocol, Disallowed, PasswordDisallowed, Error };
 
 struct UnitOptions {
   std::string modelReply = "204417";  ///< the part number in the reply to "at+gmm"
   UpgradeAnswer upgrade = UpgradeAnswer::Protocol;
-  std::string_view mubInfo = "Master MUB on Master SDU";  ///< which MUB it is, a text that outlives it
+  std::string_view mubInfo = "Master MUB on Master SDU";  ///< the MUB's name; the text must outlive the unit
   /// The unit's clock at the start, in seconds since 1970; by default the PC's local time.
   std::optional<std::int64_t> startTime = std::nullopt;
   EventLoop::Time tick = std::chrono::seconds(1);
-  bool tour = false;  ///< Plays through some screens by itself while nobody touches a key.
-  bool trace = true;  ///< A trace record comes now and then, unasked, until the PC switches trace off.
+  bool tour = false;  ///< Shows some screens automatically until a key is pressed.
+  bool trace = true;  ///< Sends trace records unrequested until the PC switches trace on or off.
   std::uint32_t seed = 1;
 };
 
-/// A simulated terminal unit, seen through its line: bytes in, bytes out, and a line that comes and goes.
+/// A simulated terminal unit, accessed over its line.
 ///
-/// It begins as a modem that takes AT commands. One of these starts the tag stream, in which it shows its
-/// man-machine interface and takes keys, another one its test shell; the character CAN or a hang-up ends
-/// either.
+/// It starts as a modem that takes AT commands. One command starts the tag stream, in which the unit shows
+/// its man-machine interface and takes keys. Another one starts the test shell. The character CAN or a
+/// hang-up returns to AT commands.
 class Unit {
  public:
   using Options = UnitOptions;
@@ -45,11 +45,11 @@ class Unit {
   Unit(EventLoop& loop, UnitOptions options, Send send);
 
   void Receive(std::string_view bytes);
-  /// The line comes or goes; not from within Send.
+  /// The line comes up or goes down. Must not be called from within Send.
   void LineUp();
   void LineDown();
   bool InTagMode() const { return tagMode_; }
-  /// The name of the screen on its display, see Screens; empty while there is no session.
+  /// Returns the name of the current screen, see Screens; empty outside a session.
   std::string_view Shows() const { return mmi_.Shows(); }
 
  private:

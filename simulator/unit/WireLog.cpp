@@ -9,7 +9,7 @@ namespace corvex::simulation {
 namespace {
 
 constexpr std::string_view kHeader = "# corvex wire log 1";
-constexpr double kLatest = 1e6;  // seconds; a later time is a slip of the pen
+constexpr double kLatest = 1e6;  // seconds; a later time is a typing error
 
 std::string_view TakeWord(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -26,16 +26,16 @@ std::optional<double> Seconds(std::string_view word) {
   return usable ? std::optional(value) : std::nullopt;
 }
 
-/// The bytes of a quoted text, or what is wrong with it.
+/// Returns the bytes of a quoted text, or an error message.
 std::variant<std::string, const char*> Unquote(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  if (text.empty() || text.front() != '"') return "the bytes must stand in quotes";
+  if (text.empty() || text.front() != '"') return "the bytes must be in quotes";
   std::string bytes;
   for (std::size_t i = 1; i < text.size(); ++i) {
     const char c = text[i];
     if (c == '"') {
       if (text.find_first_not_of(' ', i + 1) != std::string_view::npos)
-        return "something stands behind the quotes";
+        return "unexpected text after the closing quote";
       return bytes;
     }
     if (c < ' ' || c > '~') return "a byte outside 32 to 126 must be written as \\xNN";
@@ -54,7 +54,7 @@ std::variant<std::string, const char*> Unquote(std::string_view text) {
     const std::string_view digits = text.substr(std::min(i + 1, text.size()), 2);
     const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
     if (name != 'x' || digits.size() != 2 || failure != std::errc() || end != digits.data() + 2) {
-      return "unknown escape; there are \\e \\r \\n \\t \\\" \\\\ and \\xNN";
+      return "unknown escape; valid are \\e \\r \\n \\t \\\" \\\\ and \\xNN";
     }
     bytes += static_cast<char>(value);
     i += 2;
@@ -62,15 +62,15 @@ std::variant<std::string, const char*> Unquote(std::string_view text) {
   return "the closing quote is missing";
 }
 
-/// One event, or what is wrong with the line.
+/// Returns the event on a line, or an error message.
 std::variant<WireEvent, const char*> ParseLine(std::string_view line) {
   const std::string_view mark = TakeWord(line);
   const auto at = Seconds(TakeWord(line));
-  if (mark != "=" && mark != ">" && mark != "<") return "a line begins with #, =, > or <";
+  if (mark != "=" && mark != ">" && mark != "<") return "a line must start with #, =, > or <";
   if (!at) return "a time in seconds must follow";
   if (mark == "=") {
     const std::string_view what = line.substr(std::min(line.find_first_not_of(' '), line.size()));
-    if (what.empty()) return "it must say what happened, such as open or close";
+    if (what.empty()) return "the event is missing, such as open or close";
     WireEvent::Kind kind = WireEvent::Kind::Note;
     if (what == "open" || what.starts_with("open ")) kind = WireEvent::Kind::Open;
     if (what == "close") kind = WireEvent::Kind::Close;
@@ -98,7 +98,8 @@ std::variant<std::vector<WireEvent>, WireLogError> ParseWireLog(std::string_view
     auto parsed = ParseLine(line);
     if (const auto* error = std::get_if<const char*>(&parsed)) return WireLogError{number, *error};
     WireEvent& event = std::get<WireEvent>(parsed);
-    if (!events.empty() && event.at < events.back().at) return WireLogError{number, "the time goes back"};
+    if (!events.empty() && event.at < events.back().at)
+      return WireLogError{number, "the time is earlier than that of the previous event"};
     events.push_back(std::move(event));
   }
   return events;

@@ -7,7 +7,8 @@
 
 namespace corvex::simulation {
 
-/// What passed on a line, and when: a text file that can be read, cut and annotated by hand.
+/// A recording of the bytes on a line with their times: a text file that can be read, cut and annotated by
+/// hand.
 ///
 ///     # corvex wire log 1
 ///     # free comment lines: unit, date, what it shows
@@ -18,21 +19,21 @@ namespace corvex::simulation {
 ///     = 8.000 line lost
 ///     = 9.000 close
 ///
-/// ">" is from the PC to the modem, "<" from the modem to the PC; times are seconds since the start and never
-/// go back. In the quotes \e \r \n \t \" \\ and \xNN stand for bytes, and every byte from 32 to 126 but the
-/// quote and the backslash for itself.
+/// ">" marks bytes from the PC to the modem, "<" bytes from the modem to the PC. Times are seconds since the
+/// start and never decrease. Inside the quotes, \e \r \n \t \" \\ and \xNN are escapes; all other bytes from
+/// 32 to 126 represent themselves.
 struct WireEvent {
   enum class Kind { Open, ToModem, FromModem, Lost, Close, Note };
   Kind kind = Kind::Open;
   double at = 0;      ///< seconds since the start
-  std::string bytes;  ///< of ToModem and FromModem
+  std::string bytes;  ///< only for ToModem and FromModem
 };
 
-/// The bytes that stand for a password and its line end.
+/// These bytes replace a password and its line end.
 inline constexpr std::string_view kPasswordLine = "(password)\r\n";
 
 struct WireLogError {
-  int line = 0;  ///< from 1
+  int line = 0;  ///< counted from 1
   std::string text;
 };
 

@@ -6,19 +6,21 @@
 
 namespace corvex {
 
-/// The lines that were sent last, newest first, and the one that was being typed before they were looked at.
+/// The history of sent lines, newest first. Also keeps the line that the user was typing before browsing the
+/// history.
 class LineHistory {
  public:
   static constexpr std::int16_t kEntries = 10;
 
-  /// A line has been sent; an empty one does not count.
+  /// Adds a sent line as the newest entry. Empty lines are ignored.
   void RecordLine(const std::string& text);
-  /// The next older entry; at the last one it stays. The first step leads to the second entry, as the first
-  /// is the line that still stands in the box.
+  /// Moves to the next older entry and returns it; at the oldest entry it stays there. The first call returns
+  /// the second entry, because the first is still in the text box.
   const std::string& RecallOlder();
-  /// The next newer entry, and before the first the line that was being typed.
+  /// Moves to the next newer entry and returns it. At the newest entry it returns the line that the user was
+  /// typing.
   const std::string& RecallNewer();
-  /// The text of the box, which is kept if the looking back begins with it.
+  /// Stores the current text of the text box. Ignored while the user is browsing older entries.
   void NoteScratch(const std::string& text);
   const std::string& LastLine() const { return history_[0]; }
   const std::string& scratch() const { return scratch_; }

@@ -6,14 +6,14 @@
 
 namespace corvex {
 
-/// What the service panels go through before they send.
+/// Gives the service panels access to the link.
 class PanelLink {
  public:
   PanelLink(TerminalLink& link, const MainState& main) : link_(link), main_(main) {}
 
-  /// Opens the link if need be, which may take seconds. False if it cannot be, if the panel's mode is not on
-  /// or is left meanwhile, and for what is clicked while another click waits: the user has clicked again
-  /// because nothing happened.
+  /// Opens the link if it is closed, which may take seconds. Returns true if the panel may send. Returns
+  /// false if the link cannot be opened, or if `panel` is not the current mode before or after the wait. Also
+  /// returns false while another call waits: the user has clicked again because nothing has happened yet.
   bool Ready(ModemMode panel) {
     if (main_.mode != panel || opening_) return false;
     const ScopedFlag opening(opening_);

@@ -31,7 +31,8 @@ const auto& Entry(const Table& table, int index) {
   return table[static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(table.size()) - 1))];
 }
 
-/// An address as it will be read back: one line, without the blanks around it, no longer than a setting.
+/// Returns an address in the form in which it will be read back: on one line, without leading or trailing
+/// blanks, and cut to the length of a setting.
 std::string CleanAddress(std::string text) {
   std::replace_if(
       text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
@@ -71,7 +72,7 @@ void PortPanel::Refresh() {
   const int port = comPort_.CommPort();
   const std::string device = DescribePort(ports_, settings_, port);
   window_.txtPort.SetText("com" + NumberText(port));
-  window_.txtPort.enabled = PortExists(ports_, settings_, port) != 0;  // greyed, and still to be chosen
+  window_.txtPort.enabled = PortExists(ports_, settings_, port) != 0;  // greyed if missing, but selectable
   window_.txtPort.toolTip = std::string(kPortTip) + '\n' + device;
   window_.lblDevice.caption = device;
   window_.UpDownPort.value = port;
@@ -90,13 +91,13 @@ void PortPanel::Refresh() {
 }
 
 void PortPanel::StepPort() {
-  // An open port keeps its number, which is then shown again.
+  // An open port keeps its number, and Refresh shows that number again.
   comPort_.SetCommPort(static_cast<std::int16_t>(WholePrefix(window_.txtPort.tag)));
   Refresh();
 }
 
 void PortPanel::StepSpeed() {
-  // The arrows go on beyond the table; that is meant, and they stay at its end.
+  // Intentional: the arrows can step beyond the table. The position then returns to the last speed.
   if (WholePrefix(window_.txtSpeed.tag) >= kLastSpeed) window_.UpDownSpeed.value = kLastSpeed;
   const std::string speed = std::to_string(SpeedFromIndex(WholePrefix(window_.txtSpeed.tag)));
   window_.txtSpeed.SetText(speed);

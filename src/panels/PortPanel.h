@@ -10,44 +10,45 @@
 
 namespace corvex {
 
-// What the steps of the panel stand for, counted from 0. An index beyond a table is that of its nearer end.
+// Conversions between up-down positions, counted from 0, and line parameters. A position outside the table is
+// clamped to its nearest end.
 std::int32_t SpeedFromIndex(int index);
-/// 0 for a speed that is not in the table.
+/// Returns 0 for a speed that is not in the table.
 int IndexFromSpeed(std::int32_t speed);
 std::string StopBitsFromIndex(int index);
-/// 2 for a text that is neither "1" nor "1.5".
+/// Returns 2 for any text other than "1" or "1.5".
 int IndexFromStopBits(std::string_view text);
 
-/// The fields of the line parameters, as in "115200,n,8,1".
+/// The four fields of the line parameters, in order, for example "115200,n,8,1".
 enum class SettingsPart { Speed, Parity, DataBits, StopBits };
 
-/// A field of the port's parameters as it stands there; empty if it is not there.
+/// Returns one field of the port's parameters, unchanged. Empty if the field is missing.
 std::string SettingsField(const SerialControl& comPort, SettingsPart part);
-/// Replaces one of the four fields; the others stay as they are.
+/// Replaces one of the four fields and keeps the others.
 void SetSettingsField(SerialControl& comPort, SettingsPart part, std::string_view text);
 
-/// The two panels of the port setup: the serial parameters, and the route over the LAN.
+/// The two panels of the port setup: the serial parameters and the LAN route.
 ///
-/// The serial port itself holds its parameters: a step takes effect with the next connect of this run, and
-/// nothing reaches the settings until they are saved.
+/// The serial port object holds the serial parameters. A change takes effect with the next connect of this
+/// run. It is written to the settings only when the user saves it.
 class PortPanel {
  public:
   PortPanel(const Platform& platform, SettingsStore& settings, TermControls& window)
       : comPort_(platform.comPort), ports_(platform.serialPorts), settings_(settings), window_(window) {}
 
-  /// Shows the port's parameters, and what of the device behind its number the system tells.
+  /// Shows the port's parameters and what the system reports about its device.
   void Refresh();
-  /// Shows the route that the settings name.
+  /// Shows the route from the settings.
   void ShowRoute();
 
-  // The user has stepped one of the values.
+  // The user has changed a value with its arrows.
   void StepPort();
   void StepSpeed();
   void StepDataBits();
   void StepStopBits();
 
   void StoreErb();    ///< Stores whether the link goes through an ERB unit.
-  void StoreRoute();  ///< That, and all else of the LAN panel.
+  void StoreRoute();  ///< Stores all values of the LAN panel, the ERB choice included.
 
  private:
   SerialControl& comPort_;

@@ -18,7 +18,7 @@ constexpr double kRfbLimit = 64;
 constexpr double kLeastGain = 12;
 constexpr double kMostGain = 17;
 
-/// The word of the option that is chosen; none for none.
+/// Returns the word of the chosen option; empty if none is chosen.
 template <std::size_t kCount>
 std::string_view Chosen(const std::array<OptionButton, kCount>& options,
                         const std::array<std::string_view, kCount>& words) {
@@ -51,7 +51,7 @@ std::string TestInterface::BuildTestCommand() {
     command += Chosen(panel_.optModulation, kModulationFields);
     command += Chosen(panel_.optRxTx, kRxTxFields);
     command += panel_.chkInterleaving.value ? "1 " : "0 ";
-    // What is rounded into the range passes and goes out as typed, 17.4 too; that is meant.
+    // Intentional: the rounded value is checked, but the typed text is sent. 17.4 passes.
     if (const double gain = Rounded(panel_.txtAntGain); gain >= kLeastGain && gain <= kMostGain)
       return command + panel_.txtAntGain.Text() + std::string(kCrLf);
     panel_.txtAntGain.SetText("12.0");
@@ -66,7 +66,7 @@ void TestInterface::Execute() {
   if (!link_.Ready(ModemMode::TestInterface)) return;
   running_ = !running_;
   panel_.cmdDspExec.caption = running_ ? "Stop" : "Execute";
-  // A panel that makes no command leaves the button at "Stop" too; that is meant.
+  // Intentional: the button shows "Stop" even if the panel's values are invalid and no command is sent.
   link_.WriteText(running_ ? BuildTestCommand() : "stop" + std::string(kCrLf));
 }
 

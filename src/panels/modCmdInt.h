@@ -8,15 +8,16 @@
 
 namespace corvex {
 
-/// The test interface: one line of eight fields, set up from the panel, makes the modem's test shell send or
-/// receive on a channel until it is stopped.
+/// The test interface. It builds a line of eight fields from the panel. The line makes the modem's test shell
+/// send or receive on a channel until it is stopped.
 class TestInterface {
  public:
   TestInterface(const Platform& platform, TermControls& window, PanelLink& link)
       : platform_(platform), panel_(window.testPanel), link_(link) {}
   void Connect();
 
-  /// The line for what the panel shows; empty, and the user has been told, if that makes none.
+  /// Returns the command line for the panel's values. If a value is invalid, signals this to the user and
+  /// returns an empty text.
   std::string BuildTestCommand();
 
  private:

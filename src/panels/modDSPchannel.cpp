@@ -12,8 +12,8 @@ namespace corvex {
 
 namespace {
 
-/// A button's caption, what it sends, and its next caption. "Debug" and "Stop" are for buttons of other
-/// windows.
+/// A button's caption, the text that it sends, and its next caption. "Debug" and "Stop" belong to buttons of
+/// other windows.
 struct ShortWord {
   std::string_view caption;
   std::string_view sent;
@@ -79,7 +79,7 @@ void DspChannel::SendRaw(std::size_t index) {
   if (!link_.Ready(ModemMode::TestInterface)) return;
   link_.WriteText(std::string(kRawWords[index]) + panel_.txtRaw.Text() + std::string(kCrLf));
   if (window_.Active()) panel_.txtRaw.SetFocus();
-  panel_.txtRaw.SelectAll();  // the next typing replaces the line
+  panel_.txtRaw.SelectAll();  // typing replaces the line
 }
 
 }  // namespace corvex

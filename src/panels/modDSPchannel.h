@@ -10,14 +10,15 @@
 
 namespace corvex {
 
-/// A record of the DSP as the closed library takes it. The first of the text's comma fields is the number n
-/// of all of them; the array has n + 1 elements, the last of which is 0. The library is given no length but
-/// that n, so the array is made by it alone: fields too many are left out, missing ones are 0. Values from
-/// 32768 on become their two's complement. Empty, and not to be handed on, where n is below 1 or a value does
-/// not fit.
+/// Converts comma-separated numbers to the array that the closed DSP library expects.
+///
+/// The first field is n, the number of fields including itself. The array has n + 1 elements and ends with 0.
+/// The library receives no other length, so n alone decides the size: extra fields are ignored and missing
+/// ones are 0. Values from 32768 on are converted to their two's complement. The result is empty, and must
+/// not be passed on, if n is below 1 or a value does not fit into 16 bits.
 std::vector<std::int16_t> DspMessage(std::string_view text);
 
-/// The buttons that talk to the DSP over the modem's test shell, and the way of its records to the library.
+/// The buttons that send DSP commands to the modem's test shell. Also passes DSP records to the library.
 class DspChannel {
  public:
   DspChannel(const Platform& platform, TermControls& window, PanelLink& link)

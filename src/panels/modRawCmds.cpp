@@ -21,10 +21,10 @@ constexpr int kDown = 40;
 
 /// Seconds before each character of a script.
 constexpr double kPlayPause = 0.05;
-/// Of a line of a script; what is longer is left out up to the line's end.
+/// The longest line of a script, in characters. The rest of a longer line is dropped.
 constexpr std::size_t kLongestLine = 32'767;
 
-/// The hexadecimal number that a text begins with, in its low 32 bits; 0 for none.
+/// Returns the low 32 bits of the hexadecimal number at the start of a text; 0 if there is none.
 std::uint32_t HexPrefix(std::string_view text) {
   std::uint32_t value = 0;
   for (const char c : text) {
@@ -36,12 +36,13 @@ std::uint32_t HexPrefix(std::string_view text) {
   return value;
 }
 
-/// A file for reading. Nothing else is opened: a pipe would wait for ever, and a missing file is none.
+/// Opens a script for reading. Only regular files are opened: opening a pipe would wait forever. If the file
+/// cannot be opened, the stream is closed.
 std::ifstream OpenScript(const std::string& path) noexcept {
   try {
     std::error_code error;
     if (std::filesystem::is_regular_file(path, error)) return std::ifstream(path, std::ios::binary);
-  } catch (const std::exception&) {  // of a path that the system cannot name
+  } catch (const std::exception&) {  // the system cannot represent the path
   }
   return {};
 }
@@ -112,7 +113,8 @@ void RawCommands::WriteLine(const std::string& text) {
   for (const char byte : BytesFromNumbers(numbers, hex)) link_.WriteText({&byte, 1});
 }
 
-/// The box has the focus, or has been sent: the next typing replaces the line.
+/// Selects the line, so that typing replaces it. Called when the box gets the focus and after the line was
+/// sent.
 void RawCommands::EnterBox() {
   at_.txtRawBytes.SelectAll();
   at_.lblRec.caption = history_.LastLine();
@@ -122,7 +124,7 @@ void RawCommands::EnterBox() {
 bool RawCommands::TakeKey(const KeyEvent& key) {
   TextBox& box = at_.txtRawBytes;
   if (main_.mode != ModemMode::AtMode) {
-    // However the mode was left: Enter is not the panel's any more.
+    // The mode has been left, in whatever way. Enter no longer belongs to the panel.
     if (window_.defaultButton.Get() == &at_.cmdRawBytes) window_.defaultButton = nullptr;
     return false;
   }
@@ -165,7 +167,7 @@ void RawCommands::SetAutoSend() {
   FocusAtPanel(window_);
 }
 
-/// What still reaches the box as it is hidden.
+/// Sends text that still reaches the box while it is hidden.
 void RawCommands::TakeTyped() {
   if (!at_.optAutoSend.value || main_.mode != ModemMode::AtMode) return;
   link_.WriteText(at_.txtRawBytes.Text());
@@ -178,14 +180,14 @@ void RawCommands::TakeDrop(const Drop& drop) {
   if (drop.files.size() != 1) {
     platform_.dialogs.MessageBox("Select exactly one file");
   } else if (playing_) {
-    platform_.sound.Bell();  // two scripts would mix their lines
+    platform_.sound.Bell();  // the lines of two scripts would mix
   } else {
     Play(drop.files[0]);
   }
 }
 
-/// Plays a script to the test shell, a character at a time, so that it can be watched. It ends with the
-/// mode: a line of it must not reach a dialogue that follows.
+/// Sends a script to the test shell. The characters appear one at a time in the line, so that the user can
+/// follow them. Playing stops when the mode changes: no line of the script may reach a later dialogue.
 void RawCommands::Play(const std::string& path) {
   std::ifstream script = OpenScript(path);
   if (!script.is_open()) return;

@@ -10,16 +10,16 @@
 
 namespace corvex {
 
-/// The bytes that a line of numbers between blanks stands for. A number is as long as it is well-formed, 0
-/// where there is none, and two blanks have an empty one between them, which is 0. Of a number that is larger
-/// than a byte its low byte goes out.
+/// Converts numbers separated by single blanks to bytes. Each field is read up to its first invalid
+/// character; a field without a number is 0. Two adjacent blanks enclose an empty field, which is also 0. A
+/// number larger than a byte is reduced to its low byte.
 std::string BytesFromNumbers(std::string_view line, bool hex);
 
-/// Gives the focus to what takes lines or keys in the AT panel, if the window is the active one.
+/// Moves the focus to the control of the AT panel that takes input, if the window is active.
 void FocusAtPanel(TermControls& window);
 
-/// The free ways of talking to the modem: the byte editor of the AT mode, and the line of the test interface
-/// with the scripts that are dropped on it.
+/// Free input to the modem: the byte editor of the AT mode, the command line of the test interface, and the
+/// scripts that are dropped on that line.
 class RawCommands {
  public:
   RawCommands(const Platform& platform, const MainState& main, TermControls& window, PanelLink& link)
@@ -31,7 +31,7 @@ class RawCommands {
         link_(link) {}
   void Connect();
 
-  /// A key that the window has seen before any control. True if it was one of the byte editor's.
+  /// Handles a key before any control sees it. Returns true if the byte editor has used the key.
   bool TakeKey(const KeyEvent& key);
 
  private:
@@ -51,7 +51,7 @@ class RawCommands {
   TextBox& txtRaw_;
   PanelLink& link_;
   LineHistory history_;
-  bool playing_ = false;  ///< A script.
+  bool playing_ = false;  ///< A script is being played.
 };
 
 }  // namespace corvex

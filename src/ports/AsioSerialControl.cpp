@@ -17,25 +17,25 @@ namespace corvex {
 
 namespace {
 
-// Nearly six seconds at 115,200 bit/s; what comes beyond it waits in the system.
+// Almost six seconds at 115,200 bit/s. Further bytes wait in the system.
 constexpr std::size_t kInputBound = 64 * 1024;
-// A line that takes nothing must not let the queue grow for ever.
+// Bounds the queue on a line that takes no bytes.
 constexpr std::size_t kOutputBound = 1024 * 1024;
 constexpr std::size_t kPiece = 4096;
 
 }  // namespace
 
-/// An open device, and the thread that reads and writes it until this object ends.
+/// An open device and the thread that reads and writes it. The thread ends in the destructor.
 ///
-/// The device itself is used by the thread alone, but for looking at its state. Both sides share the queues
-/// under the mutex.
+/// Only the thread uses the device, except for queries of its state. Both threads share the queues, guarded
+/// by the mutex.
 class AsioSerialControl::Line {
  public:
-  /// `arrived` and `lost` are called by the thread: the first once for all that has come until the next
-  /// TakeArrival, the second once, when the device has gone.
+  /// Both functions are called on the device's thread. `arrived` is called once when bytes arrive, and again
+  /// only after TakeArrival. `lost` is called once, when the device is lost.
   Line(LineHandle handle, std::function<void()> arrived, std::function<void()> lost)
       : arrived_(std::move(arrived)), lost_(std::move(lost)), handle_(handle) {
-    std::error_code failed;  // shows at the first read
+    std::error_code failed;  // an error shows at the first read
     port_.assign(handle, failed);
     Read();
     thread_ = std::thread([this] { io_.run(); });
@@ -46,7 +46,7 @@ class AsioSerialControl::Line {
     work_.reset();
     io_.stop();
     thread_.join();
-    // The system would wait many seconds for bytes that cannot leave, on a line held by its flow control.
+    // If flow control holds the line, close would wait many seconds for the unsent bytes.
     DiscardUnsent(handle_);
     std::error_code ignored;
     port_.close(ignored);
@@ -56,7 +56,7 @@ class AsioSerialControl::Line {
     OnThread([&] { SetUpLine(handle_, settings); });
   }
 
-  /// What has come by now has been announced.
+  /// Enables the next call of `arrived`.
   void TakeArrival() {
     const std::lock_guard lock(mutex_);
     announced_ = false;
@@ -93,8 +93,8 @@ class AsioSerialControl::Line {
       dropsFlight_ = inFlight_ > 0;
     }
     OnThread([this] {
-      // First the write that is under way: a line that is emptied would take it at once. The read that is
-      // cancelled with it begins again.
+      // Cancel the current write first: otherwise the line would accept it as soon as the system's queue is
+      // empty. The read is cancelled too and starts again.
       std::error_code ignored;
       port_.cancel(ignored);
       DiscardUnsent(handle_);
@@ -104,7 +104,8 @@ class AsioSerialControl::Line {
   }
 
  private:
-  /// Has the thread run `task`, and waits for it. The thread never waits for the loop's.
+  /// Runs `task` on the device's thread and waits for it. The device's thread never waits for the event
+  /// loop's thread.
   template <typename Task>
   void OnThread(Task task) {
     std::promise<void> done;
@@ -134,7 +135,7 @@ class AsioSerialControl::Line {
       }
     }
     if (tells) arrived_();
-    // A read may end without a byte, and be cancelled by DropOutput.
+    // A read can complete without a byte, and DropOutput can cancel it.
     const bool ended = error && error != asio::error::operation_aborted;
     if (ended || ((error || count == 0) && !LineAlive(handle_))) {
       Fail();
@@ -180,9 +181,9 @@ class AsioSerialControl::Line {
   asio::serial_port port_{io_};
   const LineHandle handle_;
 
-  // Used by the thread alone.
+  // Used only by the device's thread.
   std::array<char, kPiece> received_{};
-  std::string flight_;  ///< What is being written.
+  std::string flight_;  ///< The bytes of the current write.
   bool failed_ = false;
 
   std::mutex mutex_;
@@ -190,7 +191,7 @@ class AsioSerialControl::Line {
   std::string input_;
   bool announced_ = false;
   bool readingStopped_ = false;
-  std::string output_;  ///< What is to be written after `flight_`.
+  std::string output_;  ///< Bytes to be written after `flight_`.
   std::size_t inFlight_ = 0;
   bool dropsFlight_ = false;
   bool writing_ = false;
@@ -237,13 +238,13 @@ void AsioSerialControl::SetHandshaking(std::int32_t handshaking) {
 
 bool AsioSerialControl::Open() {
   if (PortOpen()) return true;
-  Close();  // what is left of the time before
+  Close();  // clears what is left of the previous connection
   const auto wanted = Wanted();
   if (!wanted) return false;
   const auto handle = OpenLine(DeviceName(), *wanted);
   if (!handle) return false;
-  // The line ends before this object does and the loop after it; a call that is still queued then, or when
-  // the port has been closed, comes to nothing.
+  // The line is destroyed before this object, and this object before the event loop. A call that is still
+  // queued when the port is closed or this object is destroyed does nothing.
   const auto onLoop = [this](void (AsioSerialControl::*call)()) {
     return [this, call, guarded = events_.Guard()] {
       loop_.PostFromAnyThread([this, call, guarded] {

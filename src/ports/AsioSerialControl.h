@@ -10,14 +10,14 @@
 
 namespace corvex {
 
-/// The serial port on Asio.
+/// The serial port, implemented with Asio.
 ///
-/// While the port is open a thread of its own serves it: it moves bytes between the device and two bounded
-/// queues, and tells the event loop when something has come or the device has gone. All else, the events
-/// included, happens on the loop's thread.
+/// While the port is open, a separate thread serves it. The thread moves bytes between the device and two
+/// bounded queues, and notifies the event loop when bytes have arrived or the device is lost. Everything
+/// else, the events included, happens on the event loop's thread.
 class AsioSerialControl : public SerialControl {
  public:
-  /// `deviceName` gives the system's name of the device behind a port number.
+  /// `deviceName` returns the system's device name for a port number.
   AsioSerialControl(EventLoop& loop, std::function<std::string(int)> deviceName);
   ~AsioSerialControl() override;
 
@@ -48,11 +48,11 @@ class AsioSerialControl : public SerialControl {
   EventLoop& loop_;
   std::function<std::string(int)> deviceName_;
   TransportEvents events_;
-  std::unique_ptr<Line> line_;  ///< Of the open port.
+  std::unique_ptr<Line> line_;  ///< Null while the port is closed.
   std::int16_t number_ = 1;
   std::string settings_ = "9600,n,8,1";
   std::int32_t handshaking_ = 0;
-  std::string lastWords_;  ///< Bytes that had come before the device went.
+  std::string lastWords_;  ///< Bytes that had arrived before the device was lost.
 };
 
 }  // namespace corvex

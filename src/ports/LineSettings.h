@@ -9,7 +9,7 @@ namespace corvex {
 enum class Parity { None, Even, Odd, Mark, Space };
 enum class StopBits { One, OneAndHalf, Two };
 
-/// How a serial line runs.
+/// The parameters of a serial line. `speed` is in bits per second.
 struct LineSettings {
   std::int32_t speed = 9600;
   Parity parity = Parity::None;
@@ -19,7 +19,8 @@ struct LineSettings {
   bool rtsCts = false;
 };
 
-/// Reads line parameters such as "115200,n,8,1", see SerialControl::SetSettings; the handshaking is left off.
+/// Parses line parameters such as "115200,n,8,1"; see SerialControl::SetSettings. Returns none if the text is
+/// invalid. Handshaking is left off.
 std::optional<LineSettings> ParseLineSettings(std::string_view text);
 
 }  // namespace corvex

@@ -6,8 +6,8 @@
 
 #include "ports/LineSettings.h"
 
-// What the systems' serial ports need beyond reading and writing; one source file for POSIX systems and one
-// for Windows.
+// System calls on serial ports other than reading and writing. One source file implements them for POSIX
+// systems, one for Windows.
 
 namespace corvex {
 
@@ -17,24 +17,26 @@ using LineHandle = void*;
 using LineHandle = int;
 #endif
 
-/// Opens a device for this program alone, ready for asynchronous reading and writing, and sets its line up.
-/// What had arrived before is thrown away. None if the device is not available or refuses the settings.
+/// Opens a device for exclusive, asynchronous reading and writing, applies the settings, and discards bytes
+/// received earlier. Returns none if the device is not available or rejects the settings.
 std::optional<LineHandle> OpenLine(const std::string& device, const LineSettings& settings);
 
-/// Changes an open line at once. False if it is refused.
+/// Applies the settings to an open line at once. Returns false if they are rejected.
 bool SetUpLine(LineHandle line, const LineSettings& settings);
 
 void DiscardReceived(LineHandle line);
-/// Takes back what the system has not sent yet.
+/// Discards bytes that the system has not sent yet.
 void DiscardUnsent(LineHandle line);
 
-/// How many bytes a read may ask for without waiting for more than the first, `most` at the most.
+/// Returns the number of bytes, up to `most`, that a read may request without waiting for more than the first
+/// one.
 std::size_t ReadSize(LineHandle line, std::size_t most);
 
-/// Bytes that were written and have not left yet; `pending` of them are in a write that has not completed.
+/// Returns the number of bytes that were written but not sent yet. `pending` of them belong to a write that
+/// has not completed.
 std::size_t UnsentBytes(LineHandle line, std::size_t pending);
 
-/// Whether the device is still there, as far as the system can tell.
+/// Returns whether the device still exists, as far as the system can tell.
 bool LineAlive(LineHandle line);
 
 }  // namespace corvex

@@ -17,8 +17,8 @@ namespace corvex {
 
 namespace {
 
-/// Whether a living program has claimed the device in the old way, by a file with its process id. The locks
-/// of OpenLine are not seen by such programs' own checks, but make their opening fail.
+/// Whether a running program has claimed the device with a lock file that holds its process id. Such programs
+/// do not check the locks that OpenLine sets, but the locks make their open calls fail.
 bool ClaimedByLockFile(const std::filesystem::path& device) {
   std::error_code failed;
   const std::filesystem::path target = std::filesystem::canonical(device, failed);
@@ -65,12 +65,12 @@ tcflag_t ParityFlags(Parity parity) {
 }  // namespace
 
 std::optional<LineHandle> OpenLine(const std::string& device, const LineSettings& settings) {
-  const std::filesystem::path path = std::filesystem::path("/dev") / device;  // an absolute one stays
+  const std::filesystem::path path = std::filesystem::path("/dev") / device;  // an absolute path is kept
   if (device.empty() || ClaimedByLockFile(path)) return {};
   const int line = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (line < 0) return {};
-  // The lock is on the device, so that no other name leads past it. TIOCEXCL is for programs that do not look
-  // at it.
+  // The lock is on the device itself, so it holds for every name of the device. TIOCEXCL also keeps out
+  // programs that do not use such locks.
   if (flock(line, LOCK_EX | LOCK_NB) != 0 || ioctl(line, TIOCEXCL) != 0 || !SetUpLine(line, settings)) {
     close(line);
     return {};
@@ -84,7 +84,7 @@ bool SetUpLine(LineHandle line, const LineSettings& settings) {
   if (tcgetattr(line, &attributes) != 0) return false;
   cfmakeraw(&attributes);
   attributes.c_iflag &= ~static_cast<tcflag_t>(IXOFF | IXANY | INPCK);
-  attributes.c_iflag |= IGNPAR;  // a byte that was garbled on the line is dropped
+  attributes.c_iflag |= IGNPAR;  // garbled bytes are dropped
   if (settings.xonXoff) attributes.c_iflag |= IXON | IXOFF;
   attributes.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | PARENB | PARODD | CRTSCTS);
 #ifdef CMSPAR
@@ -93,15 +93,16 @@ bool SetUpLine(LineHandle line, const LineSettings& settings) {
   if (settings.parity == Parity::Mark || settings.parity == Parity::Space) return false;
 #endif
   attributes.c_cflag |= CREAD | CLOCAL | DataBitsFlag(settings.dataBits) | ParityFlags(settings.parity);
-  // One and a half is the same flag, which with five data bits means just that; with more it sends two, and a
-  // receiver that expects less does not mind.
+  // CSTOPB means 1.5 stop bits with five data bits and 2 stop bits with more. If 1.5 is requested with more
+  // than five data bits, 2 are sent, which a receiver accepts.
   if (settings.stopBits != StopBits::One) attributes.c_cflag |= CSTOPB;
   if (settings.rtsCts) attributes.c_cflag |= CRTSCTS;
   attributes.c_cc[VMIN] = 1;
   attributes.c_cc[VTIME] = 0;
   if (cfsetspeed(&attributes, static_cast<speed_t>(settings.speed)) != 0) return false;
   if (tcsetattr(line, TCSANOW, &attributes) != 0) return false;
-  // Units that are only powered or only speak with these lines up. A pseudo terminal has none.
+  // Some units draw power from these lines, or answer only while they are raised. A pseudo terminal does not
+  // have them.
   const int lines = settings.rtsCts ? TIOCM_DTR : TIOCM_DTR | TIOCM_RTS;
   (void)ioctl(line, TIOCMBIS, &lines);
   return true;

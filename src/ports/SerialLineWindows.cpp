@@ -15,8 +15,8 @@ namespace {
 
 constexpr DWORD kInputQueue = 16 * 1024;
 constexpr DWORD kOutputQueue = 4 * 1024;
-// A read ends now and then without a byte, and the device is looked after: some drivers leave it pending for
-// ever when an adapter is pulled out.
+// The time limit of a read, in milliseconds. After a read without a byte, the device is checked: some drivers
+// leave a read pending forever when the adapter is unplugged.
 constexpr DWORD kReadTime = 2000;
 constexpr char kXon = 17;
 constexpr char kXoff = 19;
@@ -24,7 +24,7 @@ constexpr char kXoff = 19;
 std::wstring SystemName(const std::string& device) {
   std::wstring name;
   for (const char c : device) name += static_cast<wchar_t>(static_cast<unsigned char>(c));  // Latin-1
-  // Without the prefix COM9 would be the last one.
+  // Without the prefix, COM9 is the highest name that works.
   return name.starts_with(L'\\') ? name : L"\\\\.\\" + name;
 }
 
@@ -60,13 +60,13 @@ BYTE StopBitsOf(StopBits stopBits) {
 
 std::optional<LineHandle> OpenLine(const std::string& device, const LineSettings& settings) {
   if (device.empty()) return {};
-  // No sharing: the system refuses a second handle, under whatever name.
+  // No sharing: the system refuses a second handle under any name.
   const HANDLE line = CreateFileW(SystemName(device).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                   OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr);
   if (line == INVALID_HANDLE_VALUE) return {};
   COMMTIMEOUTS times = {};
   times.ReadTotalTimeoutConstant = kReadTime;
-  SetupComm(line, kInputQueue, kOutputQueue);  // a wish
+  SetupComm(line, kInputQueue, kOutputQueue);  // the driver may ignore the sizes
   if (!SetCommTimeouts(line, &times) || !SetUpLine(line, settings)) {
     CloseHandle(line);
     return {};
@@ -87,11 +87,11 @@ bool SetUpLine(LineHandle line, const LineSettings& settings) {
   dcb.fParity = FALSE;
   dcb.fErrorChar = FALSE;
   dcb.fNull = FALSE;
-  dcb.fAbortOnError = FALSE;  // an error on the line must not stop all reading and writing
+  dcb.fAbortOnError = FALSE;  // a line error must not stop all reading and writing
   dcb.fDsrSensitivity = FALSE;
   dcb.fOutxDsrFlow = FALSE;
   dcb.fOutxCtsFlow = settings.rtsCts ? TRUE : FALSE;
-  // Units that are only powered or only speak with these lines up.
+  // Some units draw power from these lines, or answer only while they are raised.
   dcb.fDtrControl = DTR_CONTROL_ENABLE;
   dcb.fRtsControl = settings.rtsCts ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_ENABLE;
   dcb.fOutX = settings.xonXoff ? TRUE : FALSE;
@@ -113,7 +113,7 @@ void DiscardUnsent(LineHandle line) {
 }
 
 std::size_t ReadSize(LineHandle line, std::size_t most) {
-  // A read waits until it has all that it was asked for.
+  // A read waits until all requested bytes have arrived.
   DWORD errors = 0;
   COMSTAT state = {};
   if (!ClearCommError(line, &errors, &state)) return 1;
@@ -123,7 +123,7 @@ std::size_t ReadSize(LineHandle line, std::size_t most) {
 std::size_t UnsentBytes(LineHandle line, std::size_t pending) {
   DWORD errors = 0;
   COMSTAT state = {};
-  // The driver's count includes the pending writes; a driver that does not count says 0.
+  // The driver's count includes pending writes. A driver that does not count returns 0.
   const bool counted = ClearCommError(line, &errors, &state) != 0 && state.cbOutQue > 0;
   return counted ? state.cbOutQue : pending;
 }

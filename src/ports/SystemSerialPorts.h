@@ -6,11 +6,11 @@
 
 namespace corvex {
 
-/// The serial devices of this computer. On Linux they are looked up in the kernel's own list of terminals, on
-/// Windows in the registry's; both take about a millisecond.
+/// The serial devices of this computer, taken from the kernel's list of terminals on Linux and from the
+/// registry on Windows. Both calls take about a millisecond.
 class SystemSerialPorts : public SerialPorts {
  public:
-  /// `list`: where the kernel has its list; of no use on Windows.
+  /// `list`: the folder with the kernel's list; not used on Windows.
   explicit SystemSerialPorts(std::string list = "/sys/class/tty") : list_(std::move(list)) {}
 
   std::vector<std::string> Devices() const override;

@@ -30,13 +30,13 @@ bool Exists(const fs::path& path) {
   return fs::exists(path, failed);
 }
 
-/// Whether there is hardware behind an entry of the kernel's list: consoles have none, nor have the numbers
-/// that are kept free for ports on the main board, whose type is 0.
+/// Whether an entry of the kernel's list has real hardware. Consoles have no device. Entries that are
+/// reserved for ports on the main board have a device, but their type is 0.
 bool IsReal(const fs::path& entry) {
   return Exists(entry / "device") && ReadLine(entry / "type") != "0";
 }
 
-/// UTF-8 as Latin-1; other characters become "?".
+/// Converts UTF-8 to Latin-1; other characters become "?".
 std::string Latin1(const std::string& utf8) {
   std::string text;
   for (std::size_t i = 0; i < utf8.size(); ++i) {
@@ -45,14 +45,15 @@ std::string Latin1(const std::string& utf8) {
       text += utf8[i];
     } else if ((lead == 0xC2 || lead == 0xC3) && i + 1 < utf8.size()) {
       text += static_cast<char>((lead & 3) << 6 | (static_cast<unsigned char>(utf8[++i]) & 0x3F));
-    } else if (lead >= 0xC0) {  // the bytes after it count with it
+    } else if (lead >= 0xC0) {  // its continuation bytes are skipped
       text += '?';
     }
   }
   return text;
 }
 
-/// What the adapter calls itself, which stands some folders above its terminal.
+/// Returns the adapter's product name, which is stored a few folders above its terminal; empty if there is
+/// none.
 std::string Product(const fs::path& entry) {
   std::error_code failed;
   fs::path folder = fs::canonical(entry / "device", failed);
@@ -63,8 +64,8 @@ std::string Product(const fs::path& entry) {
   return {};
 }
 
-/// The group that the device's rights are for, if it is one that a user can be told to join: not the
-/// system's own.
+/// Returns the group that may read and write the device. Empty if there is none, or if the group is root,
+/// which a user should not be told to join.
 std::string GroupOf(const fs::path& device) {
   struct stat status {};
   constexpr mode_t kReadAndWrite = S_IRGRP | S_IWGRP;
@@ -90,11 +91,11 @@ std::vector<std::string> SystemSerialPorts::Devices() const {
 
 PortInfo SystemSerialPorts::Probe(const std::string& device) const {
   std::error_code failed;
-  const fs::path file = fs::canonical(fs::path("/dev") / device, failed);  // an absolute one stays
+  const fs::path file = fs::canonical(fs::path("/dev") / device, failed);  // an absolute path is kept
   if (failed) return {};
   const fs::file_status status = fs::status(file, failed);
   if (failed || fs::is_regular_file(status) || fs::is_directory(status)) return {};
-  // Devices that the list does not have, such as pseudo terminals, count if they are there.
+  // Devices that are not in the list, such as pseudo terminals, are accepted if they exist.
   const fs::path entry = fs::path(list_) / file.filename();
   const bool listed = Exists(entry);
   if (listed && !IsReal(entry)) return {};

@@ -4,7 +4,7 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
-// After it.
+// Needs windows.h first.
 #include <setupapi.h>
 
 #include <array>
@@ -25,14 +25,14 @@ std::wstring Wide(std::string_view latin1) {
   return text;
 }
 
-/// Other characters become "?".
+/// Converts to Latin-1; other characters become "?".
 std::string Latin1(std::wstring_view wide) {
   std::string text;
   for (const wchar_t c : wide) text += c < 0x100 ? static_cast<char>(c) : '?';
   return text;
 }
 
-/// A value of a key as a text; empty if it is none.
+/// Returns a text value of a registry key; empty if it is missing or not a text.
 std::wstring TextValue(HKEY key, const wchar_t* name) {
   std::array<wchar_t, 256> text{};
   DWORD size = sizeof text;
@@ -41,9 +41,9 @@ std::wstring TextValue(HKEY key, const wchar_t* name) {
   return text.data();
 }
 
-/// What the driver calls the port, such as "USB Serial Port (COM3)".
+/// Returns the driver's name for the port, such as "USB Serial Port (COM3)".
 std::string FriendlyName(const std::wstring& port) {
-  // The class "Ports (COM & LPT)".
+  // The device class "Ports (COM & LPT)".
   constexpr GUID kPorts = {0x4d36e978, 0xe325, 0x11ce, {0xbf, 0xc1, 0x08, 0x00, 0x2b, 0xe1, 0x03, 0x18}};
   const HDEVINFO devices = SetupDiGetClassDevsW(&kPorts, nullptr, nullptr, DIGCF_PRESENT);
   if (devices == INVALID_HANDLE_VALUE) return {};

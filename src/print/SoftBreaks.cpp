@@ -27,7 +27,7 @@ std::size_t SoftBreaks::InText(std::size_t shown) const {
   const auto next = std::lower_bound(places_.begin(), places_.end(), shown);
   const auto before = static_cast<std::size_t>(next - places_.begin());
   if (before == 0) return shown;
-  // Between CR and LF it is the place of both.
+  // A position between CR and LF maps to the same position as one after LF.
   return std::max(shown, *(next - 1) + kSize) - before * kSize;
 }
 

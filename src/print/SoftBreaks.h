@@ -7,27 +7,31 @@
 
 namespace corvex {
 
-/// Where in a text that is shown line ends (CR LF) stand that are not of the text: a line that is too long to
-/// be laid out at once is broken by them. Whatever leaves the view leaves without them. Told of every edit,
-/// this translates between what is shown and the text itself.
+/// The soft breaks of a displayed text: line ends (CR LF) that the view has inserted because a line is too
+/// long to be laid out at once. They are not part of the text and are removed from everything that leaves the
+/// view.
+///
+/// This class records every edit of the displayed text, and translates positions and contents between the
+/// displayed text and the real text.
 class SoftBreaks {
  public:
-  /// So many characters at a place of what is shown have given way to so many others. A line end of which a
-  /// part is gone counts no longer.
+  /// At position `place` of the displayed text, `removed` characters were replaced by `inserted` others. A
+  /// soft break that was removed in part is forgotten.
   void Edited(std::size_t place, std::size_t removed, std::size_t inserted);
-  /// The line end at this place of what is shown is one of these.
+  /// Marks the line end at this position of the displayed text as a soft break.
   void Add(std::size_t place);
 
-  /// A place of what is shown as one of the text.
+  /// Converts a position in the displayed text to one in the real text.
   std::size_t InText(std::size_t shown) const;
-  /// A place of the text as one of what is shown: of both sides of a line end the one after it or before it.
+  /// Converts a position in the real text to one in the displayed text. At a soft break, AfterBreak returns
+  /// the position after the line end and BeforeBreak the one before it.
   std::size_t AfterBreak(std::size_t place) const;
   std::size_t BeforeBreak(std::size_t place) const;
-  /// The text itself between two places of what is shown.
+  /// Returns the real text between two positions of the displayed text `shown`.
   std::string Text(std::string_view shown, std::size_t from = 0, std::size_t to = std::string::npos) const;
 
  private:
-  std::vector<std::size_t> places_;  ///< As shown, in order.
+  std::vector<std::size_t> places_;  ///< Positions of the soft breaks in the displayed text, ascending.
 };
 
 }  // namespace corvex

@@ -29,7 +29,7 @@ frmFind::frmFind(Form& owner, FindState& state, std::string_view text, std::func
     option.click = [this, &option] { state_.findDirection = option.index(); };
   }
   cmdFind.click = [this, next = std::move(findNext)] {
-    if (searching_) return;  // the box that says that nothing was found is open
+    if (searching_) return;  // the message that nothing was found is still open
     const ScopedFlag searching(searching_);
     state_.findText = txtFind.Text();
     next();
@@ -44,11 +44,12 @@ frmFind::frmFind(Form& owner, FindState& state, std::string_view text, std::func
   txtFind.SetFocus();
 }
 
-/// Below the view, or above it, where there is room for that: what has been found is to be seen.
+/// Places the dialog below the view, or above it if there is no room, so that it does not cover the found
+/// text. If there is no room there either, it is placed over the top of the view.
 void frmFind::PlaceBeside(const Rect& view) {
   constexpr Twips kWidth = 5550;
   constexpr Twips kHeight = 1800;
-  constexpr Twips kTitle = 450;  // the system's title bar, at the most
+  constexpr Twips kTitle = 450;  // the largest height of the system's title bar
   const Rect screen = windows().WorkArea();
   Rect place{view.left + (view.width - kWidth) / 2, view.top + view.height + kTitle, kWidth, kHeight};
   if (place.top + kHeight > screen.top + screen.height) place.top = view.top - kHeight - kTitle;

@@ -9,10 +9,11 @@
 
 namespace corvex {
 
-/// The question what to look for in the print view. Shown modally; what is found is marked behind it.
+/// The modal find dialog of the print view. Text that was found is selected in the print view behind the
+/// dialog.
 class frmFind : public Form {
  public:
-  /// `text`: what it begins with. `findNext`: looks for what the state says.
+  /// `text`: the initial search text. `findNext`: runs the search that `state` describes.
   frmFind(Form& owner, FindState& state, std::string_view text, std::function<void()> findNext);
   ~frmFind() override { Withdraw(); }
 

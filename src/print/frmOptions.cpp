@@ -59,7 +59,7 @@ void frmOptions::ConnectEvents() {
     lblGen[2 + i].click = [this, choose, i] { choose(Option1, i); };
   }
   tbsOptions.click = [this] { ShowPage(); };
-  // A second click may be on its way when the first one opens its box.
+  // A second click may already be queued when the first one opens its dialog box.
   const auto unlessAsking = [this](auto action) {
     return [this, action] {
       if (!asking_) action();
@@ -108,7 +108,7 @@ void frmOptions::Load() {
 }
 
 void frmOptions::ApplyActionChoice() {
-  if (!optGen[0].value && !optGen[1].value) return;  // the settings say neither
+  if (!optGen[0].value && !optGen[1].value) return;  // the settings contain neither choice
   const bool screen = optGen[0].value;
   using Group = std::initializer_list<Control*>;
   for (Control* control : Group{&lblScreenFont, &cmdScreenFont, &frmPath, &Label1, &lblGen[2], &lblGen[3],
@@ -120,7 +120,7 @@ void frmOptions::ApplyActionChoice() {
   }
 }
 
-/// Shows the page of the selected tab at the left edge of the strip, and moves the others out of sight.
+/// Shows the selected tab's page at the left edge of the strip and moves the other pages off screen.
 void frmOptions::ShowPage() {
   constexpr Twips kAway = -20'000;
   for (std::size_t i = 0; i < picOptions.size(); ++i) {
@@ -136,7 +136,7 @@ void frmOptions::ShowPage() {
 
 void frmOptions::ShowPath(const std::string& path) {
   lblPrintPath.caption = path;
-  lblPrintPath.toolTip = path;  // it may be too long for its place
+  lblPrintPath.toolTip = path;  // the path may be too long for the label
 }
 
 void frmOptions::ChooseScreenFont() {
@@ -148,8 +148,8 @@ void frmOptions::ChoosePrinterFont() {
   if (ChooseFont(SettingFont(settings_.printer), true)) lblFont.caption = PrinterFontCaption(chosenFont_);
 }
 
-/// Begins with name and size as they are stored, whatever has been chosen since. A user who gives up has
-/// chosen nothing.
+/// The font dialog starts with the stored name and size, even if another font was chosen since. Returns false
+/// and changes nothing if the user cancels.
 bool frmOptions::ChooseFont(const Font& stored, bool forPrinter) {
   Font font = chosenFont_;
   font.name = stored.name;
@@ -158,7 +158,7 @@ bool frmOptions::ChooseFont(const Font& stored, bool forPrinter) {
   const auto chosen = platform_.dialogs.ChooseFont(font, forPrinter, this);
   if (!chosen) return false;
   chosenFont_ = *chosen;
-  chosenFont_.size = RoundHalfEven(chosen->size);  // as it is stored
+  chosenFont_.size = RoundHalfEven(chosen->size);  // sizes are stored as whole numbers
   return true;
 }
 
@@ -172,7 +172,8 @@ void frmOptions::ChoosePrinter() {
   lblPrinter.caption = platform_.printers.DefaultName();
 }
 
-/// Shows a name and stores nothing: the print view proposes the file that was last saved from it.
+/// Shows the chosen path but does not store it. Intentional: the stored path is the file that the print view
+/// saved last.
 void frmOptions::BrowsePath() {
   const ScopedFlag asking(asking_);
   const auto path = platform_.dialogs.SaveFile({.title = "Print to text file",

@@ -8,8 +8,8 @@
 
 namespace corvex {
 
-/// Where the modem's print jobs go, and in which fonts. Shown modally; all but the system's default printer
-/// is stored by Save alone.
+/// The options dialog for the modem's print jobs: their destination and their fonts. Shown modally. Only Save
+/// stores the choices, except for the system's default printer, which changes at once.
 class frmOptions : public Form {
  public:
   frmOptions(Form& owner, const Platform& platform, const SettingsStore& settings);
@@ -19,7 +19,7 @@ class frmOptions : public Form {
       *this,
       {.name = "tbsOptions", .rect = {90, 90, kPageWidth, 360}, .toolTip = "General printing options"},
       {"General"}};
-  /// A page for each tab. There never was more than samples of others, so there are none.
+  /// One page for each tab. There is only one tab.
   std::array<Frame, 1> picOptions{
       {{*this, {.name = "picOptions", .index = 0, .rect = {90, 480, kPageWidth, 5190}}}}};
 
@@ -61,7 +61,7 @@ class frmOptions : public Form {
                   .accessible = "% for the printer"}};
   Label lblFont{Frame1, ValueDesign("lblFont", 810, "Font on paper: %")};
 
-  /// The texts of the option buttons, in their order: of optGen, and of Option1.
+  /// The texts of the option buttons: first those of optGen, then those of Option1.
   std::array<Label, 4> lblGen{{
       {Frame2, OptionLabelDesign(0, 270, kToScreen)},
       {Frame2, OptionLabelDesign(1, 570, kToPrinter)},
@@ -104,8 +104,9 @@ class frmOptions : public Form {
 
   const Platform platform_;
   const SettingsStore& settings_;
-  Font chosenFont_;      ///< Of the font dialog, for whichever section is stored.
-  bool asking_ = false;  ///< A box of this window is open.
+  /// The font last chosen in the font dialog. Save stores it in the section of the chosen print action.
+  Font chosenFont_;
+  bool asking_ = false;  ///< A dialog box of this window is open.
 };
 
 }  // namespace corvex

@@ -18,11 +18,12 @@ constexpr std::string_view kFull = "\r\n*** The view is full. Save it, and reset
 
 struct BrokenText {
   std::string shown;
-  std::vector<std::size_t> breaks;  ///< Places of the line ends that are not of the text.
+  std::vector<std::size_t> breaks;  ///< Positions of the soft breaks in `shown`.
 };
 
-/// A text with a line end wherever a line would become longer than a page can be laid out in passing: with
-/// one of a megabyte each further character would take a third of a second. `before`: what it comes behind.
+/// Returns `text` with a soft break wherever a line would exceed kLongestLine characters. Every change of a
+/// line lays it out again as a whole; with a line of a megabyte that takes a third of a second. `before`: the
+/// text before the insertion point.
 BrokenText Broken(std::string_view before, std::string_view text) {
   constexpr std::size_t kLongestLine = 4096;
   before.remove_prefix(before.size() - std::min(before.size(), kLongestLine));
@@ -45,7 +46,7 @@ BrokenText Broken(std::string_view before, std::string_view text) {
   return broken;
 }
 
-/// Shows the busy pointer for as long as it lives.
+/// Shows the busy pointer during its lifetime.
 class Busy {
  public:
   explicit Busy(Form& form) : form_(form) { form_.pointer = Pointer::Hourglass; }
@@ -63,7 +64,7 @@ frmSDI::frmSDI(Form& owner, const Platform& platform, SettingsStore& settings)
     : Form(platform.loop, platform.windows, "frmSDI", &owner),
       platform_(platform),
       settings_(settings),
-      // With this separator on every system.
+      // Intentional: this separator is used on every system.
       autoSave_(settings.files(), settings.AppFolder() + '/' + settings.OwnName("temp", ".txt")) {
   caption = "Printout Viewer";
   txtNote.multiLine = true;
@@ -96,8 +97,8 @@ void frmSDI::ConnectEvents() {
   mnuSearchFindNext.click = [this] { FindAgain(); };
 }
 
-/// The keys that the menus show. Those that cut, copy and paste would do so by themselves in the text, but
-/// with other line ends and without the control characters in it.
+/// Handles the shortcuts that the menus show. The text box has its own cut, copy and paste, but they use
+/// other line ends and drop control characters.
 void frmSDI::OnKey(KeyEvent& key) {
   constexpr int kF3 = 114;
   const struct {
@@ -111,7 +112,7 @@ void frmSDI::OnKey(KeyEvent& key) {
   for (const auto& entry : keys) {
     if (entry.keyCode != key.keyCode || entry.ctrl != key.ctrl) continue;
     key.handled = true;
-    loop().Post([click = &entry.item.click] { (*click)(); });  // a key must be answered before any wait
+    loop().Post([click = &entry.item.click] { (*click)(); });  // returns from the key event before any wait
   }
 }
 
@@ -146,9 +147,9 @@ void frmSDI::Unload() {
 
 void frmSDI::NewPrintJob() {
   Load();
-  Present(false);  // what the user types is for the modem
-  // Not under the user's hands, who may be saving just this text, nor in the middle of a log, to which the
-  // job belongs: the jobs add up once.
+  Present(false);  // typed keys belong to the modem
+  // The text is kept while the user answers a dialog, because the user may be saving this very text. It is
+  // also kept during a log, because the job is part of it.
   if (!settings_.printer.fileuse.IsAppend() && !asking_ && !logging_) Clear();
 }
 
@@ -161,7 +162,7 @@ void frmSDI::Present(bool withFocus) {
 void frmSDI::PrintLine(std::string_view text) {
   Load();
   const std::size_t size = txtNote.Text().size();
-  if (size > kMostText) return;  // it says so already
+  if (size > kMostText) return;  // the view already says that it is full
   const auto [start, length] = txtNote.selection.Get();
   Insert(start + length, text.substr(0, kMostText - size));
   if (text.size() > kMostText - size) Insert(txtNote.Text().size(), kFull);
@@ -184,7 +185,7 @@ bool frmSDI::ClosePrintForm() {
   if (!loaded_) return true;
   if (noteDirty_) {
     const ScopedFlag asking(asking_);
-    Present(true);  // of what only the program has written: the user sees what the question is about
+    Present(true);  // shows the window even if it was hidden, so that the user sees the text in question
     const Answer answer =
         platform_.dialogs.Ask({.text = "The text has been changed.\r\nDo you want to save the changes?",
                                .title = caption,
@@ -192,7 +193,7 @@ bool frmSDI::ClosePrintForm() {
                                .warns = true,
                                .owner = this});
     if (answer == Answer::Cancel) return false;
-    // Without a file to hold it the text stays: he has just said that he wants it.
+    // Stay open if the text could not be saved: the user wants to keep it.
     if (answer == Answer::Yes && !SaveNote(AskSaveName(settings_.printer.path.Get()))) return false;
   }
   Unload();
@@ -237,7 +238,7 @@ bool frmSDI::SaveNote(const std::string& path) {
   return saved;
 }
 
-/// Empty if the user gave up.
+/// Returns an empty path if the user cancels.
 std::string frmSDI::AskSaveName(const std::string& proposed) {
   return platform_.dialogs
       .SaveFile({.title = "Save As", .filter = "Text Files | *.txt", .start = proposed, .owner = this})
@@ -276,7 +277,7 @@ void frmSDI::Print() {
 }
 
 void frmSDI::PrintNote(PrintJob& job) {
-  if (platform_.printers.Count() == 0) {  // gone while the user was choosing
+  if (platform_.printers.Count() == 0) {  // the printer may have been removed while the user was choosing
     platform_.dialogs.MessageBox(kNotConfigured);
   } else if (job.Print(breaks_.Text(txtNote.Text()), txtNote.font)) {
     noteDirty_ = false;
@@ -312,7 +313,7 @@ void frmSDI::Delete() {
   const std::size_t start = txtNote.selection.Get().start;
   if (txtNote.SelText().empty()) {
     if (start >= text.size()) return;
-    // A line end goes as a whole.
+    // A line end is deleted as a whole.
     txtNote.selection = TextBox::Selection{start, text[start] == '\r' ? 2u : 1u};
   }
   Replace({});
@@ -321,7 +322,7 @@ void frmSDI::Delete() {
 void frmSDI::ShowFind() {
   if (asking_) return;
   const ScopedFlag asking(asking_);
-  constexpr std::size_t kMostSearched = 255;  // who has marked more does not mean to look for all of it
+  constexpr std::size_t kMostSearched = 255;  // the longest search text taken from the selection
   const std::string selected = SelectedText().substr(0, kMostSearched);
   find_.findChanged = true;
   frmFind form(*this, find_, selected.empty() ? find_.findText : selected, [this] { FindNext(); });
@@ -344,7 +345,7 @@ void frmSDI::FindNext() {
     const std::size_t start = breaks_.AfterBreak(*found);
     const std::size_t end = breaks_.BeforeBreak(*found + find_.findText.size());
     txtNote.selection = TextBox::Selection{start, end - start};
-    txtNote.Changed(Change::Selection);  // also if it is marked already: the user may have scrolled away
+    txtNote.Changed(Change::Selection);  // scrolls to the match even if it is already selected
   } else {
     platform_.dialogs.MessageBox("Cannot find \"" + find_.findText + '"');
   }

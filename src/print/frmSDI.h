@@ -14,36 +14,38 @@
 
 namespace corvex {
 
-/// The print view: where the modem's print jobs are shown, and the page that the rest of the program writes
-/// its output on; a small editor. It is loaded at its first use, shown or not, and is empty again after it
-/// has been closed. What the user searches for is kept for the whole run.
+/// The print view: a small editor that shows the modem's print jobs and the program's own output. It is
+/// loaded at its first use, visible or not, and is emptied when it is closed. The search settings are kept
+/// for the whole run.
 class frmSDI : public Form {
  public:
-  /// What the view holds; then it takes no more lines and says so. No user reads as much.
+  /// The largest text in the view, in characters. Further text is dropped, and the view says that it is full.
+  /// The bound is far above what a user reads.
   static constexpr std::size_t kMostText = 16 * 1024 * 1024;
 
   frmSDI(Form& owner, const Platform& platform, SettingsStore& settings);
   ~frmSDI() override { Withdraw(); }
 
-  /// While one lives a log is being written here: jobs are a part of it, and clear nothing of it.
+  /// While an object of this class exists, a log is being written to the view. Print jobs are then part of
+  /// the log and do not clear the view.
   class LogInProgress : ScopedFlag {
    public:
     explicit LogInProgress(frmSDI& view) : ScopedFlag(view.logging_) {}
   };
 
-  /// Shows the window, minimised or not, and leaves the keyboard where it is. Clears it if jobs are not to
-  /// add up, unless the user is answering a question of it or a log is in progress.
+  /// Shows the window, also if it was minimised, without taking the keyboard focus. Clears the text unless
+  /// print jobs are concatenated, the user is answering one of the window's dialogs, or a log is in progress.
   void NewPrintJob();
-  /// Puts a text at the caret, behind what the user has marked. A line end is the caller's affair. Loads the
-  /// window, but does not show it.
+  /// Inserts a text at the caret, after the selection. The caller supplies line ends. Loads the window but
+  /// does not show it.
   void PrintLine(std::string_view text);
   void PrintJobComplete() {}
-  /// Closes the window, once the user has been asked what to do with a text that is not saved. False if he
-  /// wants it to stay, or is being asked something by it already.
+  /// Closes the window. If the text is not saved, asks the user first. Returns false if the user wants to
+  /// keep the window open, if the text could not be saved, or if another dialog of the window is open.
   bool ClosePrintForm();
-  /// Saves the text under a name in the program's folder and closes the window without a question. If that
-  /// fails the text stays in the window as one that is not saved: it would be lost otherwise. So it does
-  /// while the user is answering a question of the window.
+  /// Saves the text under `name` in the program's folder and closes the window without a question. If saving
+  /// fails, the view keeps the text as unsaved, so that it is not lost. While the user is answering one of
+  /// the window's dialogs, the text is saved but the window stays open.
   bool SaveLogToFile(const std::string& name);
 
   Frame picToolbar{*this, {.name = "picToolbar", .rect = {0, 0, kInnerWidth, kToolbarHeight}}};
@@ -63,7 +65,7 @@ class frmSDI : public Form {
   MenuItem mnuFileSaveAs{mnuFile, {.name = "mnuFileSaveAs", .caption = "Save &As", .shortcut = "Ctrl+S"}};
   MenuItem mnuPrint{mnuFile, {.name = "mnuPrint", .caption = "Print...", .shortcut = "Ctrl+P"}};
   MenuItem mnuFileLine{mnuFile, {.name = "mnuFileLine", .caption = "-"}};
-  /// Nothing keeps a list of recent files.
+  /// Always hidden, because there is no list of recent files.
   std::array<MenuItem, 5> mnuRecentFile{{
       {mnuFile, {.name = "mnuRecentFile", .index = 1, .caption = "RecentFile1", .visible = false}},
       {mnuFile, {.name = "mnuRecentFile", .index = 2, .caption = "RecentFile2", .visible = false}},
@@ -79,7 +81,7 @@ class frmSDI : public Form {
   MenuItem mnuEditDelete{mnuEdit, {.name = "mnuEditDelete", .caption = "De&lete", .shortcut = "Del"}};
   MenuItem mnuEditSelectAll{mnuEdit,
                             {.name = "mnuEditSelectAll", .caption = "Select &All", .shortcut = "Ctrl+A"}};
-  /// Has no function, and so cannot be chosen.
+  /// Always disabled, because it has no function.
   MenuItem mnuEditTime{mnuEdit, {.name = "mnuEditTime", .caption = "Time / &Date", .enabled = false}};
   MenuItem mnuSearch{*this, {.name = "mnuSearch", .caption = "&Search"}};
   MenuItem mnuSearchFind{mnuSearch, {.name = "mnuSearchFind", .caption = "&Find", .shortcut = "Ctrl+F"}};
@@ -89,7 +91,8 @@ class frmSDI : public Form {
   bool noteDirty() const { return noteDirty_; }
 
  private:
-  static constexpr Twips kWidth = 9000;  ///< Of the window when it is loaded.
+  /// Size of the window when it is loaded.
+  static constexpr Twips kWidth = 9000;
   static constexpr Twips kHeight = 5700;
   static constexpr Twips kInnerWidth = kWidth - kFrameWidth;
   static constexpr Twips kInnerHeight = kHeight - kFrameHeight - kMenuBarHeight;
@@ -135,12 +138,12 @@ class frmSDI : public Form {
   SettingsStore& settings_;
   SoftBreaks breaks_;
   AutoSave autoSave_;
-  int autoSaveCount_ = 0;  ///< Calls of PrintLine since the last automatic save.
+  int autoSaveCount_ = 0;  ///< Number of PrintLine calls since the last automatic save.
   FindState find_;
   bool loaded_ = false;
   bool noteDirty_ = false;
   bool logging_ = false;
-  bool asking_ = false;  ///< A box of this window is open. The user cannot reach it then, but others can.
+  bool asking_ = false;  ///< A dialog box is open. It blocks the user, but not calls from the program.
 };
 
 }  // namespace corvex

@@ -23,7 +23,7 @@ std::optional<std::size_t> FindAsIs(std::string_view text, std::string_view what
                                     int direction) {
   if (what.empty()) return std::nullopt;
   if (direction == FindState::kDown) return Place(text.find(what, start));
-  // Upwards the place right before the caret is passed over at a first search; that is meant.
+  // Intentional: the first upward search skips a match that starts one character before the caret.
   return start < 2 ? std::nullopt : Place(text.rfind(what, start - 2));
 }
 
@@ -42,7 +42,7 @@ bool WriteNote(Files& files, const std::string& path, std::string_view text) noe
     file.reserve(kHeader.size() + text.size() + kCrLf.size());
     file.append(kHeader).append(text).append(kCrLf);
     return !path.empty() && ReplaceFile(files, path, file);
-  } catch (const std::exception&) {  // of memory
+  } catch (const std::exception&) {  // out of memory
     return false;
   }
 }
@@ -57,7 +57,8 @@ bool AutoSave::Save(const std::function<std::string(std::size_t place)>& from) n
     if (!saved) return false;
     size_ = fs::file_size(path_);
     time_ = fs::last_write_time(path_);
-    // Written in part only, or by somebody else as well: the next time all of it.
+    // A wrong size means that the file was written in part or changed by somebody else. The next Save then
+    // replaces it.
     const std::size_t all = before + added.size();
     if (size_ == kHeader.size() + all + kCrLf.size()) written_ = all;
     return true;
@@ -73,7 +74,7 @@ bool AutoSave::StillOurs() const {
 bool AutoSave::Extend(std::string_view added) const {
   std::fstream file(path_, std::ios::in | std::ios::out | std::ios::binary);
   if (!file) return false;
-  file.seekp(static_cast<std::streamoff>(size_ - kCrLf.size()));  // over the line end behind the text
+  file.seekp(static_cast<std::streamoff>(size_ - kCrLf.size()));  // overwrites the line end after the text
   file.write(added.data(), static_cast<std::streamsize>(added.size()));
   file.write(kCrLf.data(), static_cast<std::streamsize>(kCrLf.size()));
   file.close();

@@ -10,40 +10,42 @@
 
 #include "platform/Files.h"
 
-// What the print view does with its text apart from showing it: files and searching.
+// File and search functions of the print view.
 
 namespace corvex {
 
-/// What the user looks for; kept for the whole run of the program.
+/// The search settings, kept for the whole run of the program.
 struct FindState {
   enum Direction { kUp = 0, kDown = 1 };
 
   std::string findText;
   bool findMatchCase = false;
   int findDirection = kDown;
-  std::size_t findLastPos = 0;  ///< Where the selection began after the last search.
-  bool findChanged = false;     ///< The user has begun anew since.
+  std::size_t findLastPos = 0;  ///< Start of the selection after the last search.
+  bool findChanged = false;     ///< The user has started a new search since.
 };
 
-/// Where the next search finds something, from 0, with the selection beginning at `selStart`; none if it
-/// finds nothing.
+/// Returns the position of the next match, counted from 0, for a selection that starts at `selStart`; none if
+/// there is no match.
 std::optional<std::size_t> FindPlace(std::string_view text, std::size_t selStart, const FindState& state);
 
-/// Writes a text into a file below a header line. The file is replaced as a whole, or nothing of it is
-/// changed.
+/// Writes a header line and the text to a file. Replaces the whole file, or leaves it unchanged if that
+/// fails.
 bool WriteNote(Files& files, const std::string& path, std::string_view text) noexcept;
 
-/// The file that a growing text is written to again and again: what has only been added to the text is added
-/// to the file, so that all of them together cost what the text is long and not its square.
+/// Saves a growing text to the same file again and again. If text was only added since the last save, only
+/// the added text is written. The total cost of all saves is then proportional to the length of the text, not
+/// to its square.
 class AutoSave {
  public:
   AutoSave(Files& files, std::string path) : files_(files), path_(std::move(path)) {}
 
-  /// Brings the file up to date with a text of which `from` gives what is behind a place. False if that
-  /// failed: it then holds the text of before, and what of the new one the disk had room for.
+  /// Saves the text; `from` returns the text from a given position to its end. Returns false on failure: the
+  /// file then holds the previous text, and as much of the added text as the disk had room for.
   bool Save(const std::function<std::string(std::size_t place)>& from) noexcept;
 
-  /// The text has changed at a place from which on the file must be written again.
+  /// The text has changed at this position. If that part is already saved, the next Save writes the whole
+  /// text.
   void ChangedAt(std::size_t position) {
     if (position < written_) written_ = kNothing;
   }
@@ -56,8 +58,9 @@ class AutoSave {
 
   Files& files_;
   std::string path_;
-  std::size_t written_ = kNothing;  ///< So much of the text, from its beginning, is known to be in the file.
-  std::uintmax_t size_ = 0;         ///< The file as it was left.
+  std::size_t written_ = kNothing;  ///< Number of leading characters that are in the file.
+  /// Size and modification time of the file after the last save.
+  std::uintmax_t size_ = 0;
   std::filesystem::file_time_type time_;
 };
 

@@ -12,10 +12,11 @@ constexpr char kOn = 3;
 constexpr char kSecondOn = '\x81';
 constexpr char kSecondOff = '\x82';
 
-/// A modem may count its channels as it likes; what is for a window beyond these is dropped.
+/// The largest number of channel windows. The modem chooses the channel numbers, so records of further
+/// channels are dropped.
 constexpr std::size_t kMostWindows = 32;
 
-/// In these the modem has no ears for trace.
+/// Whether the modem treats received characters as commands in this mode, so that trace cannot be switched.
 bool IsCommandMode(ModemMode mode) {
   return mode == ModemMode::TestInterface || mode == ModemMode::AtMode;
 }
@@ -54,7 +55,7 @@ void TraceControl::ToggleSecond() {
   TellSecond();
 }
 
-/// Outside a session the modem is told as soon as there is one.
+/// Sends the state of the second stream if it has changed. Outside a session, SessionOpened sends it later.
 void TraceControl::TellSecond() {
   const bool on = p_.state.suTraceEnabled;
   if (p_.main.mode != ModemMode::Terminal || on == secondTold_) return;
@@ -80,7 +81,8 @@ void TraceControl::SetEnabled(bool on) {
   p_.window.mnuTrace.checked = on;
 }
 
-/// A window can be closed in any mode, its wait outlast the mode, and a dialogue be disturbed by one byte.
+/// Does nothing while a dialogue or a command line uses the link, because one extra byte would disturb it.
+/// This can happen: a window can be closed in any mode, and the mode can change while it waits.
 void TraceControl::Send(char character) const {
   if (LinkTaken(p_.main) || IsCommandMode(p_.main.mode)) return;
   p_.link.WriteText({&character, 1});
@@ -93,7 +95,7 @@ void TraceControl::TraceToInstance(std::int32_t channel, std::string_view text) 
     if (instances_.size() >= kMostWindows) return;
     found = instances_.emplace(channel, std::make_unique<frmTraceInstance>(p_.platform, p_.settings)).first;
     frmTraceInstance& made = *found->second;
-    made.quit = [this] { SetEnabled(false); };  // of the master window's records; that is meant
+    made.quit = [this] { SetEnabled(false); };  // Intentional: stops the records of the master window.
     made.Open();
     made.NameInstance(NumberText(channel));
   }

@@ -15,7 +15,7 @@
 
 namespace corvex {
 
-/// The modem's trace: which streams of it are on, and the windows that show it.
+/// Controls the modem's trace streams and owns the windows that show them.
 class TraceControl {
  public:
   struct Parts {
@@ -30,18 +30,19 @@ class TraceControl {
 
   explicit TraceControl(const Parts& parts);
 
-  /// Fills the events of the main window's menu entries.
+  /// Installs the click handlers of the trace entries in the main window's menu.
   void Connect();
 
-  /// A record for the master window.
+  /// Shows a trace record in the master window.
   void TraceText(std::string_view text) { tracer_.TraceText(text); }
-  /// A record for the window of a channel, which opens with the first one; channel 0 has none.
+  /// Shows a record in the window of a trace channel. The first record of a channel opens its window. Channel
+  /// 0 has no window; its records are dropped.
   void TraceToInstance(std::int32_t channel, std::string_view text);
 
-  /// The modem's menus have been entered: it is told what has been switched on while it could not be.
+  /// Called when a session has opened the modem's menus. Sends the switches that could not be sent before.
   void SessionOpened();
 
-  /// Closes the master window if it is open. It waits.
+  /// Closes the master window if it is open. Waits for one turn of the event loop.
   void CloseMaster() { tracer_.Unload(); }
 
  private:
@@ -54,8 +55,8 @@ class TraceControl {
 
   Parts p_;
   frmTracer tracer_;
-  bool owed_ = false;        ///< Switched on while the modem could not be told.
-  bool secondTold_ = false;  ///< What the modem has been told of the second stream.
+  bool owed_ = false;  ///< Trace was switched on outside a session, and the modem has not been told yet.
+  bool secondTold_ = false;  ///< The last state of the second stream that was sent to the modem.
   std::map<std::int32_t, std::unique_ptr<frmTraceInstance>> instances_;
 };
 

@@ -12,8 +12,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Puts a copy in its place in one step, so that a disk that becomes full spares the copy of before. False if
-/// the file holds something and there is no copy of it.
+/// Copies `file` to a temporary name and renames it to `copy`, so that a full disk does not damage the
+/// previous copy. Returns false if the file has contents that could not be copied.
 bool KeepCopy(const fs::path& file, const fs::path& copy) {
   std::error_code error;
   fs::path part = copy;
@@ -35,17 +35,17 @@ void TraceLog::Start(const std::string& file, const std::string& copy) {
   try {
     kept = KeepCopy(file, copy);
     std::error_code error;
-    if (fs::is_fifo(file, error)) return;  // its opening would wait for a reader
-  } catch (const std::exception&) {        // of a path that the system cannot name
+    if (fs::is_fifo(file, error)) return;  // opening a pipe would wait for a reader
+  } catch (const std::exception&) {        // the system cannot represent the path
     return;
   }
-  out_.rdbuf()->pubsetbuf(nullptr, 0);  // a record that fails is not kept to be written behind the next one
+  out_.rdbuf()->pubsetbuf(nullptr, 0);  // unbuffered: a record that fails is not written later
   out_.open(file, kept ? std::ios::binary : std::ios::binary | std::ios::app);
 }
 
 void TraceLog::WriteLine(std::string_view text) {
   if (!out_.is_open()) return;
-  out_.clear();  // of a disk that was full
+  out_.clear();  // clears the error of a full disk
   out_ << std::string(text).append(kCrLf) << std::flush;
 }
 

@@ -6,16 +6,17 @@
 
 namespace corvex {
 
-/// A file that gets every record of a trace at once, so that a crash loses none. What cannot be done is told
-/// to nobody, as the trace on the screen goes on: a record that a full disk refuses is lost alone, and where
-/// the file cannot be opened nothing is written until the next start.
+/// A log file for trace records. Each record is written at once, so a crash loses none.
+///
+/// Errors are not reported, because the trace on the screen continues. If the disk is full, only the records
+/// that do not fit are lost. If the file cannot be opened, nothing is written until the next Start.
 class TraceLog {
  public:
-  /// Keeps a copy of what the file holds at another path, and empties it. If the copy fails, the copy of
-  /// before stays, and what the file holds stays too: the log goes on at its end.
+  /// Copies the contents of `file` to `copy`, then empties `file` and opens it for the new records. If
+  /// copying fails, both files keep their contents, and the new records are appended to `file`.
   void Start(const std::string& file, const std::string& copy);
   void Stop() { out_.close(); }
-  /// Writes a text and ends the line.
+  /// Writes the text and a line end.
   void WriteLine(std::string_view text);
 
  private:

@@ -50,7 +50,8 @@ void TraceWindow::SetLogging(bool on) {
   cmdTrace[0].caption = on ? "Stop Logging" : "Start Logging";
   ShowLogging(on);
   if (on) {
-    // No separator: the copy lies beside the folder, its name behind the folder's; that is meant.
+    // Intentional: there is no separator, so the copy is stored next to the program's folder and its name
+    // starts with the folder's name.
     log_.Start(path_, settings_.AppFolder() + settings_.OwnName("prev", ".log"));
   } else {
     log_.Stop();

@@ -12,13 +12,14 @@
 
 namespace corvex {
 
-/// What the windows of the modem's trace have in common: the end of the text, a file that gets all of it, and
-/// buttons below. They stand beside the main window and leave it the keyboard when they open.
+/// The common part of the trace windows: a text box with the latest trace text, a log file with all of it,
+/// and a row of buttons. A trace window has no owner and does not take the keyboard focus when it opens.
 class TraceWindow : public Form {
  public:
   ~TraceWindow() override { Withdraw(); }
 
-  /// A text that has grown beyond the bound is cut to its last part, all at once; that is meant.
+  /// A text longer than kBound characters is cut to its last kKept characters in one step. Intentional: the
+  /// text is not trimmed line by line.
   static constexpr std::size_t kBound = 1000;
   static constexpr std::size_t kKept = 200;
 
@@ -27,7 +28,7 @@ class TraceWindow : public Form {
                    .rect = {250, 350, 6450, 3600},
                    .font = {.name = "Courier", .size = 10},
                    .accessible = "Trace of the unit"}};
-  std::deque<Button> cmdTrace;  ///< 0 switches the log, 1 quits, 2 shows the log.
+  std::deque<Button> cmdTrace;  ///< 0 switches logging on or off, 1 quits, 2 shows the log.
 
  protected:
   static constexpr Twips kWidth = 7040;
@@ -36,19 +37,19 @@ class TraceWindow : public Form {
   TraceWindow(const Platform& platform, SettingsStore& settings, std::string_view name,
               std::initializer_list<std::string_view> buttons);
 
-  /// The text goes to the caret, which is at the end unless the user has put it elsewhere.
+  /// Inserts the text after the selection. The caret is at the end of the text unless the user has moved it.
   void Append(std::string_view text);
   void LogLine(std::string_view text);
   void SetLogging(bool on);
   void CaretToEnd() { lblText.selection = TextBox::Selection{lblText.Text().size(), 0}; }
-  /// Closes the file, and hides and empties the window.
+  /// Stops logging, hides the window and empties its text box.
   void Clear();
 
   SettingsStore& settings_;
-  std::string path_;  ///< Of the log.
+  std::string path_;  ///< Path of the log file.
 
  private:
-  /// Logging is being switched; before anything is done to the file.
+  /// Updates the window's caption. Called before the log file is opened or closed.
   virtual void ShowLogging(bool on) = 0;
   void ShowLog();
   void LayOut();

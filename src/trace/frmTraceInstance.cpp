@@ -30,7 +30,7 @@ void frmTraceInstance::NameInstance(std::string_view text) {
 void frmTraceInstance::TraceText(std::string_view text) {
   const std::string line = std::string(text).append(kCrLf);
   Append(line);
-  LogLine(line);  // so an empty line stands behind each record; that is meant
+  LogLine(line);  // the line end is written twice, which leaves an empty line after each record (intended)
 }
 
 void frmTraceInstance::ShowLogging(bool on) {

@@ -6,18 +6,18 @@
 
 namespace corvex {
 
-/// The window of one trace channel. It has nothing to say to the modem. Once the user has closed it, what
-/// comes for it goes on in there unseen.
+/// The window of one trace channel. It sends nothing to the modem. After the user has closed it, it stays
+/// hidden but still collects the channel's records.
 class frmTraceInstance : public TraceWindow {
  public:
   frmTraceInstance(const Platform& platform, SettingsStore& settings);
 
   void Open();
-  /// Names the log after a channel's number as a text, and takes over the number.
+  /// Sets the channel number, given as text. The log file's name contains the text as it is.
   void NameInstance(std::string_view text);
   void TraceText(std::string_view text);
 
-  Event<> quit;  ///< The user has quit by the button.
+  Event<> quit;  ///< The user has clicked Quit.
 
  private:
   void ShowLogging(bool on) override;

@@ -54,21 +54,22 @@ void frmTracer::ShowLogging(bool) {
 }
 
 void frmTracer::Quit() {
-  if (quitTurn_ == turns_) return;  // waits already
+  if (quitTurn_ == turns_) return;  // already waiting
   const unsigned turn = quitTurn_ = turns_;
   ends();
   send(kHold);
-  // Not a wait, which whatever begins in it would give up: the window is to close in any case.
+  // A timer instead of Pause: a pause is abandoned when a mode change begins, but the window has to close in
+  // any case.
   quitting_ = loop().After(kQuitPause, [this, turn] {
-    if (turn != turns_) return;  // closed by another, or opened again, meanwhile
+    if (turn != turns_) return;  // closed in another way or reopened since
     send(kOff);
-    Unload();  // sends the two once more
+    Unload();  // sends both characters again
   });
 }
 
 void frmTracer::Unload() {
   if (!loaded_) return;
-  // All is done before the wait, in which the window may be opened again.
+  // Everything else is done before the wait, because the window may be opened again during it.
   loaded_ = false;
   ++turns_;
   ends();

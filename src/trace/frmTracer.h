@@ -4,8 +4,8 @@
 
 namespace corvex {
 
-/// The master trace window. Its closing, by whomever, tells the modem to stop. Some of what it sends is sent
-/// twice; that is meant.
+/// The master trace window. However it is closed, the modem is told to stop the trace. Intentional: some
+/// control characters are sent twice.
 class frmTracer : public TraceWindow {
  public:
   frmTracer(const Platform& platform, SettingsStore& settings);
@@ -15,8 +15,8 @@ class frmTracer : public TraceWindow {
   void Unload();
   void TraceText(std::string_view text);
 
-  Event<char> send;  ///< A character to the modem.
-  Event<> ends;      ///< The window is being closed; before any wait.
+  Event<char> send;  ///< Asks the owner to send a character to the modem.
+  Event<> ends;      ///< The window is being closed. Raised before any wait.
 
  private:
   void ShowLogging(bool on) override;
@@ -24,8 +24,8 @@ class frmTracer : public TraceWindow {
   void SavePosition();
 
   bool loaded_ = false;
-  unsigned turns_ = 0;     ///< How often it has been opened or closed.
-  unsigned quitTurn_ = 0;  ///< The one in which Quit was clicked.
+  unsigned turns_ = 0;     ///< Number of times that the window was opened or closed.
+  unsigned quitTurn_ = 0;  ///< Value of turns_ when Quit was clicked.
   EventLoop::TimerId quitting_ = 0;
 };
 
