@@ -13,7 +13,8 @@ namespace corvex {
 
 namespace {
 
-/// Returns the number of characters of a text that are shown on the page: all except CR.
+/// Returns the number of characters of a text that are shown on the page, the widget for a long text: all
+/// except CR.
 std::size_t ShownLength(std::string_view text) {
   return text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
 }
@@ -25,6 +26,7 @@ std::size_t ShownLength(std::string_view text) {
 /// an earlier one.
 class PagePlaces {
  public:
+  /// Returns the position on the page for a byte position.
   std::size_t Of(std::string_view text, std::size_t byte) {
     byte = std::min(byte, text.size());
     if (byte >= byte_) {
