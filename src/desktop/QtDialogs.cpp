@@ -132,8 +132,8 @@ Answer QtDialogs::Ask(const Question& question, const QString& text, QWidget* ow
   if (mayCancel) buttons |= QMessageBox::Cancel;
   QMessageBox box(question.warns ? QMessageBox::Warning : QMessageBox::Question, {}, {}, buttons, owner);
   Fill(box, text, question.title.empty() ? windows_.applicationTitle() : question.title);
-  // An accidental Enter gives the answer that changes least. A question with three buttons is whether to
-  // save: there it saves.
+  // Enter chooses the answer that changes least, in case the user presses it by accident. Exception: to the
+  // question whether to save, Enter chooses Yes.
   const auto safest = mayCancel ? QMessageBox::Cancel : QMessageBox::No;
   box.setDefaultButton(question.buttons == Buttons::YesNoCancel ? QMessageBox::Yes : safest);
   box.setEscapeButton(safest);

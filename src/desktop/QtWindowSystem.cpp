@@ -22,7 +22,7 @@ QtWindowSystem::~QtWindowSystem() {
 }
 
 void QtWindowSystem::Attach(Form& form) {
-  // The owner's window becomes the Qt parent. Deleting it also deletes this window.
+  // The owner's window becomes the Qt parent, so Qt deletes this window together with the owner's.
   FormWindow* const owner = form.owner() == nullptr ? nullptr : WindowOf(*form.owner());
   auto* window = new FormWindow(form, loop_, owner);
   windows_.emplace(&form, window);

@@ -29,7 +29,8 @@ namespace {
 
 int Run(QApplication& application) {
   using namespace corvex;
-  // The main window ends the program after its farewell to the modem. Hiding the last window must not.
+  // The main window ends the program after its farewell to the modem. Hiding the last window must not end the
+  // program.
   QApplication::setQuitOnLastWindowClosed(false);
   ApplyTheme(application);
   QApplication::setWindowIcon(PictureIcon("logo"));

@@ -19,7 +19,7 @@ inline std::string FromQt(const QString& text) {
 }
 
 /// Converts a text of one or more lines for display as plain text. CR is removed, so lines end with LF.
-/// Control characters become blanks, except for those in `kept`.
+/// Control characters become spaces, except for those in `kept`.
 inline QString ToShown(std::string_view text, QStringView kept = u"\n\t") {
   QString shown = ToQt(text);
   shown.remove(u'\r');

@@ -31,7 +31,7 @@ void DrawFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palett
 
 /// Draws the background of an indicator.
 void DrawIndicator(QPainter& painter, const QRectF& rect, const QPalette& palette);
-/// Returns the place of an indicator's picture, which is either alone or before a text.
+/// Returns the place of an indicator's picture: `alone`, or before a text.
 QRect IndicatorIcon(const QRect& indicator, bool alone);
 
 /// Draws the background of an item under the pointer.

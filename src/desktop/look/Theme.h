@@ -13,7 +13,7 @@ class QApplication;
 
 namespace corvex {
 
-/// Sets the program's style and its light or dark palette. Call once, before the first window is made.
+/// Sets the program's style and its light or dark palette. Call once, before the first window is created.
 void ApplyTheme(QApplication& application);
 
 bool IsDark(const QPalette& palette);

@@ -52,14 +52,14 @@ class ControlView : public QObject {
   QWidget* widget_ = nullptr;
 };
 
-/// Makes the view for a control, depending on its kind. Returns null for a kind with nothing to show.
+/// Creates the view for a control, depending on its kind. Returns null for a kind with nothing to show.
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control);
 
 /// Returns the accessible name for a control without a text of its own. This is the caption of the label
 /// declared directly before it in the same container; empty if there is none.
 QString NameByLabel(const Control& control);
 
-/// Makes the view for a menu or for an entry of a menu.
+/// Creates the view for a menu or for an entry of a menu.
 std::unique_ptr<ControlView> MakeMenuView(FormWindow& window, MenuItem& item);
 std::unique_ptr<ControlView> MakeUpDownView(FormWindow& window, UpDown& arrows);
 std::unique_ptr<ControlView> MakeTextBoxView(FormWindow& window, TextBox& box);

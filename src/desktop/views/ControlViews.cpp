@@ -94,7 +94,7 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Caption)) {
       const ControlView* buddy = control_.buddy == nullptr ? nullptr : window_.ViewOf(*control_.buddy);
-      if (buddy != nullptr) shown_->setBuddy(buddy->widget());  // the label is made first
+      if (buddy != nullptr) shown_->setBuddy(buddy->widget());  // created after the label
       shown_->setText(ToShown(control_.caption.Get()));
       if (panel_ != nullptr && control_.accessible.Get().empty()) panel_->Announce();
     }

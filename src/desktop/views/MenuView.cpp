@@ -19,7 +19,7 @@ class MenuView : public ControlView {
       const auto* entry = dynamic_cast<const MenuItem*>(other);
       return entry != nullptr && entry->menu() == &item;
     });
-    // The view of a menu is made before the views of its entries.
+    // The view of a menu is created before the views of its entries.
     QWidget* const parent = item.menu() == nullptr
                                 ? static_cast<QWidget*>(window.menuBar())
                                 : static_cast<MenuView*>(window.ViewOf(*item.menu()))->menu_;

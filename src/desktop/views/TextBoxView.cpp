@@ -13,8 +13,8 @@ namespace corvex {
 
 namespace {
 
-/// Returns the number of characters of a text that are shown on the page, the widget for a long text: all
-/// except CR.
+/// Returns the number of characters that the page shows of a text: all except CR. The page is the widget for
+/// a text of several lines.
 std::size_t ShownLength(std::string_view text) {
   return text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
 }
@@ -95,7 +95,7 @@ bool IsBeyondBytes(QChar c) {
 }
 
 /// Filters typed or pasted text for a single-line box. Removes characters outside Latin-1 and line ends at
-/// the end of the text. Replaces other line ends with blanks: the user would not see a line end, but it would
+/// the end of the text. Replaces other line ends with spaces: the user would not see a line end, but it would
 /// be sent.
 QString ToLine(QString text) {
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
@@ -203,8 +203,9 @@ class Pages : public QPlainTextEdit {
   }
 };
 
-/// A long text, updated by single edits. CRs are not shown, so a position on the page is the byte position
-/// minus the number of CRs before it. This holds for each byte, even if an edit separates CR from LF.
+/// A text box of several lines. The page is updated by single edits where possible, not as a whole. CRs are
+/// not shown, so a position on the page is the byte position minus the number of CRs before it. This holds
+/// for each byte, even if an edit separates CR from LF.
 class PagesView : public WidgetView<TextBox, Pages> {
  public:
   PagesView(FormWindow& window, TextBox& box) : WidgetView(window, box, new Pages(window.ParentFor(box))) {
