@@ -14,7 +14,7 @@ namespace corvex {
 
 std::string FindAppFolder() {
   const QString own = QCoreApplication::applicationDirPath();
-  // Tried, and not asked for: rights alone do not tell on every system.
+  // Try to create a file: on some systems, permissions alone do not show whether a folder is writable.
   if (QTemporaryFile(own + QStringLiteral("/corvex-XXXXXX")).open())
     return QFile::encodeName(own).toStdString();
   const QString users =

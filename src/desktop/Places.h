@@ -2,15 +2,16 @@
 
 #include <string>
 
-// What of the system's ways the program is told at its start.
+// System-dependent folders and formats.
 
 namespace corvex {
 
-/// The folder of the settings file and of all that the program writes: the program's own if it may write
-/// there; otherwise one of its own in the user's folder for settings, which is made if need be.
+/// Returns the folder for the settings file and all other files that the program writes. This is the
+/// program's own folder if it is writable. Otherwise it is a folder named "corvex" in the user's
+/// configuration folder, created if necessary.
 std::string FindAppFolder();
 
-/// A date in the system's long form; empty if there is no such date.
+/// Formats a date in the system's long form. Returns an empty string for an invalid date.
 std::string LongDate(int year, int month, int day);
 
 }  // namespace corvex

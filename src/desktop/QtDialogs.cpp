@@ -25,23 +25,22 @@ namespace corvex {
 namespace {
 
 void Fill(QMessageBox& box, const QString& text, const std::string& title) {
-  box.setTextFormat(Qt::PlainText);  // what the modem sends is never mark-up
+  box.setTextFormat(Qt::PlainText);  // text from the modem is never markup
   box.setText(text);
-  box.setWindowTitle(ToShown(title).trimmed() +
-                     u' ');  // never none: the program's file name would stand there
+  box.setWindowTitle(ToShown(title).trimmed() + u' ');  // not empty, or Qt would show the program's file name
 }
 
-/// What a title takes in the bar above a box, with the system's buttons beside it; not more than a screen
-/// has.
+/// Returns the width in pixels that a title bar needs for a title and the window buttons. The limit of 900
+/// pixels keeps it on the screen.
 int TitleWidth(const QString& title) {
   constexpr int kButtons = 140;
   constexpr int kMost = 900;
   QFont font = QFontDatabase::systemFont(QFontDatabase::TitleFont);
-  font.setBold(true);  // as some window managers have it
+  font.setBold(true);  // some window managers use bold titles
   return std::min(QFontMetrics(font).horizontalAdvance(title) + kButtons, kMost);
 }
 
-/// Filters of a question as Qt has them: the text with the patterns in brackets behind it.
+/// Converts the filters of a question to Qt's form: each text followed by its patterns in parentheses.
 QStringList NameFilters(std::string_view filter) {
   const QStringList parts = ToQt(filter).split(u'|');
   QStringList filters;
@@ -50,7 +49,7 @@ QStringList NameFilters(std::string_view filter) {
     QStringList patterns = (i + 1 < parts.size() ? parts[i + 1] : parts[i]).split(u';', Qt::SkipEmptyParts);
     for (QString& pattern : patterns) {
       pattern = pattern.trimmed();
-      if (pattern == u"*.*") pattern = QStringLiteral("*");  // files without a dot too
+      if (pattern == u"*.*") pattern = QStringLiteral("*");  // includes files without a dot
     }
     const QString shown = patterns.join(u' ');
     if (shown.isEmpty()) continue;
@@ -120,7 +119,7 @@ QWidget* QtDialogs::OwnerOf(const Form* form) const {
 }
 
 Answer QtDialogs::Ask(const Question& question) {
-  // The one question with three buttons is whether to save.
+  // The only question with three buttons is whether to save.
   if (!asks_ && question.buttons == Buttons::YesNoCancel) return folders_.empty() ? Answer::No : Answer::Yes;
   return Ask(question, ToShown(question.text), OwnerOf(question.owner));
 }
@@ -133,7 +132,8 @@ Answer QtDialogs::Ask(const Question& question, const QString& text, QWidget* ow
   if (mayCancel) buttons |= QMessageBox::Cancel;
   QMessageBox box(question.warns ? QMessageBox::Warning : QMessageBox::Question, {}, {}, buttons, owner);
   Fill(box, text, question.title.empty() ? windows_.applicationTitle() : question.title);
-  // What an Enter in passing gives is what changes least.
+  // Enter chooses the answer that changes least, in case the user presses it by accident. Exception: to the
+  // question whether to save, Enter chooses Yes.
   const auto safest = mayCancel ? QMessageBox::Cancel : QMessageBox::No;
   box.setDefaultButton(question.buttons == Buttons::YesNoCancel ? QMessageBox::Yes : safest);
   box.setEscapeButton(safest);
@@ -156,7 +156,7 @@ std::optional<std::string> QtDialogs::InputBox(std::string_view prompt, std::str
   for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box.setWindowTitle(ToShown(title).trimmed() + u' ');
   if (prompt.starts_with("Enter password")) box.setTextEchoMode(QLineEdit::Password);
-  // The box takes its width from what is in it, and would cut off a longer title.
+  // The box takes its width from its contents and would cut off a longer title.
   for (QLineEdit* line : box.findChildren<QLineEdit*>()) line->setMinimumWidth(TitleWidth(box.windowTitle()));
   if (Run(box) != QDialog::Accepted) return std::nullopt;
   return FromQt(box.textValue());
@@ -175,15 +175,15 @@ std::optional<std::string> QtDialogs::AskFile(const FileQuestion& question, bool
   QFileDialog dialog(owner, ToShown(question.title).trimmed() + u' ');
   dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked below, by pumping as every question is
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked below, in a box that pumps events
   dialog.setNameFilters(NameFilters(question.filter));
   StartAt(dialog, question.start);
-  // Called off with the window, it has no owner any more.
+  // A window that is destroyed cancels its dialogs and removes their parent. The loop then ends.
   while (dialog.parentWidget() == owner && Run(dialog) == QDialog::Accepted) {
     const QString path = QDir::toNativeSeparators(dialog.selectedFiles().value(0));
     const bool exists = QFile::exists(path);
     const QString doubt = !saves                   ? QString()
-                          : exists                 ? QStringLiteral("This file exists already. Replace it?")
+                          : exists                 ? QStringLiteral("This file already exists. Replace it?")
                           : question.asksBeforeNew ? QStringLiteral("This file does not exist. Create it?")
                                                    : QString();
     if (doubt.isEmpty() || Ask({}, path + u'\n' + doubt, owner) == Answer::Yes)
@@ -195,7 +195,7 @@ std::optional<std::string> QtDialogs::AskFile(const FileQuestion& question, bool
 std::optional<Font> QtDialogs::ChooseFont(const Font& font, bool forPrinter, const Form* owner) {
   QFont first = MakeFont(font, false);
   first.setPointSizeF(std::max(font.size, 1.0));
-  first.setFamily(QFontInfo(first).family());  // the box knows no styles of a family that stands for another
+  first.setFamily(QFontInfo(first).family());  // the dialog lists no styles for a substituted family
   QFontDialog dialog(first, OwnerOf(owner));
   if (forPrinter) dialog.setOption(QFontDialog::ScalableFonts);
   if (Run(dialog) != QDialog::Accepted) return std::nullopt;

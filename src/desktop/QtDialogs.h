@@ -13,9 +13,8 @@ namespace corvex {
 
 class QtWindowSystem;
 
-/// Questions in windows of their own that do not block: the call pumps the program's events until the answer
-/// is there, so that the end of the program gets through to it. Prompts that begin "Enter password" hide what
-/// is typed.
+/// Dialogs on Qt. Each call pumps the program's events until the user has answered, so the program can end
+/// while a dialog is open. An input box hides the typed text if its prompt starts with "Enter password".
 class QtDialogs : public Dialogs {
  public:
   QtDialogs(EventLoop& loop, const QtWindowSystem& windows) : loop_(loop), windows_(windows) {}
@@ -27,14 +26,17 @@ class QtDialogs : public Dialogs {
   std::optional<std::string> SaveFile(const FileQuestion& question) override;
   std::optional<Font> ChooseFont(const Font& font, bool forPrinter, const Form* owner) override;
 
-  /// The system ends the program, and nobody may be there to answer: the boxes that are open are given up,
-  /// and so is each one that would be opened. Only to the question whether to save the answer is yes, under a
-  /// new name in the first of the folders, and in the next one if it is asked again.
+  /// Called when the system ends the program and the user may not be there to answer. Cancels all open
+  /// dialogs and every dialog that would open later.
+  ///
+  /// Exception: the question whether to save is answered with Yes, and SaveFile returns a new file name in
+  /// the first of `folders`. Each further call of SaveFile uses the next folder. When no folder is left, the
+  /// answer is No.
   void StopAsking(std::vector<std::string> folders);
 
-  /// Shows a dialog and pumps events until it is answered. Returns its result.
+  /// Shows a dialog, pumps events until the user has answered, and returns its result.
   int Run(QDialog& dialog);
-  /// The window of a form, or else the one in front.
+  /// Returns the window of a form. Without a form or a window, returns the front window.
   QWidget* OwnerOf(const Form* form) const;
 
  private:
@@ -46,7 +48,7 @@ class QtDialogs : public Dialogs {
   EventLoop& loop_;
   const QtWindowSystem& windows_;
   bool asks_ = true;
-  std::vector<std::string> folders_;  ///< To save in unasked, the next one last.
+  std::vector<std::string> folders_;  ///< For saving without a dialog; the next folder to use is the last.
 };
 
 }  // namespace corvex

@@ -9,7 +9,7 @@ namespace corvex {
 void QtDspLibrary::DspMsg(const std::int16_t* numbers) {
   if (!std::exchange(looked_, true)) {
     for (const QString& folder : folders_) {
-      // The whole path, so that the system looks nowhere else; the library stays loaded.
+      // A full path, so that the system searches nowhere else. The library stays loaded.
       QLibrary library(QDir(folder).absoluteFilePath(QStringLiteral("CorvexDsp")));
       entry_ = reinterpret_cast<Entry>(library.resolve("CorvexDspMsg"));
       if (entry_ != nullptr) break;

@@ -6,9 +6,9 @@
 
 namespace corvex {
 
-/// The closed library CorvexDsp, looked for in the folders given when it is first called, and once only.
-/// Where there is none a call does nothing. What its code does is beyond this program: it runs on the one
-/// thread, and an error in it is an error here.
+/// Calls the closed-source library CorvexDsp. The first call searches the given folders in order; later calls
+/// do not search again. If the library is not found, a call does nothing. The library runs on the program's
+/// thread, and a crash in the library crashes the program.
 class QtDspLibrary {
  public:
   explicit QtDspLibrary(const QStringList& folders) : folders_(folders) {}

@@ -11,7 +11,7 @@ namespace {
 
 constexpr EventLoop::Time kLongestTimer = std::chrono::hours(24);
 
-/// Whole milliseconds that cover a distance, as QTimer counts them.
+/// Rounds a duration up to whole milliseconds, the unit of QTimer, and limits it to 24 hours.
 std::chrono::milliseconds Cover(EventLoop::Time distance) {
   return std::chrono::ceil<std::chrono::milliseconds>(
       std::clamp(distance, EventLoop::Time::zero(), kLongestTimer));
@@ -21,7 +21,7 @@ std::chrono::milliseconds Cover(EventLoop::Time distance) {
 
 QtEventLoop::QtEventLoop() {
   timer_.setSingleShot(true);
-  timer_.setTimerType(Qt::PreciseTimer);  // the coarse one is late by up to a twentieth
+  timer_.setTimerType(Qt::PreciseTimer);  // a coarse timer can be 5% late
   QObject::connect(&timer_, &QTimer::timeout, this, &QtEventLoop::Wake);
 }
 
@@ -48,7 +48,7 @@ void QtEventLoop::Sleep(Time until) {
     return;
   }
   QTimer deadline;
-  if (until < NextDue()) {  // otherwise the loop's own timer wakes it
+  if (until < NextDue()) {  // otherwise timer_ wakes the loop in time
     deadline.setSingleShot(true);
     deadline.setTimerType(Qt::PreciseTimer);
     deadline.start(Cover(until - Now()));
@@ -76,7 +76,7 @@ void QtEventLoop::WakeAt(Time time) {
 }
 
 void QtEventLoop::WakeFromAnyThread() {
-  // Nothing but this event: the timer and its marks belong to the loop's thread.
+  // Only post the event: the timer and the other members belong to the loop's thread.
   QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
@@ -86,13 +86,13 @@ void QtEventLoop::customEvent(QEvent*) {
 }
 
 void QtEventLoop::Wake() {
-  // From here on anything due needs a new wake-up, even from within a task that does not return yet.
+  // Forget the armed time, so that WakeAt arms a new wake-up even while a task below is still waiting.
   armedFor_ = Time::min();
   Enter([this] { RunDue(); });
 }
 
 void QtEventLoop::Quit() {
-  // Not quit(): that asks the windows first, and theirs is to refuse.
+  // Not quit(): it asks the windows to close first, and FormWindow always refuses.
   QCoreApplication::exit(0);
 }
 

@@ -7,16 +7,16 @@
 
 namespace corvex {
 
-/// The event loop of the program on that of Qt.
+/// The program's event loop, implemented on Qt's event loop.
 ///
-/// One precise timer stands for the earliest thing due, and its slot runs what is due: so posted tasks and
-/// timers go on while Qt runs a loop of its own, as menus and the system's dialogs do. A wait of the program
-/// sleeps in QCoreApplication::processEvents. No exception leaves a slot.
+/// One precise QTimer is armed for the earliest due task or timer, and its slot runs everything that is due.
+/// Tasks and timers therefore also run while Qt runs a nested loop, for example for a menu or a system
+/// dialog. Waits of the program sleep in QCoreApplication::processEvents. No exception leaves a slot.
 class QtEventLoop : public QObject, public EventLoop {
  public:
   QtEventLoop();
 
-  /// Qt's loop until the end of the program; its exit status.
+  /// Runs Qt's event loop until the program ends. Returns the exit status.
   int Exec();
 
   Time Now() const override;

@@ -22,17 +22,17 @@ namespace corvex {
 
 namespace {
 
-/// Of one document; beyond it, it is a fault and not a printout.
+/// Page limit of one document. A longer document is considered an error, not a printout.
 constexpr int kMostPages = 2000;
-/// Characters laid out at once: a megabyte without a line end takes long.
+/// Maximum number of characters in one layout. A single layout of a megabyte without a line end takes long.
 constexpr qsizetype kLongestParagraph = 8192;
 
 }  // namespace
 
 bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
-  QFont face = MakeFont(font, false);  // a typewriter's is there under another name, perhaps
+  QFont face = MakeFont(font, false);  // replaces typewriter fonts with the system's
   face.setPointSizeF(std::max(font.size, 1.0));
-  face.setUnderline(false);  // has no effect on paper
+  face.setUnderline(false);  // printouts are never underlined
 
   QPainter painter;
   if (!painter.begin(&printer)) return false;
@@ -59,7 +59,7 @@ bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
       if (!line.isValid()) break;
       line.setLineWidth(page.width());
       if (y > 0 && y + metrics.lineSpacing() > page.height()) printed = turnPage();
-      // Each line at the place where it falls, not where the layout has it: pages break between them.
+      // Draw each line at y, not at its position in the layout: a page break may lie between two lines.
       line.draw(&painter, QPointF(0, y));
       y += metrics.lineSpacing();
     }
@@ -68,7 +68,7 @@ bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
   };
   bool printed = true;
   const QString whole = ToShown(text, u"\n\t\f");
-  // What stands behind the last line end or form feed is nothing, and takes no further page.
+  // A line end or form feed at the end of the text does not start another page.
   for (qsizetype at = 0; printed && at < whole.size();) {
     qsizetype end = at;
     while (end < whole.size() && end - at < kLongestParagraph && whole[end] != u'\n' && whole[end] != u'\f')
@@ -101,15 +101,15 @@ class QtPrintJob : public PrintJob {
 
 }  // namespace
 
-/// Of the printers that the system lists: a default printer is valid even where there is none, and writes a
-/// file.
+/// Counts the printers that the system lists. QPrinter::isValid is no indication: a default QPrinter is valid
+/// even without any printer, and then prints to a file.
 int QtPrinters::Count() const {
   return static_cast<int>(QPrinterInfo::availablePrinterNames().size());
 }
 
 std::string QtPrinters::DefaultName() const {
   const QString chosen = QPrinterInfo::defaultPrinterName();
-  // Where none has been chosen, Qt prints on the first one.
+  // If the system has no default printer, Qt prints on the first one.
   return FromQt(chosen.isEmpty() ? QPrinterInfo::availablePrinterNames().value(0) : chosen);
 }
 
@@ -126,7 +126,7 @@ bool QtPrinters::PrintWindow(const Form& form) {
 
 bool QtPrinters::Accepted(QPrintDialog& dialog) {
 #ifdef Q_OS_WIN
-  return dialog.exec() == QDialog::Accepted;  // the system's own, which can only be run so
+  return dialog.exec() == QDialog::Accepted;  // the system's dialog, which supports only exec()
 #else
   return dialogs_.Run(dialog) == QDialog::Accepted;
 #endif
@@ -134,10 +134,11 @@ bool QtPrinters::Accepted(QPrintDialog& dialog) {
 
 namespace {
 
-/// A document is printed as a whole and on paper: no ranges of pages, and no printing to a file.
+/// Restricts a dialog to whole documents on paper: no page ranges and no printing to a file.
 void OfferWholeOnPaper(QPrintDialog& dialog) {
   dialog.setOptions(QAbstractPrintDialog::PrintCollateCopies | QAbstractPrintDialog::PrintShowPageSize);
-  // The box that Qt itself draws shows the ranges whatever the options are, even if they are hidden before.
+  // Qt's own dialog shows the page ranges whatever the options are, even if the group was hidden before. So
+  // move the group into a hidden widget.
   auto* ranges = dialog.findChild<QWidget*>(QStringLiteral("gbPrintRange"));
   if (ranges == nullptr) return;
   auto* hidden = new QWidget(&dialog);
@@ -162,8 +163,8 @@ void QtPrinters::ChooseDefault(const Form* owner) {
 #ifdef Q_OS_WIN
   SetDefaultPrinterW(reinterpret_cast<const wchar_t*>(printer.printerName().utf16()));
 #else
-  // Not QProcess::execute: it waits for a print server that does not answer.
-  constexpr int kPatience = 3000;
+  // Not QProcess::execute: it would wait without limit for a print server that does not answer.
+  constexpr int kPatience = 3000;  // milliseconds
   QProcess chooses;
   chooses.start(QStringLiteral("lpoptions"), {QStringLiteral("-d"), printer.printerName()});
   chooses.waitForFinished(kPatience);

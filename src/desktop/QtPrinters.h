@@ -8,11 +8,12 @@ class QPrinter;
 
 namespace corvex {
 
-/// Lays a text out on as many pages as it takes; a form feed begins a new one. False if the printer cannot be
-/// written to, or the text would take thousands of pages.
+/// Prints a text on as many pages as needed. A form feed starts a new page. Returns false if the printer
+/// cannot be written to or if the text needs more than 2000 pages.
 bool PrintPages(QPrinter& printer, const std::string& text, const Font& font);
 
-/// Prints a picture as large as the page allows, at the top of it. False as above.
+/// Prints a picture at the top of a page, as large as the page allows. Returns false if the printer cannot be
+/// written to.
 bool PrintPicture(QPrinter& printer, const QPixmap& picture);
 
 class QtDialogs;

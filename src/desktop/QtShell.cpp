@@ -16,14 +16,14 @@ bool QtShell::ShowText(const std::string& path) {
 #ifdef Q_OS_WIN
   return QProcess::startDetached(QStringLiteral("notepad.exe"), {file});
 #else
-  // The viewer of a desktop would say nothing of a file that is not there.
+  // Check first: a desktop's viewer does not report a missing file.
   return QFile::exists(file) && QDesktopServices::openUrl(QUrl::fromLocalFile(file));
 #endif
 }
 
 std::string QtShell::ClipboardText() const {
   QString text = QGuiApplication::clipboard()->text();
-  // Other programs end lines by any of three ways.
+  // Other programs may end lines with CR LF, LF or CR.
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
   return FromQt(text.replace(u'\n', QStringLiteral("\r\n")));
 }

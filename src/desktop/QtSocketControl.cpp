@@ -11,7 +11,7 @@ namespace corvex {
 namespace {
 
 constexpr qint64 kReadBuffer = 256 * 1024;
-// A peer that takes nothing must not let the queue grow for ever.
+// Limits the send queue if the peer does not read.
 constexpr qint64 kWriteBuffer = 4 * 1024 * 1024;
 constexpr std::chrono::seconds kFarewell(2);
 
@@ -40,7 +40,7 @@ bool QtSocketControl::Connect(const std::string& host, std::int32_t port) {
   host_ = host;
   port_ = port;
   socket_ = new QTcpSocket(this);
-  socket_->setProxy(QNetworkProxy::NoProxy);  // the unit is on the ship's own network
+  socket_->setProxy(QNetworkProxy::NoProxy);  // the unit is on the ship's LAN
   socket_->setReadBufferSize(kReadBuffer);
   connect(socket_, &QTcpSocket::connected, this, &QtSocketControl::Connected);
   connect(socket_, &QTcpSocket::readyRead, this, &QtSocketControl::Announce);
@@ -51,8 +51,8 @@ bool QtSocketControl::Connect(const std::string& host, std::int32_t port) {
 
 void QtSocketControl::Connected() {
   socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-  // A peer that vanishes without a word is noticed in the system's own time at least; the watchdog is
-  // quicker.
+  // Detects a peer that vanished without closing the connection, after the system's keep-alive time. The
+  // program's watchdog is faster.
   socket_->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
 }
 
@@ -68,7 +68,8 @@ void QtSocketControl::Close() {
     old->deleteLater();
     return;
   }
-  // Bytes left unread would reset the connection at its end and what was sent with it.
+  // Closing a socket with unread bytes would reset the connection and lose sent data. So read and discard
+  // them.
   old->setReadBufferSize(0);
   connect(old, &QTcpSocket::readyRead, old, [old] { old->skip(old->bytesAvailable()); });
   connect(old, &QTcpSocket::disconnected, old, &QObject::deleteLater);
@@ -92,7 +93,7 @@ std::string QtSocketControl::LocalAddress() const {
   if (socket_ == nullptr) return {};
   const QHostAddress address = socket_->localAddress();
   bool isIpv4 = false;
-  const QHostAddress ipv4(address.toIPv4Address(&isIpv4));  // also one that is wrapped as IPv6
+  const QHostAddress ipv4(address.toIPv4Address(&isIpv4));  // also an IPv4-mapped IPv6 address
   return FromQt((isIpv4 ? ipv4 : address).toString());
 }
 

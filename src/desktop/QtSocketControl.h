@@ -9,8 +9,8 @@
 
 namespace corvex {
 
-/// The TCP connection on QTcpSocket: one socket a connection. A closed one is let go, to deliver what was
-/// sent and then delete itself.
+/// The TCP connection, implemented with one QTcpSocket per connection. Close releases the socket, which
+/// delivers the data already sent and then deletes itself.
 class QtSocketControl : public QObject, public SocketControl {
  public:
   explicit QtSocketControl(EventLoop& loop);
@@ -30,7 +30,7 @@ class QtSocketControl : public QObject, public SocketControl {
   void Failed(QAbstractSocket::SocketError error);
 
   TransportEvents events_;
-  QTcpSocket* socket_ = nullptr;  ///< Of the present connection, even a failed one.
+  QTcpSocket* socket_ = nullptr;  ///< Socket of the current connection, kept after a failure until Close.
   bool failed_ = false;
   bool peerClosed_ = false;
   std::string host_;

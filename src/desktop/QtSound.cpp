@@ -11,7 +11,7 @@ namespace corvex {
 
 namespace {
 
-// What a small loudspeaker and an ear can do.
+// Limits of a small loudspeaker and of the ear, in hertz.
 constexpr double kLowest = 40;
 constexpr double kHighest = 16'000;
 constexpr int kLongest = 2000;  // milliseconds
@@ -19,7 +19,7 @@ constexpr int kLongest = 2000;  // milliseconds
 }  // namespace
 
 void QtSound::Beep(double hertz, int milliseconds) {
-  if (!(hertz >= kLowest && hertz <= kHighest) || milliseconds <= 0) return;  // nor what is no number
+  if (!(hertz >= kLowest && hertz <= kHighest) || milliseconds <= 0) return;  // also rejects NaN
   if (playing_->exchange(true)) return;
   try {
     std::thread([playing = playing_, hertz, time = std::min(milliseconds, kLongest)] {
@@ -27,7 +27,7 @@ void QtSound::Beep(double hertz, int milliseconds) {
       *playing = false;
     }).detach();
   } catch (const std::system_error&) {
-    *playing_ = false;  // no more threads: no tone
+    *playing_ = false;  // no thread available: skip the tone
   }
 }
 

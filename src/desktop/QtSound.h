@@ -7,9 +7,9 @@
 
 namespace corvex {
 
-/// Tones on the system's sound device. Each plays on a thread of its own, which touches nothing of the
-/// program; one that is asked for while another is still under way, or its device opening, is left out. What
-/// cannot be heard is left out too.
+/// Plays tones on the system's sound device. Each tone plays on its own thread, which accesses no data of the
+/// program. A tone is skipped if it is inaudible, or if the previous tone is still playing or waiting for its
+/// device.
 class QtSound : public Sound {
  public:
   void Beep(double hertz, int milliseconds) override;

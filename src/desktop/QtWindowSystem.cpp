@@ -17,12 +17,12 @@ QtWindowSystem::QtWindowSystem(EventLoop& loop) : loop_(loop) {
 }
 
 QtWindowSystem::~QtWindowSystem() {
-  // Also those that wait for a loop, which will not come any more, to delete themselves.
+  // Includes windows with a pending deleteLater(): no event loop runs any more to delete them.
   for (const QPointer<QWidget>& window : made_) delete window.data();
 }
 
 void QtWindowSystem::Attach(Form& form) {
-  // An owner's window takes those that it owns with it.
+  // The owner's window becomes the Qt parent, so Qt deletes this window together with the owner's.
   FormWindow* const owner = form.owner() == nullptr ? nullptr : WindowOf(*form.owner());
   auto* window = new FormWindow(form, loop_, owner);
   windows_.emplace(&form, window);
@@ -79,10 +79,10 @@ bool QtWindowSystem::eventFilter(QObject* object, QEvent* event) {
   auto* widget = static_cast<QWidget*>(object);
   auto* window = dynamic_cast<FormWindow*>(widget->window());
   if (window == nullptr) return false;
-  // An event that no widget wants climbs up to the window; it counts where it begins.
+  // Qt passes an unhandled key event on to the parent widgets. Handle it only at the widget where it starts.
   const QWidget* focused = window->focusWidget();
   if (widget != (focused == nullptr ? window : focused)) return false;
-  if (qobject_cast<const QMenuBar*>(focused) != nullptr) return false;  // the user walks through it
+  if (qobject_cast<const QMenuBar*>(focused) != nullptr) return false;  // the user is navigating the menu bar
   auto* key = static_cast<QKeyEvent*>(event);
   if (!window->TakeKey(*key)) return false;
   key->accept();

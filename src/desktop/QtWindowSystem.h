@@ -14,7 +14,7 @@ namespace corvex {
 
 class FormWindow;
 
-/// Shows forms, each in a FormWindow, and lets them see keys before any widget does.
+/// Shows each form in a FormWindow. A form receives key events before any widget does.
 class QtWindowSystem : public QObject, public WindowSystem {
  public:
   explicit QtWindowSystem(EventLoop& loop);
@@ -27,11 +27,12 @@ class QtWindowSystem : public QObject, public WindowSystem {
   void SetApplicationTitle(const std::string& title) override { title_ = title; }
 
   const std::string& applicationTitle() const { return title_; }
-  /// The window that a question to the user belongs to: the active one, or else any that is shown.
+  /// Returns the window to use as parent of a dialog: the active window, otherwise a modal window, otherwise
+  /// the newest visible window; null if no window is visible.
   QWidget* FrontWindow() const;
-  /// Closes open menus, and modal windows as their close boxes do.
+  /// Closes open menus. Closes modal windows in the same way as their close boxes.
   void CallOff();
-  /// The window that shows a form; none if it is not attached.
+  /// Returns the window that shows a form, or null if the form is not attached.
   FormWindow* WindowOf(const Form& form) const;
 
  protected:
@@ -41,7 +42,7 @@ class QtWindowSystem : public QObject, public WindowSystem {
   EventLoop& loop_;
   std::string title_;
   std::unordered_map<const Form*, QPointer<FormWindow>> windows_;
-  std::vector<QPointer<QWidget>> made_;  ///< Those of forms that have gone included, until they are deleted.
+  std::vector<QPointer<QWidget>> made_;  ///< Includes windows of destroyed forms until Qt deletes them.
 };
 
 }  // namespace corvex

@@ -20,7 +20,8 @@ namespace {
 #ifdef Q_OS_UNIX
 constexpr int kSignals[] = {SIGTERM, SIGHUP, SIGINT};
 
-/// Where a signal's handler writes, which can reach nothing else; the program listens at the other end.
+/// The signal handler writes to this pipe, and the program reads from it. A signal handler can safely do
+/// little more than write.
 int signalPipe[2] = {-1, -1};
 
 extern "C" void OnSignal(int) {
@@ -74,7 +75,7 @@ void SystemEnd::ListenToSignals() {
     wanted.sa_handler = OnSignal;
     wanted.sa_flags = SA_RESTART;
     sigaction(number, &wanted, &before);
-    // The program may be meant to outlive its terminal.
+    // An ignored signal stays ignored: the program may have been started to outlive its terminal.
     if (before.sa_handler == SIG_IGN) sigaction(number, &before, nullptr);
   }
 #endif
@@ -88,7 +89,7 @@ void SystemEnd::Request() {
 
 void SystemEnd::Try() {
   constexpr auto kAgain = std::chrono::milliseconds(50);
-  loop_.After(kAgain, [this] { Try(); });  // first, as closing waits
+  loop_.After(kAgain, [this] { Try(); });  // scheduled first, because closing waits
   callOff_();
   close_();
 }

@@ -7,23 +7,24 @@
 
 namespace corvex {
 
-/// Ends the program as its main window's close box does when the system wants it to end: SIGTERM, SIGHUP and
-/// SIGINT where there are signals, and the end of the desktop session everywhere. A program with windows has
-/// no console on Windows, so nothing of a console comes to it there.
+/// Ends the program when the system asks for it, in the same way as the main window's close box.
+///
+/// Reacts to the end of the desktop session and, on Unix, to SIGTERM, SIGHUP and SIGINT. On Windows, the
+/// program has no console and therefore receives no console events.
 class SystemEnd : public QObject {
  public:
-  /// The end takes at most this long, whatever holds it up; the last resort is an end without a farewell.
+  /// Time limit for closing. After this time the program ends without a farewell to the modem.
   static constexpr EventLoop::Time kLimit = std::chrono::seconds(3);
 
-  /// `callOff` takes away the boxes and menus that are open, and `close` is the close box. Both are called
-  /// again and again until the program has ended: what waits for a box finds out only when its turn comes.
+  /// `callOff` closes open dialogs and menus; `close` does what the close box does. Both are called
+  /// repeatedly until the program has ended, because nested waits end only one after the other.
   SystemEnd(EventLoop& loop, std::function<void()> callOff, std::function<void()> close);
   ~SystemEnd() override;
 
-  /// The system wants the program to end. Returns at once.
+  /// Starts to end the program and returns at once.
   void Request();
-  /// The same, and returns when it has ended: the system may kill the program right after. Meant even where
-  /// another program may still call the end of the session off.
+  /// Ends the program and returns when it has ended, because the system may kill the process right
+  /// afterwards. Intentional: the program ends even if another program then cancels the end of the session.
   void EndNow();
 
  protected:

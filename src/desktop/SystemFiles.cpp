@@ -20,7 +20,7 @@
 namespace corvex {
 
 CopyPlace::CopyPlace(const std::string& folder) {
-  constexpr int kMost = 9;  // more than these share the last place
+  constexpr int kMost = 9;  // all further copies share number 10, without a lock
   const auto file = [&folder](int number) {
     const std::string suffix = number == 1 ? "" : '-' + std::to_string(number);
     return (std::filesystem::path(folder) / ("corvex" + suffix + ".lock")).string();
@@ -32,7 +32,7 @@ CopyPlace::CopyPlace(const std::string& folder) {
   }
   if (own == Result::Impossible) number_ = 1;
   alone_ = own == Result::Taken && number_ == 1;
-  // A copy in a later place may have outlived the one that was first.
+  // Copies with higher numbers may still run after the first copy has ended.
   for (int other = 2; alone_ && other <= kMost; ++other) {
     Lock probe = kNoLock;
     alone_ = Take(file(other), false, probe) != Result::Busy;
@@ -47,7 +47,7 @@ CopyPlace::~CopyPlace() {
 #ifdef _WIN32
 
 bool SystemFiles::MakeOwnerOnly(const std::string& path) {
-  // Who may read it is what the folder says of its files.
+  // On Windows, a new file inherits its access rights from the folder.
   const HANDLE file = CreateFileW(std::filesystem::path(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr);
   return file != INVALID_HANDLE_VALUE && CloseHandle(file) != 0;
@@ -56,8 +56,8 @@ bool SystemFiles::MakeOwnerOnly(const std::string& path) {
 bool SystemFiles::Replace(const std::string& file, const std::string& by) {
   const std::filesystem::path to(file);
   const std::filesystem::path from(by);
-  // With a backup a failure leaves both files under their names. If somebody holds the old file open the
-  // backup may stay behind, with a name by which it is cleaned up later.
+  // With a backup name, a failure leaves both files under their own names. If another program has the old
+  // file open, the backup may remain. Its name is that of a temporary file, so it is deleted later.
   std::filesystem::path backup = from;
   backup.replace_filename(from.stem().native() + L"0" + from.extension().native());
   if (ReplaceFileW(to.c_str(), from.c_str(), backup.c_str(), 0, nullptr, nullptr) == 0) return false;
@@ -83,7 +83,7 @@ void CopyPlace::Release(Lock lock) {
 
 namespace {
 
-/// Whether rights of a file stand in a list beside its mode.
+/// Returns true if a file has an access control list in addition to its mode.
 bool HasRightsList([[maybe_unused]] const std::string& path) {
 #ifdef __linux__
   return getxattr(path.c_str(), "system.posix_acl_access", nullptr, 0) > 0;
@@ -109,13 +109,13 @@ bool SystemFiles::Replace(const std::string& file, const std::string& by) {
   const bool grouped = own.st_gid == old.st_gid || chown(by.c_str(), kSameOwner, old.st_gid) == 0;
   const bool owned = own.st_uid == old.st_uid || chown(by.c_str(), old.st_uid, kSameGroup) == 0;
   mode_t mode = old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
-  if (!grouped) mode &= ~static_cast<mode_t>(S_IRWXG);  // another group's rights
+  if (!grouped) mode &= ~static_cast<mode_t>(S_IRWXG);  // meant for the old group only
   if (chmod(by.c_str(), mode) != 0 || !grouped || !owned || old.st_nlink > 1) return false;
   return std::rename(by.c_str(), file.c_str()) == 0;
 }
 
 CopyPlace::Result CopyPlace::Take(const std::string& file, bool made, Lock& lock) {
-  // Opened for reading, so that another user's file will do as well.
+  // Opened for reading, because a lock file of another user may not be writable.
   const int taken =
       open(file.c_str(), O_RDONLY | O_CLOEXEC | (made ? O_CREAT : 0), S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
   if (taken < 0) return Result::Impossible;

@@ -9,24 +9,24 @@ namespace corvex {
 class SystemFiles : public Files {
  public:
   bool MakeOwnerOnly(const std::string& path) override;
-  /// On Windows owner and group are those of the new file; what counts there is the list of rights, which is
-  /// kept. Elsewhere a file with a second name or with a list of rights of its own is not replaced.
+  /// On Windows, `file` keeps its access control list, and its owner and group become those of `by`. On other
+  /// systems, a file with several hard links or with an access control list is not replaced.
   bool Replace(const std::string& file, const std::string& by) override;
 };
 
-/// The place of this copy of the program among those that run in the same folder. It is held by a lock of the
-/// system's on a small file there, so that it is free again however the program ends.
+/// The number of this copy of the program among the copies that run in the same folder. The copy holds a
+/// system lock on a small file in the folder, so the number becomes free however the program ends.
 class CopyPlace {
  public:
-  /// Takes the first free place.
+  /// Takes the lowest free number.
   explicit CopyPlace(const std::string& folder);
   CopyPlace(const CopyPlace&) = delete;
   CopyPlace& operator=(const CopyPlace&) = delete;
   ~CopyPlace();
 
-  /// From 1. Where the folder takes no locks every copy is the first.
+  /// Counts from 1. If the folder does not support locks, every copy has the number 1.
   int number() const { return number_; }
-  /// No other copy ran in the folder when this one took its place.
+  /// True if no other copy was running in the folder when this copy took its number.
   bool alone() const { return alone_; }
 
  private:
@@ -38,7 +38,7 @@ class CopyPlace {
   static constexpr Lock kNoLock = -1;
 #endif
   enum class Result { Taken, Busy, Impossible };
-  /// `made`: the file is made if it is not there.
+  /// `made`: creates the file if it does not exist.
   static Result Take(const std::string& file, bool made, Lock& lock);
   static void Release(Lock lock);
 

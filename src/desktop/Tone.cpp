@@ -27,11 +27,11 @@ namespace corvex {
 
 namespace {
 
-constexpr int kRate = 48000;  // samples a second, one channel
+constexpr int kRate = 48000;  // samples per second, one channel
 constexpr double kLoudness = 0.3;
-constexpr int kFade = kRate / 200;           // at both ends, so that it does not click
+constexpr int kFade = kRate / 200;           // samples; fades both ends to avoid clicks
 constexpr unsigned kBufferTime = 100'000;    // microseconds
-constexpr unsigned kSoftwareResampling = 1;  // for a device that has not that rate
+constexpr unsigned kSoftwareResampling = 1;  // for devices without this rate
 
 std::vector<std::int16_t> Sine(double hertz, int milliseconds) {
   const int count = kRate / 1000 * milliseconds;
@@ -45,11 +45,11 @@ std::vector<std::int16_t> Sine(double hertz, int milliseconds) {
   return samples;
 }
 
-/// A device that is missing is nothing to write to the console about.
+/// Discards ALSA's error messages. A missing device needs no message on the console.
 void Ignore(const char*, int, const char*, int, const char*, ...) {}
 
-/// What is used of ALSA's library. It is loaded at the first tone, and not with the program: most sessions
-/// have none, and a system without it runs the program all the same.
+/// The functions used from the ALSA library. The library is loaded when a tone is played, not when the
+/// program starts: most sessions play no tone, and the program must also run on systems without ALSA.
 class Alsa {
  public:
   bool Load() {

@@ -2,9 +2,9 @@
 
 namespace corvex {
 
-/// Plays a sine on the system's sound device and returns when it is over, which can take long where the
-/// device is slow to open. Nothing is heard where there is none. It may be called from any thread, one call
-/// at a time.
+/// Plays a sine tone on the system's sound device. Returns when the tone has ended, which can take long if
+/// the device is slow to open. Does nothing if there is no sound device. May be called from any thread, but
+/// only one call may run at a time.
 void PlayTone(double hertz, int milliseconds);
 
 }  // namespace corvex

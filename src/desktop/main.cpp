@@ -29,7 +29,8 @@ namespace {
 
 int Run(QApplication& application) {
   using namespace corvex;
-  // The main window ends the program when it has said goodbye, not the last window to be hidden.
+  // The main window ends the program after its farewell to the modem. Hiding the last window must not end the
+  // program.
   QApplication::setQuitOnLastWindowClosed(false);
   ApplyTheme(application);
   QApplication::setWindowIcon(PictureIcon("logo"));
@@ -80,11 +81,11 @@ int Run(QApplication& application) {
 
 int main(int argc, char** argv) {
 #ifdef SIGXFSZ
-  std::signal(SIGXFSZ, SIG_IGN);  // a log at the system's limit of a file's size fails, and the program lives
+  std::signal(SIGXFSZ, SIG_IGN);  // at the system's file size limit a write fails, and the program continues
 #endif
   QApplication application(argc, argv);
   const int status = Run(application);
-  // All of ours is gone. Qt's own end would wait for a host name that is still being looked up, many seconds
-  // at times.
+  // All objects of the program are destroyed. Skip Qt's cleanup, which waits for a pending host name lookup,
+  // sometimes for many seconds.
   std::_Exit(status);
 }

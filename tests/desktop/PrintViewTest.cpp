@@ -12,7 +12,7 @@
 #include "print/frmSDI.h"
 #include "support/FakePlatform.h"
 
-// The print view as its user has it before him: the real renderer and its clock.
+// The print view as the user sees it, with the real renderer and the real clock.
 
 namespace corvex {
 namespace {
@@ -42,20 +42,20 @@ class PrintViewTest : public ::testing::Test, protected test::FakesWith<QtEventL
   frmSDI view{owner, platform, settings};
 };
 
-TEST_F(PrintViewTest, LinesComeInBehindWhatTheUserTypesAndMarks) {
+TEST_F(PrintViewTest, PrintedTextFollowsTheCaretAndTheSelection) {
   Show();
   Print("one\r\n");
   test::Elapse(loop, 30ms);
   QTest::keyClicks(&Page(), "a");
   Print("t");
-  QTest::keyClicks(&Page(), "b");  // he does not see the "t" yet
+  QTest::keyClicks(&Page(), "b");  // the "t" is not shown yet
   Print("wo\r\n");
   test::Elapse(loop, 30ms);
   EXPECT_EQ(view.txtNote.Text(), "one\r\nabtwo\r\n");
   EXPECT_EQ(Page().toPlainText(), "one\nabtwo\n");
   EXPECT_TRUE(view.noteDirty());
 
-  // He marks "ne" and a line end, which stay marked and stay.
+  // The user selects "ne" and a line end. Both stay in the text and stay selected.
   Press(Page(), Qt::Key_Home, Qt::ControlModifier);
   Press(Page(), Qt::Key_Right);
   for (int i = 0; i < 3; ++i) Press(Page(), Qt::Key_Right, Qt::ShiftModifier);
@@ -75,10 +75,10 @@ TEST_F(PrintViewTest, LinesComeInBehindWhatTheUserTypesAndMarks) {
   Press(Page(), Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(Page().toPlainText(), "one\nne\nyxabtwo\n");
   Press(Page(), Qt::Key_Delete);
-  Press(Page(), Qt::Key_Insert, Qt::ShiftModifier);  // of the system's clipboard, in which nothing is
+  Press(Page(), Qt::Key_Insert, Qt::ShiftModifier);  // pastes the system's clipboard, which is empty
   EXPECT_EQ(view.txtNote.Text(), "one\r\nne\r\nxabtwo\r\n");
 
-  Page().insertPlainText(QStringLiteral(u"\u03A9"));  // what has no byte is seen as it will be saved
+  Page().insertPlainText(QStringLiteral(u"\u03A9"));  // not in Latin-1: shown as it will be saved
   test::Elapse(loop, 30ms);
   EXPECT_EQ(view.txtNote.Text(), "one\r\nne\r\n?xabtwo\r\n");
   EXPECT_EQ(Page().toPlainText(), "one\nne\n?xabtwo\n");
@@ -87,15 +87,15 @@ TEST_F(PrintViewTest, LinesComeInBehindWhatTheUserTypesAndMarks) {
   loop.Enter([this] { EXPECT_TRUE(view.ClosePrintForm()); });
   Show();
   Press(Page(), Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(view.txtNote.Text(), "") << "an old printout comes back";
+  EXPECT_EQ(view.txtNote.Text(), "") << "undo restored an old printout";
 }
 
-TEST_F(PrintViewTest, WhatIsFoundIsMarkedAndScrolledTo) {
+TEST_F(PrintViewTest, SearchSelectsTheMatchAndScrollsToIt) {
   Show();
   for (int i = 0; i < 500; ++i) Print("line " + std::to_string(i) + "\r\n");
   test::Elapse(loop, 50ms);
   const auto seen = [this] { return Page().viewport()->rect().contains(Page().cursorRect().center()); };
-  EXPECT_TRUE(seen()) << "the end of what is printed";
+  EXPECT_TRUE(seen()) << "the end of the printout is not visible";
   Press(Page(), Qt::Key_Home, Qt::ControlModifier);
   bool asked = false;
   loop.After(300ms, [&] {
@@ -119,8 +119,7 @@ TEST_F(PrintViewTest, WhatIsFoundIsMarkedAndScrolledTo) {
   EXPECT_TRUE(Becomes(loop, [&] { return Page().textCursor().blockNumber() == 331; }));
 }
 
-// Whatever the user does to it, the text is what stands on the page.
-TEST_F(PrintViewTest, AnyEditingKeepsTextAndPageTheSame) {
+TEST_F(PrintViewTest, TextAndPageStayEqualUnderAnyEditing) {
   Show();
   Print("one\r\ntwo\nthree\r\r\n\r\n\tfour\r\n");
   const struct {
@@ -147,12 +146,12 @@ TEST_F(PrintViewTest, AnyEditingKeepsTextAndPageTheSame) {
     ASSERT_EQ(Page().toPlainText().toStdString(), text) << "after key " << i;
     longest = std::max(longest, text.size());
   }
-  EXPECT_GT(longest, 100u) << "there was something to compare";
+  EXPECT_GT(longest, 100u) << "there was too little text to compare";
 }
 
-// The same again costs the same, however much stands there: some forty times as much if a line cost the
-// length of all text.
-TEST_F(PrintViewTest, ALongPrintoutAndALongLineKeepTheWindowAlive) {
+// The cost of a line must not depend on the length of the text. If it did, it would be about forty times as
+// high here.
+TEST_F(PrintViewTest, LongPrintoutsAndLongLinesStayFast) {
   Show();
   const auto cost = [this](int prints, const std::string& text) {
     const double began = test::CpuMilliseconds();
@@ -178,7 +177,7 @@ TEST_F(PrintViewTest, ALongPrintoutAndALongLineKeepTheWindowAlive) {
   const double begun = cost(32, piece);
   cost(192, piece);
   EXPECT_LT(cost(32, piece), 5 * begun);
-  EXPECT_EQ(view.txtNote.Text().size(), 256u * 1024u + 63u * 2u) << "a line end in every 4096 characters";
+  EXPECT_EQ(view.txtNote.Text().size(), 256u * 1024u + 63u * 2u) << "a line end every 4096 characters";
 }
 
 }  // namespace

@@ -10,12 +10,12 @@
 namespace corvex {
 namespace {
 
-TEST(QtDspLibrary, IsFoundBehindWhatIsNoneAndGetsTheNumbers) {
+TEST(QtDspLibrary, SkipsAnInvalidFileAndPassesTheNumbers) {
   const std::vector<std::int16_t> message{4, 1, -2, 456, 0};
   const test::TempFolder empty;
-  QtDspLibrary({QString::fromStdString(empty.Name())}).DspMsg(message.data());  // is not missed
+  QtDspLibrary({QString::fromStdString(empty.Name())}).DspMsg(message.data());  // no library: does nothing
   test::TempFolder other;
-  other.Write("CorvexDsp.so", "no library");
+  other.Write("CorvexDsp.so", "not a library");
   const QString folder = QStringLiteral(CORVEX_TEST_LIBRARY);
   QtDspLibrary({QString::fromStdString(other.Name()), folder}).DspMsg(message.data());
   using Last = const std::vector<std::int16_t>* (*)();

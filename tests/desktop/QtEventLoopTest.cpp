@@ -13,12 +13,12 @@ using namespace std::chrono_literals;
 TEST(QtEventLoopTest, PauseSleepsAndEndsOnTime) {
   QtEventLoop loop;
   const double cpu = test::CpuMilliseconds();
-  EventLoop::Time quickest = 1h;  // of several: a busy machine makes one late
+  EventLoop::Time quickest = 1h;  // of several pauses, because a busy machine can delay one
   for (int i = 0; i < 5; ++i) {
     const auto start = loop.Now();
     Pause(loop, 0.2);
     const auto took = loop.Now() - start;
-    // The clock of the day is read in single precision, 8 ms apart late in the day.
+    // Pause reads the time of day in single precision. Late in the day its resolution is 8 ms.
     EXPECT_GE(took, 191ms);
     quickest = std::min<EventLoop::Time>(quickest, took);
   }
@@ -26,12 +26,12 @@ TEST(QtEventLoopTest, PauseSleepsAndEndsOnTime) {
   EXPECT_LT(test::CpuMilliseconds() - cpu, 100);
 }
 
-TEST(QtEventLoopTest, RunsTimersInOrderDuringAWaitThatATimerBegan) {
+TEST(QtEventLoopTest, RunsTimersInOrderWhileATimerTaskWaits) {
   QtEventLoop loop;
   std::string order;
   loop.After(10ms, [&] {
     order += 'a';
-    // The timers started before must fall due within this wait as well as the posted task.
+    // The two timers started outside this task must fire during this wait.
     test::Elapse(loop, 60ms);
     order += 'd';
   });
@@ -41,9 +41,9 @@ TEST(QtEventLoopTest, RunsTimersInOrderDuringAWaitThatATimerBegan) {
   EXPECT_EQ(order, "abcd");
 }
 
-TEST(QtEventLoopTest, TimersTickWhileQtRunsALoopOfItsOwn) {
+TEST(QtEventLoopTest, TimersRunDuringNestedQtLoops) {
   QtEventLoop loop;
-  for (const bool menu : {false, true}) {  // opened by the user, and a dialog by a task
+  for (const bool menu : {false, true}) {  // a menu opened by the user, and a dialog opened by a task
     QDialog dialog;
     QMenu popup;
     popup.addAction(QStringLiteral("entry"));
@@ -70,7 +70,7 @@ TEST(QtEventLoopTest, TimersTickWhileQtRunsALoopOfItsOwn) {
   }
 }
 
-TEST(QtEventLoopTest, EndUnwindsWaitsWithinWaits) {
+TEST(QtEventLoopTest, EndUnwindsNestedWaits) {
   QtEventLoop loop;
   int unwound = 0;
   struct Guard {
@@ -84,18 +84,18 @@ TEST(QtEventLoopTest, EndUnwindsWaitsWithinWaits) {
       QTimer::singleShot(5, &loop, [&] { loop.Enter([&] { loop.End(); }); });
       for (;;) loop.Pump();
     });
-    QDialog dialog;  // a loop of Qt's own between the two waits
+    QDialog dialog;  // a loop of Qt between the two waits
     dialog.exec();
     for (;;) loop.Pump();
   });
-  const QObject here;  // the limit ends with the test
+  const QObject here;  // cancels the time limit at the end of the test
   QTimer::singleShot(5000, &here, [] { QCoreApplication::exit(1); });
   EXPECT_EQ(loop.Exec(), 0);
   EXPECT_EQ(unwound, 2);
   EXPECT_FALSE(loop.Enter([] { FAIL() << "the program has ended"; }));
 }
 
-TEST(QtEventLoopTest, TasksOfAnotherThreadRunInAnyLoop) {
+TEST(QtEventLoopTest, TasksFromAnotherThreadRunInEveryLoop) {
   QtEventLoop loop;
   for (const bool inDialog : {false, true}) {
     int runs = 0;
@@ -121,7 +121,7 @@ TEST(QtEventLoopTest, TasksOfAnotherThreadRunInAnyLoop) {
   }
 }
 
-TEST(QtEventLoopTest, CalendarIsLocal) {
+TEST(QtEventLoopTest, ReportsLocalTime) {
   QtEventLoop loop;
   const std::time_t now = std::time(nullptr);
   const std::tm local = *std::localtime(&now);

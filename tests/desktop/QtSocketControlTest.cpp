@@ -23,7 +23,7 @@ class QtSocketControlTest : public ::testing::Test {
       log += 'c';
     };
   }
-  /// Connects and gives the server's side of the connection.
+  /// Connects and returns the server's side of the connection.
   QTcpSocket* Connect() {
     EXPECT_TRUE(sock.Connect("127.0.0.1", server.serverPort()));
     EXPECT_NE(sock.GetState(), SocketControl::kClosed);
@@ -53,7 +53,7 @@ TEST_F(QtSocketControlTest, ConnectsAndPassesBytesBothWays) {
   EXPECT_EQ(received, all);
 }
 
-TEST_F(QtSocketControlTest, AFailureStaysUntilClose) {
+TEST_F(QtSocketControlTest, TheErrorStateLastsUntilClose) {
   const quint16 port = server.serverPort();
   server.close();
   for (const char* host : {"127.0.0.1", "no-such-host.invalid"}) {
@@ -73,7 +73,7 @@ TEST_F(QtSocketControlTest, AFailureStaysUntilClose) {
   EXPECT_EQ(log, "");
 }
 
-TEST_F(QtSocketControlTest, ABurstBeforeThePeersCloseIsCompleteAndComesFirst) {
+TEST_F(QtSocketControlTest, DeliversACompleteBurstBeforeThePeersClose) {
   QTcpSocket* peer = Connect();
   std::string burst(3'000'000, ' ');
   for (std::size_t i = 0; i < burst.size(); ++i) burst[i] = static_cast<char>(i * 11 + i / 253);
@@ -86,7 +86,7 @@ TEST_F(QtSocketControlTest, ABurstBeforeThePeersCloseIsCompleteAndComesFirst) {
   EXPECT_EQ(std::count(log.begin(), log.end(), 'c'), 1);
 }
 
-TEST_F(QtSocketControlTest, CloseIsAtOnceAndStillDeliversWhatWasSent) {
+TEST_F(QtSocketControlTest, CloseReturnsAtOnceAndStillDeliversSentData) {
   QTcpSocket* peer = Connect();
   const std::string farewell(200'000, 'f');
   std::string arrived;
@@ -102,11 +102,11 @@ TEST_F(QtSocketControlTest, CloseIsAtOnceAndStillDeliversWhatWasSent) {
   EXPECT_EQ(sock.findChildren<QTcpSocket*>().size(), 0);
 }
 
-TEST_F(QtSocketControlTest, AConnectionHearsNothingOfTheOneBefore) {
+TEST_F(QtSocketControlTest, AConnectionReceivesNothingFromThePreviousOne) {
   QTcpSocket* peer = Connect();
   peer->write("old");
   ASSERT_TRUE(peer->waitForBytesWritten());
-  // The bytes have come, and their event is posted and has not run.
+  // The bytes have arrived. Their event is posted but has not run yet.
   ASSERT_TRUE(sock.findChild<QTcpSocket*>()->waitForReadyRead());
   sock.Close();
   peer = Connect();

@@ -13,7 +13,7 @@
 namespace corvex {
 namespace {
 
-/// Lets the system's default sound device be the given text of a configuration.
+/// Configures the system's default sound device. `device` is the text of an ALSA configuration file.
 void SetDevice(const QTemporaryDir& folder, const QByteArray& device) {
   QFile file(folder.filePath(QStringLiteral("asound.conf")));
   EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -22,7 +22,7 @@ void SetDevice(const QTemporaryDir& folder, const QByteArray& device) {
   qputenv("ALSA_CONFIG_PATH", QFile::encodeName(file.fileName()));
 }
 
-TEST(QtSoundTest, ATonePlaysBesideTheProgramAndAbsurdOnesNotAtAll) {
+TEST(QtSoundTest, PlaysTonesInTheBackgroundAndSkipsInaudibleOnes) {
 #if !defined(CORVEX_ALSA)
   GTEST_SKIP() << "built without a sound library, or for another system";
 #endif
@@ -53,11 +53,11 @@ TEST(QtSoundTest, ATonePlaysBesideTheProgramAndAbsurdOnesNotAtAll) {
   std::memcpy(samples.data(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
   int rises = 0;
   for (std::size_t i = 1; i < samples.size(); ++i) rises += samples[i - 1] < 0 && samples[i] >= 0;
-  EXPECT_EQ(rises, 30);  // 31 waves, of which the first begins at 0
+  EXPECT_EQ(rises, 30);  // 31 waves; the first starts at 0 and does not rise through it
   EXPECT_LT(std::abs(samples.back()), 50) << "a click at the end";
 }
 
-TEST(QtSoundTest, WithoutADeviceThereIsSilence) {
+TEST(QtSoundTest, IsSilentWithoutADevice) {
   const QTemporaryDir folder;
   SetDevice(folder, "");
   QtEventLoop loop;

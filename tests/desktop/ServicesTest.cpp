@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 
 class QtDialogsTest : public ::testing::Test {
  protected:
-  /// Does something with the box once it is there.
+  /// Calls `act` with the open dialog as soon as it is shown.
   template <typename Box>
   void WhenShown(std::function<void(Box&)> act) {
     loop.After(10ms, [this, act = std::move(act)] {
@@ -44,7 +44,7 @@ class QtDialogsTest : public ::testing::Test {
   QtDialogs dialogs{loop, windows};
 };
 
-TEST_F(QtDialogsTest, AnswersAreReturnedAndTextsShownAsTheyAre) {
+TEST_F(QtDialogsTest, ReturnsAnswersAndShowsTextsLiterally) {
   for (const bool yes : {true, false}) {
     WhenShown<QMessageBox>([&](QMessageBox& box) {
       EXPECT_EQ(box.text(), QStringLiteral("<b>sure</b>\n?"));
@@ -72,7 +72,7 @@ TEST_F(QtDialogsTest, AnswersAreReturnedAndTextsShownAsTheyAre) {
   }
 }
 
-TEST_F(QtDialogsTest, FilesAreAskedForBeforeTheyAreOverwrittenOrMade) {
+TEST_F(QtDialogsTest, AsksBeforeAFileIsOverwrittenOrCreated) {
   const QTemporaryDir folder;
   QFile(folder.filePath(QStringLiteral("old"))).open(QIODevice::WriteOnly);
   const std::string start = QFile::encodeName(folder.path()).toStdString();
@@ -96,7 +96,7 @@ TEST_F(QtDialogsTest, FilesAreAskedForBeforeTheyAreOverwrittenOrMade) {
   EXPECT_EQ(dialogs.SaveFile(question), start + "/new");
   question.asksBeforeNew = true;
   for (const char* file : {"old", "new"}) {
-    // The first answer is No, which leads back to the dialog.
+    // The first answer is No, which returns to the file dialog.
     pick(file);
     WhenShown<QMessageBox>([&](QMessageBox& no) {
       EXPECT_NE(no.text().indexOf(file == std::string_view("old") ? u"Replace" : u"Create"), -1);
@@ -111,7 +111,7 @@ TEST_F(QtDialogsTest, FilesAreAskedForBeforeTheyAreOverwrittenOrMade) {
   EXPECT_EQ(dialogs.OpenFile(question), std::nullopt);
 }
 
-TEST_F(QtDialogsTest, TheEndOfTheProgramGetsThroughAnOpenBox) {
+TEST_F(QtDialogsTest, TheProgramCanEndWhileABoxIsOpen) {
   bool returned = false;
   loop.Post([&] {
     dialogs.MessageBox("still open");
@@ -123,7 +123,7 @@ TEST_F(QtDialogsTest, TheEndOfTheProgramGetsThroughAnOpenBox) {
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
-TEST_F(QtDialogsTest, AFontIsChosenFromTheOneThatThereIs) {
+TEST_F(QtDialogsTest, TheFontDialogStartsWithTheGivenFont) {
   for (const bool accepts : {true, false}) {
     WhenShown<QFontDialog>([&](QFontDialog& box) {
       EXPECT_EQ(box.currentFont().pointSizeF(), 13);
@@ -140,7 +140,7 @@ TEST_F(QtDialogsTest, AFontIsChosenFromTheOneThatThereIs) {
   }
 }
 
-TEST_F(QtDialogsTest, APrinterIsChosenForTheWholeDocumentAndForPaper) {
+TEST_F(QtDialogsTest, ThePrintDialogOffersNoPageRangesAndNoFile) {
   QtPrinters printers(windows, dialogs);
   for (const bool forDefault : {false, true}) {
     WhenShown<QPrintDialog>([](QPrintDialog& box) {
@@ -165,12 +165,12 @@ TEST_F(QtDialogsTest, APrinterIsChosenForTheWholeDocumentAndForPaper) {
   }
 }
 
-TEST_F(QtDialogsTest, ThePrinterThatIsChosenPrints) {
+TEST_F(QtDialogsTest, TheChosenPrinterPrints) {
   QtPrinters printers(windows, dialogs);
   const QTemporaryDir folder;
   const QString path = folder.filePath(QStringLiteral("out.pdf"));
   WhenShown<QPrintDialog>([&](QPrintDialog& box) {
-    // A file in the place of a printer, which need not be there.
+    // Print to a file, because there may be no printer.
     box.printer()->setOutputFormat(QPrinter::PdfFormat);
     box.printer()->setOutputFileName(path);
     box.done(QDialog::Accepted);
@@ -182,7 +182,7 @@ TEST_F(QtDialogsTest, ThePrinterThatIsChosenPrints) {
   EXPECT_EQ(printers.DefaultName().empty(), printers.Count() == 0);
 }
 
-TEST(QtPrintersTest, TextsGoOnPagesAndAnUnwritableOneIsTold) {
+TEST(QtPrintersTest, SplitsTextsIntoPagesAndReportsFailures) {
   const QTemporaryDir folder;
   const auto print = [](const QString& path, const std::string& text) {
     QPrinter printer;
@@ -209,7 +209,7 @@ TEST(QtPrintersTest, TextsGoOnPagesAndAnUnwritableOneIsTold) {
   EXPECT_FALSE(print(folder.filePath(QStringLiteral("none/out.pdf")), "text"));
 }
 
-TEST(IconsTest, EachNumberHasAFaceThatStandsOutOnLightAndDark) {
+TEST(IconsTest, EachNumberHasItsOwnPictureInLightAndDark) {
   for (const bool dark : {false, true}) {
     const QPalette palette = MakePalette(dark);
     const auto draw = [&](const auto& what, auto drawIt) {
@@ -229,7 +229,7 @@ TEST(IconsTest, EachNumberHasAFaceThatStandsOutOnLightAndDark) {
       keys.insert(key(number));
     }
     EXPECT_EQ(icons.size(), 65U);
-    EXPECT_EQ(keys.size(), 64U);  // 1 and 10 are both the mail
+    EXPECT_EQ(keys.size(), 64U);  // 1 and 10 are both an envelope
     for (const int unknown : {-1, kMenuIcons, 32767}) {
       EXPECT_EQ(icon(unknown), icon(10));
       EXPECT_EQ(key(unknown), key(2));
@@ -240,7 +240,7 @@ TEST(IconsTest, EachNumberHasAFaceThatStandsOutOnLightAndDark) {
   }
 }
 
-TEST(PlacesTest, LongDatesOfDaysThatDoNotExistAreEmpty) {
+TEST(PlacesTest, LongDateOfAnInvalidDayIsEmpty) {
   EXPECT_NE(LongDate(2006, 3, 31).find("2006"), std::string::npos);
   EXPECT_EQ(LongDate(2006, 2, 30), "");
   EXPECT_EQ(LongDate(0, 0, 0), "");

@@ -37,7 +37,7 @@ struct Window : Form {
   MenuItem entry{menu, {.name = "entry", .caption = "Entry"}};
 };
 
-/// A program that cannot close while the user is being asked something, and then asks whether to save.
+/// A program that cannot close while a dialog is open, and that asks whether to save before it closes.
 class SystemEndTest : public ::testing::Test {
  protected:
   void Close() {
@@ -71,12 +71,12 @@ class SystemEndTest : public ::testing::Test {
   std::vector<std::string> saves;
 };
 
-TEST_F(SystemEndTest, NothingThatIsOpenHoldsItUp) {
+TEST_F(SystemEndTest, OpenDialogsAndMenusDoNotDelayTheEnd) {
   Window main(loop, windows);
   main.visible = true;
   ASSERT_TRUE(Becomes(loop, [&] { return windows.WindowOf(main)->isVisible(); }));
   std::string log;
-  // Each waits in the wait of the one before.
+  // Each of these waits inside the wait of the previous one.
   auto delay = 0ms;
   const auto open = [&](const char* name, EventLoop::Task task) {
     loop.After(delay += 50ms, [&log, name, task = std::move(task)] {
@@ -91,7 +91,7 @@ TEST_F(SystemEndTest, NothingThatIsOpenHoldsItUp) {
       busy = false;
     };
   };
-  // The outermost is the question that the close box asks.
+  // The outermost wait is the question whether to save.
   open("close ", [this] { Close(); });
   open("box ", busyWith([this] { dialogs.MessageBox("still open"); }));
   open("file ", busyWith([this] { EXPECT_EQ(dialogs.SaveFile({}), std::nullopt); }));
@@ -115,8 +115,8 @@ TEST_F(SystemEndTest, NothingThatIsOpenHoldsItUp) {
   EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
-TEST_F(SystemEndTest, AtTheEndOfTheDesktopSessionEachFolderIsTriedOnceBeforeTheSystemGoesOn) {
-  savesThatSucceed = 9;  // what cannot be saved anywhere does not hold it up for ever
+TEST_F(SystemEndTest, EndNowTriesEachFolderOnceAndReturnsAfterTheEnd) {
+  savesThatSucceed = 9;  // a text that cannot be saved anywhere must not block the end
   bool over = false;
   loop.After(10ms, [&] {
     systemEnd.EndNow();
@@ -129,10 +129,10 @@ TEST_F(SystemEndTest, AtTheEndOfTheDesktopSessionEachFolderIsTriedOnceBeforeTheS
   EXPECT_TRUE(saves[1].starts_with("/second/")) << saves[1];
 }
 
-TEST_F(SystemEndTest, AProgramThatDoesNotCloseEndsAllTheSame) {
+TEST_F(SystemEndTest, AProgramThatDoesNotCloseEndsAfterTheLimit) {
   busy = true;
   const auto began = loop.Now();
-  // As the end of a session comes where it is no signal.
+  // On some systems the end of the session arrives as a Quit event.
   loop.After(10ms, [&] {
     QEvent quit(QEvent::Quit);
     QCoreApplication::sendEvent(qApp, &quit);
@@ -145,8 +145,8 @@ TEST_F(SystemEndTest, AProgramThatDoesNotCloseEndsAllTheSame) {
 
 #ifdef Q_OS_UNIX
 
-// The real program in a process of its own, and a unit that it is in session with over TCP.
-TEST(SystemEndProgramTest, TheFirstOfSeveralSignalsEndsItAsItsCloseBoxDoesAndSavesWhatIsUnsaved) {
+// Runs the real program in a separate process, in session with a simulated unit over TCP.
+TEST(SystemEndProgramTest, TheFirstOfSeveralSignalsClosesTheProgramAndSavesUnsavedText) {
   QtEventLoop loop;
   QTcpServer server;
   QTcpSocket* line = nullptr;
@@ -169,11 +169,11 @@ TEST(SystemEndProgramTest, TheFirstOfSeveralSignalsEndsItAsItsCloseBoxDoesAndSav
   std::filesystem::copy_file(CORVEX_PROGRAM, path);
   folder.Write("corvex.ini", "[config]\r\nlan=yes\r\nlanaddress=127.0.0.1\r\nlanport=" +
                                  std::to_string(server.serverPort()) + "\r\n");
-  QProcess program;  // which kills it if it still runs
+  QProcess program;  // its destructor kills the program if it still runs
   program.setProcessChannelMode(QProcess::ForwardedChannels);
   program.start(QString::fromStdString(path), QStringList());
 
-  std::size_t said = 0;  // in session with all said that begins one
+  std::size_t said = 0;  // bytes heard so far; the session has started when they stop increasing
   ASSERT_TRUE(Becomes(
       loop,
       [&] {
@@ -181,7 +181,7 @@ TEST(SystemEndProgramTest, TheFirstOfSeveralSignalsEndsItAsItsCloseBoxDoesAndSav
         return std::exchange(said, heard.size()) == heard.size() && unit.InTagMode() && !unit.Shows().empty();
       },
       20))
-      << "was the window active?";
+      << "the session did not start; was the window active?";
   line->write("<tml><StartPrint></tml><tml><Print>000noon report</tml><tml><EndPrint></tml>");
   test::Elapse(loop, 500ms);
   heard.clear();

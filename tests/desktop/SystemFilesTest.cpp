@@ -30,7 +30,7 @@ TEST_F(SystemFilesTest, ReplacesAFile) {
   EXPECT_TRUE(files.MakeOwnerOnly(Path("new")));
   EXPECT_FALSE(files.MakeOwnerOnly(Path("new")));
   folder.Write("new", "new");
-  EXPECT_FALSE(files.Replace(Path("old"), Path("new"))) << "there is none";
+  EXPECT_FALSE(files.Replace(Path("old"), Path("new"))) << "there is no file to replace";
   folder.Write("old", "old");
   EXPECT_TRUE(files.Replace(Path("old"), Path("new")));
   EXPECT_EQ(folder.Read("old"), "new");
@@ -38,7 +38,7 @@ TEST_F(SystemFilesTest, ReplacesAFile) {
   EXPECT_FALSE(files.MakeOwnerOnly(Path("no folder/new")));
 }
 
-TEST_F(SystemFilesTest, EachCopyOfTheProgramHasItsPlaceUntilItEnds) {
+TEST_F(SystemFilesTest, EachCopyKeepsItsNumberUntilItEnds) {
   std::optional<CopyPlace> first(folder.Name());
   std::optional<CopyPlace> second(folder.Name());
   EXPECT_EQ(first->number(), 1);
@@ -49,7 +49,7 @@ TEST_F(SystemFilesTest, EachCopyOfTheProgramHasItsPlaceUntilItEnds) {
   first.reset();
   first.emplace(folder.Name());
   EXPECT_EQ(first->number(), 1);
-  EXPECT_FALSE(first->alone()) << "the second is still there";
+  EXPECT_FALSE(first->alone()) << "the second copy is still running";
   first.reset();
   second.reset();
   EXPECT_TRUE(CopyPlace(folder.Name()).alone());
@@ -60,7 +60,7 @@ TEST_F(SystemFilesTest, EachCopyOfTheProgramHasItsPlaceUntilItEnds) {
 
 TEST_F(SystemFilesTest, KeepsModeOwnerAndGroup) {
   folder.Write("corvex.ini", "[port]\n");
-  if (chown(Path("corvex.ini").c_str(), 1234, 5678) != 0) GTEST_SKIP() << "for the system's administrator";
+  if (chown(Path("corvex.ini").c_str(), 1234, 5678) != 0) GTEST_SKIP() << "needs root";
   ASSERT_EQ(chmod(Path("corvex.ini").c_str(), 0664), 0);
   const auto changes = [&](bool inItsPlace) {
     struct stat before {};
@@ -79,7 +79,7 @@ TEST_F(SystemFilesTest, KeepsModeOwnerAndGroup) {
   changes(false);
   EXPECT_EQ(folder.Read("second name"), folder.Read("corvex.ini"));
 
-  // A second user, who may write the file and does not own it, shares it.
+  // A second user may write the file without owning it.
   chmod(folder.Name().c_str(), 0777);
   chmod(Path("corvex.ini").c_str(), 0666);
   const pid_t user = fork();
@@ -94,8 +94,7 @@ TEST_F(SystemFilesTest, KeepsModeOwnerAndGroup) {
   EXPECT_EQ(folder.Count(), 2);
 }
 
-// A kill frees the place, and no time has to go by.
-TEST_F(SystemFilesTest, APlaceIsFreeWhenItsCopyWasKilled) {
+TEST_F(SystemFilesTest, AKilledCopyFreesItsNumberAtOnce) {
   int ready[2];
   ASSERT_EQ(pipe(ready), 0);
   const pid_t copy = fork();

@@ -21,7 +21,7 @@
 #include "support/FakePlatform.h"
 #include "support/UnitLink.h"
 
-// The main window as its user has it before him: the real renderer and its clock, a simulated unit on the
+// The main window as the user sees it, with the real renderer, the real clock and a simulated unit on the
 // line.
 
 namespace corvex {
@@ -36,7 +36,7 @@ class TermWindowTest : public ::testing::Test, protected test::FakesWith<QtEvent
     loop.Enter([this] { term.Load(); });
     shown =
         Becomes(loop, [this] { return term.main().mode == ModemMode::Terminal && term.cmdSK[0].enabled; });
-    test::Elapse(loop, 300ms);  // the second painting
+    test::Elapse(loop, 300ms);  // until the unit has sent its screen twice
   }
   FormWindow& window() { return *windows.WindowOf(term); }
   template <typename Widget>
@@ -58,9 +58,9 @@ class TermWindowTest : public ::testing::Test, protected test::FakesWith<QtEvent
 };
 
 #define NEEDS_SESSION() \
-  if (!shown) GTEST_SKIP() << "no session: the window did not become active, as without a window manager"
+  if (!shown) GTEST_SKIP() << "no session: the window did not become active; is there a window manager?"
 
-TEST_F(TermWindowTest, AKeyboardIsEnoughForTheModemsScreens) {
+TEST_F(TermWindowTest, TheModemsScreensNeedOnlyTheKeyboard) {
   NEEDS_SESSION();
   EXPECT_TRUE(Focused("CorvexFocus1"));
   TakeSent();
@@ -79,7 +79,7 @@ TEST_F(TermWindowTest, AKeyboardIsEnoughForTheModemsScreens) {
   ASSERT_TRUE(Becomes(loop, [&] { return Focused("ListMenu"); }));
   EXPECT_EQ(TakeSent(), "\x1B[B\x1B[B\r");
   const auto atIdle = [&] { return Focused("CorvexFocus1") && term.cmdSK[0].enabled; };
-  for (int i = 0; i < 5 && !atIdle(); ++i) {  // the message, the sub-menu and the menu
+  for (int i = 0; i < 5 && !atIdle(); ++i) {  // leaves the message, the sub-menu and the menu
     Press(Qt::Key_Escape);
     test::Elapse(loop, 300ms);
   }
@@ -87,12 +87,12 @@ TEST_F(TermWindowTest, AKeyboardIsEnoughForTheModemsScreens) {
   TakeSent();
   Press(Qt::Key_2);
   ASSERT_TRUE(Becomes(loop, [&] { return term.state().screenKind == ScreenKind::FieldScreen; }));
-  Press(Qt::Key_Tab);  // the modem's next field, and not the window's next control
+  Press(Qt::Key_Tab);  // goes to the modem's next field, not to the window's next control
   EXPECT_TRUE(Focused("CorvexFocus1"));
   EXPECT_EQ(TakeSent(), "2\x1B[B");
 }
 
-TEST_F(TermWindowTest, AMouseIsEnoughForTheModemsScreens) {
+TEST_F(TermWindowTest, TheModemsScreensNeedOnlyTheMouse) {
   NEEDS_SESSION();
   TakeSent();
   QTest::mouseClick(&Find<QPushButton>("cmdSK"), Qt::LeftButton);
@@ -113,15 +113,15 @@ TEST_F(TermWindowTest, AMouseIsEnoughForTheModemsScreens) {
   EXPECT_EQ(TakeSent(), "\x15 4 1\x1B[B\r");
   QTest::mouseClick(&Find<QPushButton>("cmdESC"), Qt::LeftButton);
   ASSERT_TRUE(Becomes(loop, [&] { return term.frmMenu.caption == "Main menu"; }));
-  EXPECT_TRUE(Becomes(loop, [&] { return Focused("ListMenu"); }));  // it goes back to the screen
+  EXPECT_TRUE(Becomes(loop, [&] { return Focused("ListMenu"); }));  // the focus returns to the list
 }
 
-TEST_F(TermWindowTest, AKeyboardIsEnoughForTheByteEditor) {
+TEST_F(TermWindowTest, TheByteEditorNeedsOnlyTheKeyboard) {
   NEEDS_SESSION();
   loop.Enter([&] { term.mnuAT.click(); });
   ASSERT_TRUE(Becomes(loop, [&] { return Focused("txtRawBytes"); }));
   TakeSent();
-  QTest::keyClicks(window().focusWidget(), QStringLiteral("ati"));  // in the place of the line that is marked
+  QTest::keyClicks(window().focusWidget(), QStringLiteral("ati"));  // replaces the selected line
   Press(Qt::Key_Return);
   EXPECT_EQ(TakeSent(), "ati\r");
   Press(Qt::Key_Tab);
@@ -136,7 +136,8 @@ TEST_F(TermWindowTest, AKeyboardIsEnoughForTheByteEditor) {
   EXPECT_EQ(TakeSent(), "\rx");
 }
 
-/// What of a widget and of its text does not fit where it stands; empty if all does.
+/// Returns what is wrong if a widget does not fit into its container, or its text into the widget. Returns an
+/// empty string if both fit.
 std::string Cut(const QWidget& widget) {
   const QRect place = widget.geometry();
   if (!widget.parentWidget()->rect().contains(place)) return "outside its container";
@@ -159,7 +160,7 @@ std::string Cut(const QWidget& widget) {
   return text.width() <= room.width() && text.height() <= room.height() ? "" : "text cut off";
 }
 
-TEST_F(TermWindowTest, ARowsFontOfAnySizeIsMadeToFitAtOnce) {
+TEST_F(TermWindowTest, ARowsFontOfAnySizeIsQuicklyMadeToFit) {
   NEEDS_SESSION();
   const QLabel& row = Find<QLabel>("corvexLbl");
   for (const double size : {30'000.0, 2'147'483'647.0}) {
@@ -173,7 +174,7 @@ TEST_F(TermWindowTest, ARowsFontOfAnySizeIsMadeToFitAtOnce) {
   }
 }
 
-TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
+TEST_F(TermWindowTest, NothingIsMisplacedOrCutOffAtAnyZoomStep) {
   NEEDS_SESSION();
   comPort.Arrive(
       "<tml><Gps>N 59 54.21 E 010 44.61</tml><tml><Date>12:34|2006.03.31|UTC</tml><tml><Temp>41</tml>");
@@ -231,7 +232,7 @@ TEST_F(TermWindowTest, AtEachZoomAllIsInItsPlaceAndNoTextIsCutOff) {
   EXPECT_GT(menu.font().pixelSize(), 2 * small);
 }
 
-TEST_F(TermWindowTest, AWindowOfAnyProportionIsLaidOutAtOnce) {
+TEST_F(TermWindowTest, AWindowOfAnyProportionIsQuicklyLaidOut) {
   NEEDS_SESSION();
   ASSERT_TRUE(Becomes(loop, [&] { return term.mnuZoomOut.enabled.Get(); }));
   for (const QSize size : {QSize(16'000, 300), QSize(300, 10'000), QSize(6000, 4000)}) {
@@ -247,7 +248,7 @@ TEST_F(TermWindowTest, AWindowOfAnyProportionIsLaidOutAtOnce) {
   }
 }
 
-TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndFollowsItsSize) {
+TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndResizesItsControls) {
   NEEDS_SESSION();
   TakeSent();
   loop.Enter([this] { term.mnuTrace.click(); });
@@ -286,7 +287,7 @@ TEST_F(TermWindowTest, TheTraceWindowLeavesTheKeyboardToTheUnitAndFollowsItsSize
   ASSERT_TRUE(Becomes(loop, [&] { return !trace->isVisible(); }));
 }
 
-TEST_F(TermWindowTest, ABurstOfTraceLeavesItsEndInSight) {
+TEST_F(TermWindowTest, TheEndOfABurstOfTraceIsVisible) {
   NEEDS_SESSION();
   std::string burst;
   for (int i = 0; i < 700; ++i) burst += "<tml><Channel>1," + std::string(150, 'x') + "</tml>";
@@ -303,13 +304,13 @@ TEST_F(TermWindowTest, ABurstOfTraceLeavesItsEndInSight) {
   EXPECT_LE(page->toPlainText().size(), 1000);
   const QScrollBar& bar = *page->verticalScrollBar();
   EXPECT_EQ(bar.value(), bar.maximum());
-  EXPECT_LE(bar.maximum(), 20) << "rows above those in sight";
+  EXPECT_LE(bar.maximum(), 20) << "rows above the visible ones";
   QTextCursor end(page->document());
   end.movePosition(QTextCursor::End);
   EXPECT_TRUE(page->viewport()->rect().contains(page->cursorRect(end).center()));
 }
 
-TEST_F(TermWindowTest, ClosingInTheMiddleOfAWalkSaysGoodbyeAndEnds) {
+TEST_F(TermWindowTest, ClosingDuringACursorWalkSendsTheFarewellAndEnds) {
   NEEDS_SESSION();
   comPort.Arrive("<tml><ChoiceScreen><Title>L<1>A<2>B<3>C<4>D<INDEXLINE>1</tml>");
   ASSERT_TRUE(Becomes(loop, [&] { return Focused("ListChoice"); }));
@@ -322,7 +323,7 @@ TEST_F(TermWindowTest, ClosingInTheMiddleOfAWalkSaysGoodbyeAndEnds) {
   EXPECT_LT(loop.Now() - began, 2500ms);
   const std::string sent = TakeSent();
   EXPECT_TRUE(sent.starts_with("\x1B[B") && sent.ends_with("\x18\x18")) << sent;
-  EXPECT_EQ(sent.find('\r'), sent.npos) << "the choice was not made";
+  EXPECT_EQ(sent.find('\r'), sent.npos) << "the choice was made";
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 #pragma once
 
-// Waiting in tests of Qt's event loop is the same as on any other.
+// The helpers for waiting, together with Qt's event loop.
 #include "desktop/QtEventLoop.h"
 #include "support/Waits.h"

@@ -7,7 +7,7 @@
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
-  // Listing the tests, as the build does, needs no display.
+  // The build lists the tests, and that must work without a display.
   if (::testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
   const auto isSet = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
   if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {

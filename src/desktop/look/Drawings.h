@@ -2,13 +2,13 @@
 
 #include "desktop/look/Sketch.h"
 
-// What the pictures show, apart from the names and numbers under which they are shown.
+// The drawings behind the pictures. Icons.cpp assigns names and numbers to them.
 
 namespace corvex::drawings {
 
 using Drawing = void (*)(Sketch&);
 
-// For menus and soft keys.
+// Drawings for menus and soft keys.
 void AddToBook(Sketch& s);
 void ArrowDown(Sketch& s);
 void ArrowUp(Sketch& s);
@@ -45,7 +45,8 @@ void SpotBeam(Sketch& s);
 void TestSheet(Sketch& s);
 void Wrench(Sketch& s);
 
-// For the indicators, where they are as small as a letter, and for the program's own buttons and questions.
+// Drawings for the indicators, where they are as small as a letter, and for the program's own buttons and
+// message boxes.
 void Bars(Sketch& s);
 void Bolt(Sketch& s);
 void Disk(Sketch& s);
@@ -53,7 +54,8 @@ void Question(Sketch& s);
 void Terminal(Sketch& s);
 void Thermometer(Sketch& s);
 
-/// A number without a drawing of its own: its six bits as dots, so that each still has a face.
+/// Placeholder for a number from 0 to 63 without its own drawing. The six bits of the number appear as dots,
+/// so that every number looks different.
 void Numbered(Sketch& s, int number);
 
 }  // namespace corvex::drawings

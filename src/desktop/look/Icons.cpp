@@ -22,7 +22,8 @@ constexpr int kKeyLamp = 2;
 using drawings::Drawing;
 using Table = std::array<Drawing, kMenuIcons>;
 
-// Menu icons and soft key images are two sets: the same number means one thing in a menu, another on a key.
+// Menu icons and soft key images are two separate sets. A number has different meanings in a menu and on a
+// soft key.
 
 constexpr Table MakeMenuTable() {
   Table table{};
@@ -58,7 +59,8 @@ constexpr Table MakeMenuTable() {
 
 constexpr Table MakeKeyTable() {
   Table table{};
-  // 0 and 2 mark a key that has no picture of its own: a lamp, lit for a key that is in use.
+  // 0 and 2 are for a key without a picture of its own. They show a lamp: 0 unlit, 2 lit for a key that is in
+  // use.
   table[0] = drawings::Lamp;
   table[1] = drawings::Envelope;
   table[2] = drawings::LampLit;
@@ -106,7 +108,7 @@ void DrawNumber(Sketch& sketch, const Table& table, int number, int otherwise) {
   }
 }
 
-/// A raven's head in profile, for the windows of the program.
+/// Draws the program's logo, a raven's head in profile.
 void DrawLogo(QPainter& painter, const QRectF& rect, const QPalette& palette) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
@@ -130,7 +132,7 @@ void DrawLogo(QPainter& painter, const QRectF& rect, const QPalette& palette) {
   painter.restore();
 }
 
-/// The number behind a word and a blank, if that is what the name is.
+/// Returns the number that follows `word` in a name such as "key 5", or none if the name has another form.
 std::optional<int> NumberBehind(std::string_view name, std::string_view word) {
   if (!name.starts_with(word)) return std::nullopt;
   return ToInt16(name.substr(word.size()));

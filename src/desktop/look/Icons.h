@@ -7,22 +7,22 @@
 class QPainter;
 class QRectF;
 
-// The program's pictures, drawn by code: sharp at every size and density, and in the colours of the palette
-// that they are shown on.
+// The program's pictures. They are drawn by code, so they are sharp at every size and density and take their
+// colours from the palette.
 
 namespace corvex {
 
-/// Menu icons, and the images of soft keys, are numbered 0 to 63. Any other number is shown as 10, and as 2
-/// on a key.
+/// Menu icons are numbered 0 to 63, and so are soft key images. Any other number is shown as icon 10 in a
+/// menu and as image 2 on a soft key.
 inline constexpr int kMenuIcons = 64;
 
 void DrawMenuIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette);
 
-/// A picture by name: "logo", "key N" for the image of a soft key, or one of the table in Icons.cpp. False,
-/// with nothing drawn, for any other, and where there is no room.
+/// Draws a picture by name: "logo", "key N" for soft key image N, or a name from the table in Icons.cpp.
+/// Returns false and draws nothing if the name is unknown or `rect` is empty.
 bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, const QPalette& palette);
 
-/// An icon that is drawn when it is first shown; null for no name.
+/// Returns an icon that is drawn when it is first shown. Returns a null icon for an empty name.
 QIcon PictureIcon(std::string_view name);
 
 }  // namespace corvex

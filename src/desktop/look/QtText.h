@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// Texts of the core are one byte a character, Latin-1.
+// Conversions between the core's texts and Qt's. The core's texts are Latin-1, one byte per character.
 
 namespace corvex {
 
@@ -18,8 +18,8 @@ inline std::string FromQt(const QString& text) {
   return text.toLatin1().toStdString();
 }
 
-/// A text on one or more lines to be shown as it is: line ends become Qt's, control characters blanks but for
-/// those that are kept.
+/// Converts a text of one or more lines for display as plain text. CR is removed, so lines end with LF.
+/// Control characters become spaces, except for those in `kept`.
 inline QString ToShown(std::string_view text, QStringView kept = u"\n\t") {
   QString shown = ToQt(text);
   shown.remove(u'\r');
@@ -29,7 +29,8 @@ inline QString ToShown(std::string_view text, QStringView kept = u"\n\t") {
   return shown;
 }
 
-/// A tool tip that is never taken for mark-up: what the modem sends is not to be trusted with that.
+/// Converts a text for a tool tip. Qt never interprets the result as markup, because text from the modem is
+/// not trusted.
 inline QString ToToolTip(std::string_view text) {
   const QString shown = ToShown(text);
   return Qt::mightBeRichText(shown) ? QStringLiteral("<qt>") + shown.toHtmlEscaped() + QStringLiteral("</qt>")

@@ -60,7 +60,8 @@ Sketch& Sketch::Use(const QColor& color) {
 }
 
 QPointF Sketch::Snap(QPointF point) const {
-  // A pen of an odd width is sharp along the middle of a row of pixels, one of an even width between two.
+  // A line of odd width is sharp when centred on a row of pixels, a line of even width when centred between
+  // two rows.
   const auto snap = [this](qreal v) {
     return (stroke_ % 2 == 1 ? std::floor(v * pixels_) + 0.5 : std::round(v * pixels_)) / pixels_;
   };

@@ -10,10 +10,11 @@ class QPainter;
 
 namespace corvex {
 
-/// Draws a picture on a square of 24 by 24 units, as large as fits into a rectangle: a few strokes of ink
-/// about 1.8 units wide, and one part, the one that tells the picture apart, in the accent colour. Strokes
-/// and their places are rounded to whole pixels of the screen, so that upright and level ones are sharp at
-/// every size and density. The painter is as before when the sketch goes.
+/// Draws a picture on a square of 24 by 24 units, scaled to the largest square that fits into a rectangle.
+///
+/// A picture consists of a few strokes in the text colour, about 1.8 units wide. Its most characteristic part
+/// has the accent colour. Stroke widths and positions are rounded to whole screen pixels, so that vertical
+/// and horizontal strokes are sharp at every size and density. The destructor restores the painter's state.
 class Sketch {
  public:
   Sketch(QPainter& painter, const QRectF& rect, const QPalette& palette);
@@ -21,19 +22,19 @@ class Sketch {
   Sketch(const Sketch&) = delete;
   Sketch& operator=(const Sketch&) = delete;
 
-  Sketch& Ink();     ///< From here on the colour of text.
-  Sketch& Accent();  ///< From here on the accent colour.
-  Sketch& Tinted();  ///< As Ink, and what is closed is filled with a trace of the accent colour.
+  Sketch& Ink();     ///< Switches to the text colour.
+  Sketch& Accent();  ///< Switches to the accent colour.
+  Sketch& Tinted();  ///< Like Ink, and fills closed shapes with a light tint of the accent colour.
 
   Sketch& Line(std::initializer_list<QPointF> points);
-  Sketch& Shape(std::initializer_list<QPointF> points);  ///< Closed.
+  Sketch& Shape(std::initializer_list<QPointF> points);  ///< A closed polygon.
   Sketch& Box(qreal x, qreal y, qreal w, qreal h, qreal round = 2);
   Sketch& Ring(qreal x, qreal y, qreal radius) { return Oval(x, y, radius, radius); }
-  Sketch& Oval(qreal x, qreal y, qreal across, qreal down);  ///< Two radii.
+  Sketch& Oval(qreal x, qreal y, qreal across, qreal down);  ///< `across` and `down` are radii.
   Sketch& Dot(qreal x, qreal y, qreal radius = 1.6);
-  /// Degrees count from three o'clock, counter-clockwise.
+  /// `from` and `span` are in degrees, counter-clockwise from three o'clock.
   Sketch& Arc(qreal x, qreal y, qreal radius, int from, int span);
-  Sketch& Pie(qreal x, qreal y, qreal radius, int from, int span);  ///< Filled.
+  Sketch& Pie(qreal x, qreal y, qreal radius, int from, int span);  ///< A filled sector.
 
  private:
   Sketch& Use(const QColor& color);
@@ -44,8 +45,8 @@ class Sketch {
   QColor ink_;
   QColor accent_;
   QColor color_;
-  qreal pixels_;  ///< Pixels of the screen to the unit.
-  int stroke_;    ///< Width of the pen in pixels of the screen.
+  qreal pixels_;  ///< Screen pixels per unit.
+  int stroke_;    ///< Pen width in screen pixels.
 };
 
 }  // namespace corvex

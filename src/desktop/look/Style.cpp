@@ -29,7 +29,7 @@ void DrawGround(QPainter& painter, const QRectF& rect, const QColor& color) {
   painter.restore();
 }
 
-/// The cap of a key, which stands out by its lower edge until it is pressed.
+/// Draws a button as the cap of a key. A dark lower edge raises the cap until it is pressed.
 void DrawKey(QPainter& painter, const QStyleOption& option) {
   const QPalette& palette = option.palette;
   const bool enabled = option.state.testFlag(QStyle::State_Enabled);
@@ -65,7 +65,7 @@ void DrawKey(QPainter& painter, const QStyleOption& option) {
   if (option.state.testFlag(QStyle::State_HasFocus)) DrawFocusRing(painter, option.rect, palette);
 }
 
-/// The box of a check box, or the ring of a radio button.
+/// Draws the box of a check box or, if `round`, the ring of a radio button.
 void DrawMark(QPainter& painter, const QStyleOption& option, bool round) {
   const QPalette& palette = option.palette;
   const bool enabled = option.state.testFlag(QStyle::State_Enabled);
@@ -97,7 +97,7 @@ void DrawMark(QPainter& painter, const QStyleOption& option, bool round) {
   painter.restore();
 }
 
-/// Around a field or a long text.
+/// Draws the frame around a text field or a long text.
 void DrawFieldFrame(QPainter& painter, const QStyleOption& option) {
   if (option.state.testFlag(QStyle::State_HasFocus)) {
     DrawFocusRing(painter, option.rect, option.palette);
@@ -126,7 +126,7 @@ void DrawTab(QPainter& painter, const QStyleOption& option) {
   }
 }
 
-/// The thumb stands out from its way: Fusion's is as pale as what is around it.
+/// Draws a scroll bar with a clearly visible thumb. Fusion's thumb is as pale as its surroundings.
 void DrawScrollBar(const QStyle& style, QPainter& painter, const QStyleOptionSlider& bar,
                    const QWidget* widget) {
   const QPalette& palette = bar.palette;
@@ -221,13 +221,13 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
   if (element == CE_TabBarTabLabel) {
     const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
     QStyleOptionTab plain = tab == nullptr ? QStyleOptionTab() : *tab;
-    plain.state &= ~State_HasFocus;  // its shape has the ring
+    plain.state &= ~State_HasFocus;  // DrawTab draws the ring
     QProxyStyle::drawControl(element, &plain, painter, widget);
     return;
   }
   if (element == CE_MenuBarItem && option->state.testFlag(State_Selected) &&
       !option->state.testFlag(State_Sunken)) {
-    // Walked to by keys, or under the pointer: with its menu closed Fusion hardly marks it.
+    // Selected by keyboard or pointer, with its menu closed. Fusion hardly marks such an item.
     const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
     QStyleOptionMenuItem plain = item == nullptr ? QStyleOptionMenuItem() : *item;
     plain.state &= ~State_Selected;
@@ -279,7 +279,7 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
       if (widget == nullptr) return size;
-      // With the font, and within the row where a window has become low.
+      // Grows with the font, but not beyond the height of the row, which is small in a low window.
       return std::min(std::max(size, widget->fontInfo().pixelSize() * 5 / 4), std::max(widget->height(), 8));
     default:
       return size;
@@ -290,7 +290,7 @@ QRect Style::subElementRect(SubElement element, const QStyleOption* option, cons
   const QRect rect = QProxyStyle::subElementRect(element, option, widget);
   switch (element) {
     case SE_PushButtonFocusRect:
-      return {};  // its key has the ring
+      return {};  // DrawKey draws the ring
     case SE_CheckBoxFocusRect:
     case SE_RadioButtonFocusRect:
       return rect.adjusted(-3, -1, 3, 1) & option->rect;

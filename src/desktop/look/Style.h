@@ -4,9 +4,10 @@
 
 namespace corvex {
 
-/// The Fusion style, with buttons like the keys of an instrument, flat tabs, marks and frames that can be
-/// told from their ground in the dark too, and a ring in the accent colour around what has the keyboard
-/// focus, however it came there.
+/// The Fusion style with these changes:
+/// - Buttons look like the keys of an instrument, and tabs are flat.
+/// - Marks and frames stand out from their background in the dark palette too.
+/// - The widget with the keyboard focus has a ring in the accent colour, however it got the focus.
 class Style : public QProxyStyle {
  public:
   Style();
@@ -20,20 +21,22 @@ class Style : public QProxyStyle {
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* returned) const override;
   QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;
-  /// Marks grow with the font of the text beside them.
+  /// Check marks and radio marks grow with the font of the text beside them.
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
   QRect subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const override;
 };
 
-/// The ring around what has the focus, just within `rect`.
+/// Draws the focus ring just inside `rect`.
 void DrawFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette);
 
-/// Ground of one in a row of indicators, and where its picture stands: before a text, or alone.
+/// Draws the background of an indicator.
 void DrawIndicator(QPainter& painter, const QRectF& rect, const QPalette& palette);
+/// Returns the place of an indicator's picture: `alone`, or before a text.
 QRect IndicatorIcon(const QRect& indicator, bool alone);
 
-/// Ground behind what the pointer is over, or behind what is selected.
+/// Draws the background of an item under the pointer.
 void DrawHover(QPainter& painter, const QRectF& rect, const QPalette& palette);
+/// Draws the background of a selected item.
 void DrawSelection(QPainter& painter, const QRectF& rect, const QPalette& palette);
 
 }  // namespace corvex

@@ -20,12 +20,12 @@ constexpr Colors kLight{0xFFF1F3F4, 0xFFFFFFFF, 0xFFE8ECEE, 0xFF16212A, 0xFFE4E9
                         0xFF68737B, 0xFF0A6E8A, 0xFFFFFFFF, 0xFF22313C, 0xFFF4F7F8};
 constexpr Colors kDark{0xFF1F262B, 0xFF161C20, 0xFF262F35, 0xFFE3EAED, 0xFF303A41,
                        0xFF85929A, 0xFF37A6C4, 0xFF06181F, 0xFFE3EAED, 0xFF16212A};
-// The screen: ink on a lit green grey by day, lit ink on near black by night.
+// The modem's screen. Light: dark text on a lit greenish grey. Dark: bright text on near black.
 constexpr Colors kLightScreen{0xFFE3EFE6, 0xFFE3EFE6, 0xFFD6E6DB, 0xFF0B2A1D, 0xFFD3E2D8,
                               0xFF5E7A6B, 0xFF0A6E8A, 0xFFFFFFFF, 0xFF22313C, 0xFFF4F7F8};
 constexpr Colors kDarkScreen{0xFF0C1714, 0xFF0C1714, 0xFF13231E, 0xFFB9F2D4, 0xFF1B2E28,
                              0xFF6E9884, 0xFF37A6C4, 0xFF06181F, 0xFFE3EAED, 0xFF16212A};
-// A popup: amber, as instruments warn.
+// Popups: amber, the warning colour of instruments.
 constexpr Colors kLightPopUp{0xFFFFF4D6, 0xFFFFF4D6, 0xFFFFEDBF, 0xFF33270A, 0xFFF7E3AE,
                              0xFF7B6A3B, 0xFFB97A00, 0xFFFFFFFF, 0xFF22313C, 0xFFF4F7F8};
 constexpr Colors kDarkPopUp{0xFF3A2F14, 0xFF3A2F14, 0xFF443818, 0xFFFFE9B0, 0xFF54451F,
@@ -102,7 +102,7 @@ QPalette DimmedPaletteFor(Look look, const QPalette& application) {
     palette.setColor(role, pale);
   }
   for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
-    palette.setColor(role, application.color(QPalette::Window));  // the light is off
+    palette.setColor(role, application.color(QPalette::Window));  // the screen looks unlit
   }
   return palette;
 }
@@ -120,7 +120,8 @@ QFont MakeFont(const Font& font, bool fixedPitch) {
   QFont made = fixedPitch || IsTypewriter(name) ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
                                                 : QFont(QApplication::font());
   if (!name.isEmpty() && !IsTypewriter(name)) made.setFamily(name);
-  // The size may be any number of the settings file; no row of a screen has room for as much as this bound.
+  // The size can be any number from the settings file. This limit is more than any row of a screen has room
+  // for.
   constexpr double kMostPixels = 500;
   made.setPixelSize(qRound(std::clamp(font.size * 96 / 72, 1.0, kMostPixels)));
   made.setBold(font.bold);

@@ -7,39 +7,43 @@
 
 class QApplication;
 
-// The one visual language of the program: palettes of our own, light or dark as the system is, and the
-// modem's screen like a well-lit instrument. Palettes, fonts and the few shapes of Style: a style sheet over
-// the whole program would cost at every window.
+// The visual design of the program: custom palettes, light or dark like the system, and a modem screen that
+// looks like a lit instrument. It uses palettes, fonts and the shapes of Style. It does not use a style
+// sheet, because a style sheet for the whole program would slow down every window.
 
 namespace corvex {
 
-/// Light or dark, style and palette for the program. Called once, before the first window.
+/// Sets the program's style and its light or dark palette. Call once, before the first window is created.
 void ApplyTheme(QApplication& application);
 
 bool IsDark(const QPalette& palette);
 QPalette MakePalette(bool dark);
 
-/// The palette of a frame of that look and of all within it, on top of the program's.
+/// Returns the palette for a frame with that look and for everything inside the frame. `application` is the
+/// program's palette.
 QPalette PaletteFor(Look look, const QPalette& application);
-/// The same for a frame whose contents are not current.
+/// The same for a frame whose contents are out of date.
 QPalette DimmedPaletteFor(Look look, const QPalette& application);
 
-/// Line around a panel or a key, and the fainter one around what is not in use.
+/// Colour of the line around a panel or an enabled key.
 QColor BorderColor(const QPalette& palette);
+/// Fainter colour for the line around a disabled key and for the inner rim of the modem's screen.
 QColor EdgeColor(const QPalette& palette);
 
-/// A form's font. Sizes are in points at 96 DPI whatever the screen's density, as the rectangles are; names
-/// of typewriter fonts and `fixedPitch` give the system's fixed-pitch font.
+/// Converts a form's font. Sizes are in points at 96 DPI regardless of the screen's density, like the
+/// rectangles of a form. The names of typewriter fonts give the system's fixed-pitch font; so does
+/// `fixedPitch` with a font without a name. Sizes are limited to 1 to 500 pixels.
 QFont MakeFont(const Font& font, bool fixedPitch = false);
 
-/// The font, or a smaller one for which `fits` holds, the largest by all that can be told from sizes between;
-/// the one of `smallest` pixels if it holds for none.
+/// Returns the font, reduced in size until `fits` returns true for it, but not below `smallest` pixels. A
+/// font that is already that small is returned unchanged. Finds the largest size that fits, assuming that all
+/// sizes below it fit too.
 template <typename Fits>
 QFont ShrunkToFit(QFont font, int smallest, const Fits& fits) {
   int tooLarge = font.pixelSize();
   if (tooLarge <= smallest || fits(font)) return font;
-  // By halves: each size has a font loaded, and in a window that is far wider than high hundreds are too
-  // large.
+  // A binary search, because Qt loads a font for each size tried. In a window much wider than high, hundreds
+  // of sizes are too large.
   int fitting = smallest;
   while (tooLarge - fitting > 1) {
     font.setPixelSize((fitting + tooLarge) / 2);

@@ -27,7 +27,7 @@ class WindowInterface : public QAccessibleWidget {
   }
 };
 
-/// A picture that says nothing, as one that lies on a button, is only to be looked at.
+/// Returns true for a picture without a name, such as the one on a button. It is only decoration.
 bool IsDecoration(const QAccessibleInterface* child) {
   const auto* picture = child == nullptr ? nullptr : dynamic_cast<const Picture*>(child->object());
   return picture != nullptr && picture->accessibleName().isEmpty();
@@ -74,7 +74,7 @@ class PictureInterface : public QAccessibleWidget {
     return picture_.IsButton() ? QAccessible::Button : QAccessible::Graphic;
   }
   QStringList actionNames() const override {
-    // One that is not shown may outlive what it showed.
+    // A hidden picture may outlive its control, so it must not be clicked.
     return picture_.IsButton() && picture_.isVisible() ? QStringList{pressAction()} : QStringList{};
   }
   void doAction(const QString& action) override {

@@ -2,9 +2,9 @@
 
 namespace corvex {
 
-/// Lets screen readers know our own widgets for what they are: windows and dialogs, the modem's screen and a
-/// popup as texts that change by themselves, panels by their titles, and pictures that are clicked as
-/// buttons. A picture without a name is left out.
+/// Describes the program's own widgets to screen readers: windows and dialogs by their role, panels by their
+/// title, clickable pictures as buttons, and the modem's screen and popups as texts that change by
+/// themselves. Pictures without a name are left out.
 void InstallAccessibility();
 
 }  // namespace corvex

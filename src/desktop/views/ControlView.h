@@ -13,7 +13,7 @@ namespace corvex {
 
 class FormWindow;
 
-/// Several changes of one thing, gathered.
+/// A set of changes to one control or form.
 class Changes {
  public:
   void Add(Change change) { bits_ |= static_cast<std::uint32_t>(change); }
@@ -29,19 +29,20 @@ class Changes {
   std::uint32_t bits_ = 0;
 };
 
-/// Shows one control of a form. The window gathers what changes in `pending` and has it applied once a turn;
-/// what the user does is handed to the core through the window. It touches its control only while the form is
-/// there.
+/// Shows one control of a form. The window collects changes in `pending` and applies them once per turn of
+/// the event loop. Actions of the user go to the core through the window. A view accesses its control only
+/// while the form exists.
 class ControlView : public QObject {
  public:
-  /// Content, place and looks; all but visibility, order and focus, which the window applies to all its views
-  /// afterwards in that order.
+  /// Applies changes of content, geometry and appearance, but not of visibility, order and focus. The window
+  /// applies those to all its views afterwards, in this order.
   virtual void Apply(const Changes& changes) = 0;
   virtual void ApplyVisible() = 0;
-  /// What of the text box gives way; told at once.
+  /// Called immediately for each edit of a text box, before its text changes: `inserted` is to replace
+  /// `removed` bytes at `position`.
   virtual void TextEdited(std::size_t /*position*/, std::size_t /*removed*/, std::string_view /*inserted*/) {}
 
-  /// The widget that the control is, if it is one.
+  /// The widget that shows the control, or null if there is none, as for menus.
   QWidget* widget() const { return widget_; }
   virtual Control& control() const = 0;
 
@@ -51,14 +52,14 @@ class ControlView : public QObject {
   QWidget* widget_ = nullptr;
 };
 
-/// The view of a control, by its kind; none for a kind with nothing to show.
+/// Creates the view for a control, depending on its kind. Returns null for a kind with nothing to show.
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control);
 
-/// What assistive programs call a control that has no words of its own: the caption of the label right before
-/// it in its container, if there is one.
+/// Returns the accessible name for a control without a text of its own. This is the caption of the label
+/// declared directly before it in the same container; empty if there is none.
 QString NameByLabel(const Control& control);
 
-/// Menus and their entries.
+/// Creates the view for a menu or for an entry of a menu.
 std::unique_ptr<ControlView> MakeMenuView(FormWindow& window, MenuItem& item);
 std::unique_ptr<ControlView> MakeUpDownView(FormWindow& window, UpDown& arrows);
 std::unique_ptr<ControlView> MakeTextBoxView(FormWindow& window, TextBox& box);

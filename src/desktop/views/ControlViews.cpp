@@ -14,16 +14,16 @@
 #include "desktop/views/Picture.h"
 #include "desktop/views/WidgetView.h"
 
-// The views of the plain kinds: frames, labels, buttons, pictures, tabs.
+// The views of the simple controls: frames, labels, buttons, pictures, lines and tabs.
 
 namespace corvex {
 
 namespace {
 
-constexpr int kSmallestText = 7;  ///< In pixels: how small a text may become so that nothing of it is lost.
+constexpr int kSmallestText = 7;  ///< Pixels. A text that is too large is shrunk down to this size.
 
-/// One of the row of indicators: a text, behind a picture if it has one, on a ground of its own. With neither
-/// there is nothing to see.
+/// An indicator: an optional picture and a text on a background of their own. Paints nothing if it has
+/// neither.
 class IndicatorLabel : public Clickable<QLabel> {
  public:
   IndicatorLabel(const std::string& picture, QWidget* parent) : Clickable(parent), picture_(picture) {}
@@ -50,7 +50,7 @@ Clickable<QLabel>* MakeLabel(const Label& label, QWidget* parent) {
   return new Clickable<QLabel>(parent);
 }
 
-/// A key of the keyboard below the screen. An image lies on the square at its left.
+/// A key of the keyboard below the screen. Its text leaves the left part free for an image.
 class KeyButton : public QPushButton {
  public:
   using QPushButton::QPushButton;
@@ -94,7 +94,7 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     WidgetView::Apply(changes);
     if (changes.Has(Change::Caption)) {
       const ControlView* buddy = control_.buddy == nullptr ? nullptr : window_.ViewOf(*control_.buddy);
-      if (buddy != nullptr) shown_->setBuddy(buddy->widget());  // a label comes before it
+      if (buddy != nullptr) shown_->setBuddy(buddy->widget());  // created after the label
       shown_->setText(ToShown(control_.caption.Get()));
       if (panel_ != nullptr && control_.accessible.Get().empty()) panel_->Announce();
     }
@@ -103,22 +103,22 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
   }
 
  private:
-  static constexpr int kScreenIndent = 8;  ///< Keeps the first column off the screen's edge.
+  static constexpr int kScreenIndent = 8;  ///< Pixels between the screen's edge and the first column.
 
   void Arrange() {
     const bool row = control_.look == Look::Screen;
-    // An empty one, as of a popup that may never be shown, needs no font to be loaded.
+    // Load no font for an empty label. It may belong to a popup that is never shown.
     if (!row && shown_->text().isEmpty()) return;
     QFont font = MakeFont(control_.font, row);
-    // What has lines of its own, or no room for two, is not wrapped.
+    // Do not wrap a text that contains line ends or has no room for two lines.
     const bool wraps =
         !row && !shown_->text().contains(u'\n') && shown_->height() >= 2 * QFontMetrics(font).lineSpacing();
     const Qt::Alignment across = control_.align == Align::Right    ? Qt::AlignRight
                                  : control_.align == Align::Centre ? Qt::AlignHCenter
                                                                    : Qt::AlignLeft;
     const bool several = wraps || shown_->text().contains(u'\n');
-    // A text that is a little too large for its place is shown smaller, so that nothing of it is lost. A row
-    // of the screen has room for all its columns at any size.
+    // Shrink a text that is too large, so that it is not cut off. A row of the screen may shrink to any size,
+    // so that all its columns fit.
     const int smallest = row ? 1 : kSmallestText;
     font = ShrunkToFit(font, smallest, [&](const QFont& in) { return Fits(in, wraps); });
     if (wraps) font = OnTwoLines(font);
@@ -133,8 +133,8 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     return taken.width() <= place.width() && taken.height() <= place.height();
   }
 
-  /// A font that is but a little smaller if the text then has room on two lines, as a position that would
-  /// have its last figures on a third one; else the same.
+  /// Returns a slightly smaller font, at least 5/6 of the size, if the text then fits on two lines. Otherwise
+  /// returns the font unchanged. This helps for a position whose last digits would be on a third line.
   QFont OnTwoLines(const QFont& font) const {
     const auto fits = [this](const QFont& in) {
       return qRound(static_cast<double>(Taken(in, true).height()) / QFontMetrics(in).lineSpacing()) <= 2;
@@ -153,15 +153,15 @@ class LabelView : public WidgetView<Label, Clickable<QLabel>> {
     return QFontMetrics(font).boundingRect(Place(), wraps ? Qt::TextWordWrap : 0, text);
   }
 
-  Panel* panel_;  ///< That it stands on, if it is one.
+  Panel* panel_;  ///< The panel that contains the label, or null.
 };
 
-/// Whether what a text is measured by or has room in has changed.
+/// Returns true if the size of a text, or the room for it, has changed.
 bool TextPlaceChanged(const Changes& changes) {
   return changes.Has(Change::Rect) || changes.Has(Change::Font) || changes.Has(Change::Caption);
 }
 
-/// A text beside a mark that is a little too large for its place is shown smaller.
+/// Shrinks the text beside a check mark or radio mark if it is too large for its place.
 void FitBesideMark(QAbstractButton& shown, QStyle::SubElement contents, const QFont& font) {
   QStyleOptionButton option;
   option.initFrom(&shown);
@@ -178,7 +178,7 @@ class ButtonView : public WidgetView<Button, QPushButton> {
       : WidgetView(window, button,
                    button.look == Look::Key ? new KeyButton(window.ParentFor(button))
                                             : new QPushButton(window.ParentFor(button))) {
-    shown_->setAutoDefault(true);  // Enter presses it as well as the space bar
+    shown_->setAutoDefault(true);  // Enter presses it too, like the space bar
     connect(shown_, &QPushButton::clicked, this,
             [this] { window_.Post([&control = control_] { control.click(); }); });
   }
@@ -194,7 +194,7 @@ class ButtonView : public WidgetView<Button, QPushButton> {
   }
 
  private:
-  /// In a window that has become high and narrow, or the reverse, a text may be too large for its button.
+  /// Shrinks the text if it is too large for the button, as in a very narrow or very low window.
   void FitText() {
     constexpr int kAround = 2;
     if (shown_->text().isEmpty()) return;
@@ -213,7 +213,7 @@ class OptionButtonView : public WidgetView<OptionButton, QRadioButton> {
  public:
   OptionButtonView(FormWindow& window, OptionButton& option)
       : WidgetView(window, option, new QRadioButton(window.ParentFor(option))) {
-    // Also when another of the group is chosen: Qt then switches this one off.
+    // Also emitted when the user chooses another button of the group and Qt unchecks this one.
     connect(shown_, &QRadioButton::toggled, this, [this](bool on) { control_.value.Adopt(on); });
     connect(shown_, &QRadioButton::clicked, this,
             [this] { window_.Post([&control = control_] { control.click(); }); });
@@ -223,7 +223,7 @@ class OptionButtonView : public WidgetView<OptionButton, QRadioButton> {
     if (changes.Has(Change::Caption)) shown_->setText(ToShown(control_.caption.Get()));
     if (changes.Has(Change::Checked)) {
       const bool on = control_.value;
-      shown_->setAutoExclusive(on);  // the last one of a group cannot be switched off otherwise
+      shown_->setAutoExclusive(on);  // otherwise Qt never unchecks the only checked button of a group
       shown_->setChecked(on);
       shown_->setAutoExclusive(true);
     }
@@ -237,7 +237,7 @@ class CheckBoxView : public WidgetView<CheckBox, QCheckBox> {
   CheckBoxView(FormWindow& window, CheckBox& box)
       : WidgetView(window, box, new QCheckBox(window.ParentFor(box))) {
     connect(shown_, &QCheckBox::clicked, this, [this](bool on) {
-      if (pending.Has(Change::Checked)) return;  // what the logic has set since counts for more
+      if (pending.Has(Change::Checked)) return;  // a newer value set by the logic takes precedence
       control_.value.Adopt(on);
       window_.Post([&control = control_] { control.click(); });
     });
@@ -264,7 +264,7 @@ class ImageView : public WidgetView<Image, Picture> {
   }
 };
 
-/// A line, drawn within the rectangle of which it is a diagonal or an edge.
+/// A straight line. The widget covers the smallest rectangle that contains the line.
 class Stroke : public QWidget {
  public:
   using QWidget::QWidget;
@@ -296,7 +296,7 @@ class StrokeView : public WidgetView<Line, Stroke> {
   }
 };
 
-/// Tabs as high as the strip.
+/// A tab bar whose tabs are as high as the bar.
 class Tabs : public QTabBar {
  public:
   using QTabBar::QTabBar;
@@ -305,7 +305,7 @@ class Tabs : public QTabBar {
   QSize tabSizeHint(int index) const override { return {QTabBar::tabSizeHint(index).width(), height()}; }
 };
 
-/// The strip reaches across its container, however wide that has become, and grows with it.
+/// The strip spans the width of its container and grows with the container.
 class TabStripView : public WidgetView<TabStrip, Tabs> {
  public:
   TabStripView(FormWindow& window, TabStrip& tabs)
@@ -344,7 +344,7 @@ class TabStripView : public WidgetView<TabStrip, Tabs> {
     shown_->resize(now.width() - 2 * shown_->x(), static_cast<int>(height * growth));
   }
 
-  QSize container_;  ///< As it was made, if it is a panel that can grow.
+  QSize container_;  ///< The container's original size if it is a frame; otherwise empty.
 };
 
 }  // namespace
@@ -377,7 +377,7 @@ std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& contro
   if (auto* list = dynamic_cast<ListBox*>(&control)) return MakeListBoxView(window, *list);
   if (auto* source = dynamic_cast<KeySource*>(&control)) return MakeKeySourceView(window, *source);
   if (auto* item = dynamic_cast<MenuItem*>(&control)) return MakeMenuView(window, *item);
-  return nullptr;  // a timer
+  return nullptr;  // a timer has nothing to show
 }
 
 }  // namespace corvex

@@ -22,8 +22,8 @@ int Pixels(Twips twips) {
   return qRound(static_cast<double>(twips) / kTwipsPerPixel);
 }
 
-/// Moves a window that could not be reached with the mouse, from a screen that is no longer there, onto one
-/// that is.
+/// Returns the wanted position of a window if its title bar can be reached with the mouse. Otherwise, for
+/// example after a screen was disconnected, returns a position on the primary screen.
 QPoint OnScreen(QPoint wanted, QSize size) {
   constexpr int kGrip = 40;
   const QRect bar(wanted, QSize(size.width(), kGrip));
@@ -70,7 +70,7 @@ void FormWindow::MakeViews() {
 }
 
 FormWindow::~FormWindow() {
-  // The widgets go later, and an open menu then still moves the focus.
+  // The child widgets are destroyed after this, and an open menu then still moves the focus.
   disconnect(qApp, nullptr, this, nullptr);
   if (form_ != nullptr) form_->observer = nullptr;
 }
@@ -82,7 +82,7 @@ void FormWindow::Detach() {
   viewOf_.clear();
   views_.clear();
   hide();
-  // A question of this window is owned by who waits for its answer: it is called off, and not deleted here.
+  // An open dialog belongs to the caller that waits for its answer. Cancel it, but do not delete it here.
   for (QDialog* question : findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
     question->reject();
     question->setParent(nullptr);
@@ -100,7 +100,7 @@ void FormWindow::Enter(const EventLoop::Task& task) {
   if (form_ == nullptr) return;
   ++entered_;
   loop_.Enter(task);
-  // Not before: where a handler waits, Qt would delete the window under it.
+  // Not earlier: Qt would delete the window while its handler waits.
   if (--entered_ == 0 && form_ == nullptr) deleteLater();
 }
 
@@ -177,7 +177,8 @@ void FormWindow::Flush() {
   for (const ControlView* view : raised) view->widget()->raise();
 
   if (formChanges.Any()) ApplyForm(formChanges);
-  // What has gone with the focus leaves it to nothing: Qt would give it to the next button, for the next key.
+  // If the focused widget is no longer available, no control gets the focus. Qt would focus the next button,
+  // and the user's next key could press it.
   if (focused != nullptr && (focusWidget() != focused || !focused->isVisibleTo(this))) client_->setFocus();
   if (const Control* focus = std::exchange(focusPending_, nullptr); focus != nullptr) {
     QWidget* const widget = viewOf_.at(focus)->widget();
@@ -189,7 +190,7 @@ void FormWindow::Flush() {
 
 void FormWindow::ApplyForm(const Changes& changes) {
   if (changes.Has(Change::Caption)) {
-    // A window without a title would be given the program's file name.
+    // With an empty title, Qt would show the program's file name.
     const QString title = ToShown(form_->caption.Get());
     setWindowTitle(title.isEmpty() ? QStringLiteral(" ") : title);
   }
@@ -204,7 +205,7 @@ void FormWindow::ApplyForm(const Changes& changes) {
   if (changes.Has(Change::Rect)) ApplyRect();
   LayOut();
   if (changes.Has(Change::Visible)) {
-    // Both are taken over when it is shown.
+    // Both take effect when the window is shown.
     setWindowModality(form_->Modal() ? Qt::ApplicationModal : Qt::NonModal);
     setAttribute(Qt::WA_ShowWithoutActivating, !form_->takesFocus);
   }
@@ -224,8 +225,9 @@ void FormWindow::ApplyWindowState() {
                                                    : others);
 }
 
-/// As it was before, so one that was maximised is that again. A system makes a window that it restores the
-/// active one, but not a window that is new to it.
+/// Restores a minimised window to its previous state, normal or maximised, without activating it. A window
+/// system activates a window that it restores, but not a new one. So the native window is destroyed and
+/// created again.
 void FormWindow::RestoreWithoutFocus() {
   hide();
   destroy(true, false);
@@ -250,13 +252,13 @@ void FormWindow::ApplyRect() {
     if (form_->fixedSize) {
       setFixedSize(size);
     } else if (shownSize_.isEmpty()) {
-      setMinimumSize(size / 2);  // below half of what it was made for a window is of no use
+      setMinimumSize(size / 2);  // at less than half its original size a window is unusable
     }
     shownSize_ = size;
     resize(size);
     PostResize();
   }
-  // A form that was never told where to be is placed by the system.
+  // The system places a form whose position was never set.
   if (wanted.left != shownRect_.left || wanted.top != shownRect_.top) {
     shownPos_ = OnScreen({Pixels(wanted.left), Pixels(wanted.top)}, size);
     move(shownPos_);
@@ -321,7 +323,7 @@ void FormWindow::changeEvent(QEvent* event) {
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
-  // The window goes when its form does, or hides it; that is for the logic to say.
+  // The logic decides whether to close the window, by hiding or destroying the form.
   event->ignore();
   if (form_ == nullptr || std::exchange(unloadPosted_, true)) return;
   Post([this] {
@@ -347,7 +349,7 @@ void FormWindow::OpenMenu() {
 
 void FormWindow::AdoptFocus() {
   if (form_ == nullptr || applying_) return;
-  // The widget that has the focus, or will have it when the window is active again.
+  // The widget that has the focus, or gets it when the window becomes active again.
   const QWidget* focused = focusWidget();
   if (focused == nullptr) return;
   if (focused == client_) form_->AdoptFocus(nullptr);
@@ -371,14 +373,14 @@ bool FormWindow::TakeKey(QKeyEvent& event) {
   key.ctrl = event.modifiers().testFlag(Qt::ControlModifier);
   key.alt = event.modifiers().testFlag(Qt::AltModifier);
   key.repeated = event.isAutoRepeat();
-  // AltGr comes as Ctrl and Alt together on some systems; with a character to it, it is neither.
+  // Some systems report AltGr as Ctrl and Alt together. If it types a character, report neither.
   if (key.ctrl && key.alt && !event.text().isEmpty() && event.text().front().isPrint()) {
     key.ctrl = key.alt = false;
   }
   if (key.keyCode != 0) Enter([this, &key] { form_->TakeKey(key); });
-  // Tapping Alt alone opens the menu bar, whatever the form makes of letters with Alt.
+  // Pressing Alt alone opens the menu bar, even if the form handles the Alt key.
   if (event.key() == Qt::Key_Alt) key.handled = false;
-  // Remembered only now: the handler may have waited, and other keys have come.
+  // Set only now: the handler may have waited, and other keys may have arrived in the meantime.
   keySeen_ = event.type() == QEvent::ShortcutOverride;
   keyHandled_ = key.handled;
   seenKey_ = event.key();

@@ -17,35 +17,39 @@ namespace corvex {
 
 inline constexpr Twips kTwipsPerPixel = 15;
 
-/// Pixels here are Qt's, 96 to the inch, independent of the density of the screen. Edges are rounded, not
-/// sizes, so that what adjoins in twips adjoins in pixels.
+/// Converts twips to Qt's pixels: 96 to the inch, independent of the screen's density. Rounds edges, not
+/// sizes, so that rectangles that touch in twips also touch in pixels.
 QRect ToPixels(const Rect& twips);
 
-/// The window that shows a form: a menu bar if the form has menus, and below it the controls, each at its
-/// place.
+/// The window that shows a form: a menu bar if the form has menus, and the controls below it.
 ///
-/// Form to screen: changes are gathered, and applied once per turn of the event loop, so that a burst of them
-/// is laid out and painted once. Screen to form: values that the user changes are adopted at once; events (a
-/// click, a typed character, a new size) are posted to the program's event loop, so that no handler runs, or
-/// waits, within a widget's own code. The exceptions are keys seen before any control, which must be
-/// answered, and activation.
+/// From form to screen: changes are collected and applied once per turn of the event loop. A burst of changes
+/// is thus laid out and painted once.
+///
+/// From screen to form: values that the user changes are written to the form at once. Events such as a click,
+/// a typed character or a new size are posted to the program's event loop, so that no handler runs or waits
+/// inside a widget's code. Two kinds of event are handled at once instead: keys that the form sees before its
+/// controls, because the form must say whether it has handled them, and activation.
 class FormWindow : public QWidget, public FormObserver {
  public:
-  /// `owner`: the window that this one stays in front of, or none.
+  /// `owner`: the window that this one stays in front of, or null.
   FormWindow(Form& form, EventLoop& loop, QWidget* owner = nullptr);
   ~FormWindow() override;
 
-  /// The form goes; its controls may be gone already. The window deletes itself as soon as nothing of it is
-  /// on the stack.
+  /// Called when the form is destroyed; its controls may no longer exist. Hides the window. The window
+  /// deletes itself as soon as none of its handlers is on the stack.
   void Detach();
 
-  /// For views: runs `task` in the core's turn, unless the form has gone by then.
+  /// For views: posts `task` to the program's event loop. The task does not run if the form has been
+  /// destroyed by then.
   void Post(EventLoop::Task task);
 
-  /// For views, where the widget has to know at once that the core has taken over a value.
+  /// Runs `task` in the core at once, if the form still exists. The window is not deleted before `task`
+  /// returns.
   void Enter(const EventLoop::Task& task);
 
-  /// A key has come to a widget of this window. True if it is not to go on.
+  /// Passes a key event of one of this window's widgets to the form. Returns true if the event must go no
+  /// further.
   bool TakeKey(QKeyEvent& event);
 
   QWidget* ParentFor(const Control& control) const;
@@ -81,7 +85,7 @@ class FormWindow : public QWidget, public FormObserver {
   void PostResize();
 
   EventLoop& loop_;
-  Form* form_;  ///< None once the form has gone.
+  Form* form_;  ///< Null after the form has been destroyed.
   QWidget* client_;
   QMenuBar* menuBar_ = nullptr;
   std::vector<std::unique_ptr<ControlView>> views_;  ///< In the order of the controls.
@@ -90,15 +94,16 @@ class FormWindow : public QWidget, public FormObserver {
   std::vector<ControlView*> dirty_;
   Changes formPending_ = Changes::All();
   const Control* focusPending_ = nullptr;
-  int entered_ = 0;  ///< Handlers of the form on the stack that a widget's code has called.
+  int entered_ = 0;  ///< Number of calls of Enter on the stack.
   bool scheduled_ = false;
   bool applying_ = false;
   bool resizePosted_ = false;
   bool unloadPosted_ = false;
-  Rect shownRect_;  ///< Of the form, as last applied or adopted, and the same in pixels.
+  // The form's rectangle as last applied or adopted: in twips, and its position and size in pixels.
+  Rect shownRect_;
   QPoint shownPos_;
   QSize shownSize_;
-  // The key that was seen as a possible shortcut, until it comes again as a key press.
+  // The key last seen as a possible shortcut. Qt sends it a second time as a key press.
   bool keySeen_ = false;
   bool keyHandled_ = false;
   int seenKey_ = 0;

@@ -52,7 +52,7 @@ int VirtualKeyCode(const QKeyEvent& event) {
     case Qt::Key_Down:
       return 40;
     case Qt::Key_Print:
-    case Qt::Key_SysReq:  // Alt and Print, where the keyboard tells them apart
+    case Qt::Key_SysReq:  // Alt+Print, on keyboards that report it separately
       return 42;
     case Qt::Key_Insert:
       return 45;
@@ -64,7 +64,7 @@ int VirtualKeyCode(const QKeyEvent& event) {
 }
 
 char TypedCharacter(const QKeyEvent& event) {
-  // AltGr comes as Ctrl and Alt together on some systems, and types.
+  // Some systems report AltGr as Ctrl and Alt together. It types characters.
   if ((event.modifiers() & (Qt::AltModifier | Qt::ControlModifier)) == Qt::AltModifier) return 0;
   const QString text = event.text();
   if (text.size() != 1 || text.front().unicode() > 0xFF) return 0;

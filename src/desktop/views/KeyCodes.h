@@ -4,12 +4,12 @@ class QKeyEvent;
 
 namespace corvex {
 
-/// The virtual key code of a key: letters and digits their upper-case character, F1 112, Tab 9 and so on; 0
-/// for a key that has none.
+/// Returns the virtual key code of a key: the upper-case character for letters and digits, 112 for F1, 9 for
+/// Tab and so on. Returns 0 for a key without a code.
 int VirtualKeyCode(const QKeyEvent& event);
 
-/// The typed character of a key event as one byte; 0 if it types none or one outside Latin-1, or if it is a
-/// shortcut with Alt.
+/// Returns the character that a key event types, as one byte. Returns 0 if the event types no character or
+/// one outside Latin-1, or if it is a shortcut with Alt.
 char TypedCharacter(const QKeyEvent& event);
 
 }  // namespace corvex

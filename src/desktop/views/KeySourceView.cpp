@@ -9,12 +9,12 @@ namespace corvex {
 
 namespace {
 
-/// Has the focus, and no visible part.
+/// An invisible widget that takes the keyboard focus.
 class KeyTaker : public QWidget {
  public:
   explicit KeyTaker(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
-    setAttribute(Qt::WA_InputMethodEnabled);  // dead keys and the like compose there
+    setAttribute(Qt::WA_InputMethodEnabled);  // for dead keys and other input methods
     setAttribute(Qt::WA_TransparentForMouseEvents);
   }
   std::function<void(std::string)> typed;
@@ -39,7 +39,7 @@ class KeyTaker : public QWidget {
   }
 
  private:
-  /// A character beyond Latin-1 has no byte: nothing is sent in its place, and the user hears it.
+  /// Beeps for a character outside Latin-1. It has no byte value, and nothing is sent for it.
   static void Refuse(const QString& text) {
     if (!text.isEmpty() && text.front().unicode() > 0xFF) QApplication::beep();
   }
@@ -55,7 +55,7 @@ class KeySourceView : public WidgetView<KeySource, KeyTaker> {
   }
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
-    // A widget without any extent would not be given the focus.
+    // Qt does not give the focus to a widget of zero size.
     if (changes.Has(Change::Rect)) shown_->resize(shown_->size().expandedTo({1, 1}));
   }
 };

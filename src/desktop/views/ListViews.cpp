@@ -46,7 +46,8 @@ class EntryModel : public QAbstractListModel {
 
 constexpr int kMargin = 3;
 
-/// Ground of an entry: what is selected stands out most while the list has the keyboard.
+/// Draws the background of an entry. The selected entry stands out most while the list has the keyboard
+/// focus.
 void DrawEntryGround(QPainter& painter, const QStyleOptionViewItem& option) {
   const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
   if (option.state.testFlag(QStyle::State_Selected)) {
@@ -58,8 +59,8 @@ void DrawEntryGround(QPainter& painter, const QStyleOptionViewItem& option) {
   }
 }
 
-/// An icon above its text, which is centred on two lines at the most. Icons grow with the font. A text with a
-/// word that is a little too long for its cell is shown smaller, so that nothing of it is lost.
+/// Draws an icon with its text below, centred on at most two lines. Icons grow with the font. If a word is
+/// slightly too long for its cell, the text is shown smaller so that the word is not broken.
 class IconDelegate : public QStyledItemDelegate {
  public:
   explicit IconDelegate(QListView* list) : QStyledItemDelegate(list), list_(list) {}
@@ -123,7 +124,7 @@ class IconDelegate : public QStyledItemDelegate {
   QListView* list_;
 };
 
-/// A line of text with a little room, to be hit with a mouse on a moving ship.
+/// Draws a line of text with some extra height, so that it is easy to click on a moving ship.
 class RowDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -141,8 +142,8 @@ class RowDelegate : public QStyledItemDelegate {
   }
 };
 
-/// Keys that mean something to the modem are told and not used by the list itself; letters are told, and
-/// still search the list.
+/// A list that reports typed characters. Keys with a meaning for the modem are only reported; letters are
+/// reported and also search the list.
 class EntryList : public QListView {
  public:
   explicit EntryList(QWidget* parent) : QListView(parent) {
@@ -158,7 +159,7 @@ class EntryList : public QListView {
     if (panel != nullptr && panel->look() == Look::Window) setFrameShape(QFrame::NoFrame);
   }
   EntryModel model;
-  bool takesDigits = false;  ///< They are keys to the modem too.
+  bool takesDigits = false;  ///< Digits have a meaning for the modem.
   std::function<void(char)> typed;
   std::function<void(int)> moved;
 
@@ -175,8 +176,8 @@ class EntryList : public QListView {
     if (c == '\r' || c == '\n' || c == '\x1B' || (takesDigits && c >= '0' && c <= '9')) return;
     QListView::keyPressEvent(event);
   }
-  /// Without a selection there is nothing that Enter would choose; Qt would begin with the first entry,
-  /// unseen.
+  /// Keeps an empty selection empty, so that Enter chooses nothing. Qt would make the first entry current
+  /// without showing it.
   void focusInEvent(QFocusEvent* event) override {
     const bool none = !currentIndex().isValid();
     QListView::focusInEvent(event);
@@ -188,7 +189,7 @@ class EntryList : public QListView {
   }
 };
 
-/// What both kinds of list have in common. Rows count from 0 here, and from `First` in the control.
+/// Base class for both kinds of list. Rows count from 0 here and from `First` in the control.
 template <typename Kind, int First>
 class EntryListView : public WidgetView<Kind, EntryList> {
  public:
@@ -200,7 +201,7 @@ class EntryListView : public WidgetView<Kind, EntryList> {
       this->window_.Post([&control = this->control_, c] { control.keyPress(c); });
     };
     shown.moved = [this](int row) {
-      // A selection or a list that the logic has set since counts for more.
+      // A newer selection or list set by the logic takes precedence.
       const Changes& newer = this->pending;
       if (!applying_ && !newer.Has(Change::Items) && !newer.Has(Change::Selection)) {
         selection_.Adopt(row + First);
@@ -232,7 +233,7 @@ class EntryListView : public WidgetView<Kind, EntryList> {
   bool applying_ = false;
 };
 
-/// Nothing but its size tells an icon list how large the window has become: its icons and texts grow with it.
+/// An icon list. Its icons and texts grow with the size of the list, which follows the size of the window.
 class IconListView : public EntryListView<ListView, 1> {
  public:
   IconListView(FormWindow& window, ListView& list)
@@ -249,7 +250,7 @@ class IconListView : public EntryListView<ListView, 1> {
     if (!changes.Has(Change::Spacing) && !changes.Has(Change::Font) && !changes.Has(Change::Rect)) return;
     constexpr int kDefaultWidth = 75;
     constexpr double kFontOfSpacing = 8;  // points
-    constexpr double kLeast = 0.8;        // smaller than that, texts are not to be read
+    constexpr double kLeast = 0.8;        // smaller texts are illegible
     const double growth = std::max(Growth(shown_->size(), designed_), kLeast);
     QFont font = MakeFont(control_.font, false);
     font.setPixelSize(static_cast<int>(font.pixelSize() * growth));
@@ -258,7 +259,7 @@ class IconListView : public EntryListView<ListView, 1> {
     const int across = static_cast<int>(control_.iconSpacing & 0xFFFF);
     const int down = static_cast<int>(control_.iconSpacing >> 16);
     const QSize wanted(qRound((across == 0 ? kDefaultWidth : across) * scale), qRound(down * scale));
-    // 0, or less than an icon and its text take, is what they take.
+    // If the spacing is 0 or too small for an icon and its text, use the size that they need.
     shown_->setGridSize(wanted.expandedTo(IconDelegate::CellSize(font)));
   }
 

@@ -19,7 +19,7 @@ class MenuView : public ControlView {
       const auto* entry = dynamic_cast<const MenuItem*>(other);
       return entry != nullptr && entry->menu() == &item;
     });
-    // An entry comes after the menu it stands under: it is made from it.
+    // The view of a menu is created before the views of its entries.
     QWidget* const parent = item.menu() == nullptr
                                 ? static_cast<QWidget*>(window.menuBar())
                                 : static_cast<MenuView*>(window.ViewOf(*item.menu()))->menu_;
@@ -29,11 +29,12 @@ class MenuView : public ControlView {
     } else {
       action_ = new QAction(parent);
       connect(action_, &QAction::triggered, this, [this] {
-        ApplyChecked();  // Qt has toggled it; the mark is the logic's
+        ApplyChecked();  // Qt has toggled the check mark, but the logic owns it
         window_.Post([&entry = item_] { entry.click(); });
       });
     }
-    // Shown with the entry, and active in the menu bar alone: elsewhere keys are for the form to judge.
+    // The shortcut is shown with the entry. It works only in the menu bar; elsewhere the form handles the
+    // keys.
     action_->setShortcut(QKeySequence(ToQt(item.shortcut)));
     action_->setShortcutContext(Qt::WidgetShortcut);
     parent->addAction(action_);
@@ -55,14 +56,14 @@ class MenuView : public ControlView {
 
  private:
   void ApplyChecked() {
-    // One that is not checked has no empty box either: it is then an action like those around it.
+    // An unchecked entry shows no empty check box. It looks like the entries around it.
     action_->setCheckable(item_.checked);
     action_->setChecked(item_.checked);
   }
 
   FormWindow& window_;
   MenuItem& item_;
-  QMenu* menu_ = nullptr;  ///< If entries stand under it.
+  QMenu* menu_ = nullptr;  ///< Null if the item has no entries.
   QAction* action_;
 };
 

@@ -57,7 +57,8 @@ void Panel::Announce() {
         QAccessibleEvent alert(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
         if (look_ != Look::PopUp) return;
-        // Not every bridge passes alerts on. A popup's name is its text.
+        // Not every accessibility bridge forwards alerts. A popup's name is its text, so report a new name
+        // too.
         QAccessibleEvent renamed(this, QAccessible::NameChanged);
         QAccessible::updateAccessibility(&renamed);
       },
@@ -92,7 +93,7 @@ void Panel::PaintScreen(QPainter& painter) const {
   painter.setPen(BorderColor(palette()));
   painter.setBrush(light);
   painter.drawRoundedRect(Inside(rect(), 1), kRadius, kRadius);
-  // The shade of the rim on the glass.
+  // The shadow of the rim on the glass.
   painter.setBrush(Qt::NoBrush);
   painter.setPen(EdgeColor(palette()));
   painter.drawRoundedRect(Inside(rect().adjusted(1, 1, -1, -1), 1), kRadius - 1, kRadius - 1);
@@ -111,7 +112,7 @@ void Panel::PaintWindow(QPainter& painter) const {
   painter.setPen(Qt::NoPen);
   painter.setBrush(palette().window());
   painter.drawRoundedRect(frame, kRadius, kRadius);
-  // Not over what stands below, in a window that has become wide and low.
+  // In a wide and low window, the title bar must not cover the controls below it.
   const int wanted = fontMetrics().height() + 2 * kAbove;
   const int room = childrenRect().top();
   const QRect bar(0, 0, width(), room > 0 ? std::min(wanted, room) : wanted);

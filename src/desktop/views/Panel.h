@@ -6,7 +6,8 @@
 
 namespace corvex {
 
-/// A container with a ground of its own: bare, a group if it has a title, or what its look says.
+/// A container with a background of its own. The background depends on the look; a plain panel with a title
+/// is painted as a group.
 class Panel : public QWidget {
  public:
   Panel(Look look, QWidget* parent);
@@ -15,10 +16,11 @@ class Panel : public QWidget {
   const QString& title() const { return title_; }
   Look look() const { return look_; }
 
-  /// What can be read on it, its texts from the top on: for a screen reader.
+  /// Returns the text of the panel for a screen reader: its visible labels, one per line. Labels with an
+  /// accessible name of their own are left out.
   QString ReadableText() const;
-  /// Such a text has changed. Of the modem's screen and of a popup that is told, once for each turn of the
-  /// event loop.
+  /// Reports to screen readers that the readable text has changed, once per turn of the event loop. Does so
+  /// only for the modem's screen and for popups.
   void Announce();
 
  protected:

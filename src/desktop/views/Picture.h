@@ -11,14 +11,15 @@
 
 namespace corvex {
 
-/// Widget for something that is clicked but is no button to Qt.
+/// A widget that can be clicked but is not one of Qt's buttons.
 template <typename Base>
 class Clickable : public Base {
  public:
   using Base::Base;
   std::function<void()> clicked;
-  /// Whether the second press of a double click counts, as it does on a button. Else a double click is one
-  /// click, wherever its first press was: what that has changed on the screen is not meant by the second.
+  /// If true, a double click counts as two clicks, as on a button. If false, it counts as one, even if its
+  /// first press was on another widget: the first click may have changed the screen, and the second is not
+  /// meant for the new contents.
   bool countsEachPress = true;
 
  protected:
@@ -39,13 +40,13 @@ class Clickable : public Base {
   bool pressed_ = false;
 };
 
-/// A picture by name, or from a file, as large as fits.
+/// Shows a picture by name or from a file, as large as fits.
 class Picture : public Clickable<QWidget> {
  public:
   Picture(Look look, QWidget* parent) : Clickable(parent), look_(look) {}
   void SetName(const std::string& name);
-  /// Whether a click on it does something: then it answers to the pointer, and is a button to a screen
-  /// reader.
+  /// Sets whether a click has an effect. If so, the picture reacts to the pointer, and screen readers treat
+  /// it as a button.
   void SetButton(bool button);
   bool IsButton() const { return button_; }
 

@@ -13,16 +13,20 @@ namespace corvex {
 
 namespace {
 
-/// How many characters of a text stand on its page: all but CR.
+/// Returns the number of characters that the page shows of a text: all except CR. The page is the widget for
+/// a text of several lines.
 std::size_t ShownLength(std::string_view text) {
   return text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
 }
 
-/// From the bytes of a text to its places on the page and back. It looks from where it looked last, so that
-/// what happens in one place of a long text costs nothing of its length. Before the text changes it must have
-/// looked at that place, or at one before it.
+/// Converts byte positions in a text to positions on the page, and back.
+///
+/// Each call searches from the position of the previous call, so that repeated work at one position of a long
+/// text is cheap. Before the text changes, the last call must have been for the position of the change or for
+/// an earlier one.
 class PagePlaces {
  public:
+  /// Returns the position on the page for a byte position.
   std::size_t Of(std::string_view text, std::size_t byte) {
     byte = std::min(byte, text.size());
     if (byte >= byte_) {
@@ -33,7 +37,8 @@ class PagePlaces {
     byte_ = byte;
     return place_;
   }
-  /// The byte right behind what stands before the place, so that CR goes with its LF.
+  /// Returns the byte position for a position on the page. If CRs precede the character there, returns the
+  /// position before them, so that CR and LF stay together.
   std::size_t ByteAt(std::string_view text, std::size_t place) {
     while (place_ < place && byte_ < text.size()) place_ += text[byte_++] == '\r' ? 0 : 1;
     while (byte_ > 0 && (place_ > place || text[byte_ - 1] == '\r')) place_ -= text[--byte_] == '\r' ? 0 : 1;
@@ -42,13 +47,13 @@ class PagePlaces {
 
  private:
   std::size_t byte_ = 0;
-  std::size_t place_ = 0;  ///< Of byte_.
+  std::size_t place_ = 0;  ///< The position on the page that corresponds to byte_.
 };
 
 constexpr char16_t kControlPictures = 0x2400;
 
-/// As shown on pages: without CR, and control characters as their pictures, so that none is lost when the
-/// user edits the text around them.
+/// Converts a text for the page. Removes CR. Replaces other control characters, except LF and Tab, with the
+/// visible symbols from U+2400, so that none is lost when the user edits the text around them.
 QString ToPage(std::string_view bytes) {
   QString page = ToQt(bytes);
   page.remove(u'\r');
@@ -89,8 +94,9 @@ bool IsBeyondBytes(QChar c) {
   return c.unicode() > 0xFF;
 }
 
-/// What a box of one line takes of what is typed or pasted: characters that have a byte, and blanks for line
-/// ends but those at its end. The user would not see a line end, and it would be sent.
+/// Filters typed or pasted text for a single-line box. Removes characters outside Latin-1 and line ends at
+/// the end of the text. Replaces other line ends with spaces: the user would not see a line end, but it would
+/// be sent.
 QString ToLine(QString text) {
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
   while (text.endsWith(u'\n')) text.chop(1);
@@ -99,7 +105,8 @@ QString ToLine(QString text) {
   return text;
 }
 
-/// A colour that the logic has chosen, or the theme's for one that it leaves to the system.
+/// Returns the colour chosen by the logic, or the theme's colour if the logic leaves the choice to the
+/// system.
 QColor ColorOf(Color color, QPalette::ColorRole role, const QPalette& theme) {
   if (color == kWindowColor) return theme.color(QPalette::Base);
   if (color == kWindowTextColor) return theme.color(QPalette::Text);
@@ -111,7 +118,7 @@ QColor ColorOf(Color color, QPalette::ColorRole role, const QPalette& theme) {
 void ApplyLockAndColors(const Changes& changes, const TextBox& box, auto& shown) {
   if (changes.Has(Change::Enabled)) shown.setReadOnly(box.locked);
   if (!changes.Has(Change::BackColor) && !changes.Has(Change::ForeColor)) return;
-  QPalette palette;  // of the surroundings, unless the logic has chosen colours
+  QPalette palette;  // the parent's colours, unless the logic has chosen others
   if (box.backColor == kWindowColor && box.foreColor == kWindowTextColor) {
     shown.setPalette(palette);
     return;
@@ -122,7 +129,7 @@ void ApplyLockAndColors(const Changes& changes, const TextBox& box, auto& shown)
   shown.setPalette(palette);
 }
 
-/// One line, set as a whole.
+/// A single-line text box. Its text is always set as a whole.
 class LineView : public WidgetView<TextBox, QLineEdit> {
  public:
   LineView(FormWindow& window, TextBox& box) : WidgetView(window, box, new QLineEdit(window.ParentFor(box))) {
@@ -134,7 +141,7 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     ApplyLockAndColors(changes, control_, *shown_);
-    // A locked box is there to be copied from; Tab has nothing to do in it.
+    // A locked box only serves to copy from, so Tab skips it.
     if (changes.Has(Change::Enabled))
       shown_->setFocusPolicy(control_.locked ? Qt::ClickFocus : Qt::StrongFocus);
     const TextBox::Selection selection = control_.selection;
@@ -161,12 +168,12 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
       shown_->setText(taken);
       shown_->setCursorPosition(static_cast<int>(caret));
     }
-    if (pending.Has(Change::Caption)) return;  // what the logic has set since counts for more
+    if (pending.Has(Change::Caption)) return;  // a newer value set by the logic takes precedence
     control_.AdoptText(FromQt(taken));
     window_.Post([&control = control_] { control.change(); });
   }
   void AdoptSelection() {
-    if (pending.Has(Change::Selection)) return;  // what the logic has set since counts for more
+    if (pending.Has(Change::Selection)) return;  // a newer value set by the logic takes precedence
     const bool any = shown_->hasSelectedText();
     control_.selection.Adopt(
         {static_cast<std::size_t>(any ? shown_->selectionStart() : shown_->cursorPosition()),
@@ -179,7 +186,7 @@ class Pages : public QPlainTextEdit {
   using QPlainTextEdit::QPlainTextEdit;
 
  protected:
-  /// A view takes no key but the one that copies what is marked; that is meant.
+  /// Intentional: a read-only page accepts only the key that copies the selection.
   void keyPressEvent(QKeyEvent* event) override {
     if (isReadOnly() && !event->matches(QKeySequence::Copy)) {
       event->ignore();
@@ -187,8 +194,8 @@ class Pages : public QPlainTextEdit {
       QPlainTextEdit::keyPressEvent(event);
     }
   }
-  /// Pasted and dropped as the plain text that it is, whatever else is offered. Qt's own takes an empty
-  /// clipboard for one with something in it, and crashes.
+  /// Pastes or drops plain text, whatever other formats are offered. Qt's own implementation crashes if the
+  /// clipboard is empty.
   void insertFromMimeData(const QMimeData* source) override {
     if (source == nullptr || !source->hasText()) return;
     insertPlainText(source->text());
@@ -196,9 +203,9 @@ class Pages : public QPlainTextEdit {
   }
 };
 
-/// A long text, changed by editing. It is shown without the CR of its line ends, so a place in it is the
-/// place in the bytes less the CRs before it: a rule that holds for each byte alone, even where an edit parts
-/// CR from LF.
+/// A text box of several lines. The page is updated by single edits where possible, not as a whole. CRs are
+/// not shown, so a position on the page is the byte position minus the number of CRs before it. This holds
+/// for each byte, even if an edit separates CR from LF.
 class PagesView : public WidgetView<TextBox, Pages> {
  public:
   PagesView(FormWindow& window, TextBox& box) : WidgetView(window, box, new Pages(window.ParentFor(box))) {
@@ -211,11 +218,12 @@ class PagesView : public WidgetView<TextBox, Pages> {
   }
 
   void TextEdited(std::size_t position, std::size_t removed, std::string_view inserted) override {
-    const std::string& text = control_.Text();  // as it was before this edit
+    const std::string& text = control_.Text();  // the text before this edit
     const std::size_t place = places_.Of(text, position);
     if (whole_) return;
     taken_ += inserted.size();
-    // Emptied behind a window that has been closed, the page is made anew: what was there cannot be undone.
+    // When the text is emptied in a closed window, or after kMostTaken bytes, the page is set as a whole.
+    // This discards the undo history, so the old text cannot come back.
     const bool anew = taken_ > kMostTaken || !control_.form().visible;
     if (removed > 0 && removed == text.size() && anew) {
       whole_ = true;
@@ -250,14 +258,14 @@ class PagesView : public WidgetView<TextBox, Pages> {
     if (changes.Has(Change::Caption)) ApplyText();
     if (changes.Has(Change::Selection) || replaced) ApplySelection();
     applying_ = false;
-    AdoptSelection();  // the user may have moved it while the text was not shown yet
+    AdoptSelection();  // the user may have moved the caret before the text was shown
   }
 
  private:
   void ApplyText() {
     QScrollBar& bar = *shown_->verticalScrollBar();
     const bool follow = control_.locked && bar.value() == bar.maximum();
-    // Whoever has scrolled away from the caret reads there.
+    // If the caret is out of view, the user has scrolled away to read. Do not scroll back then.
     const bool followCaret = !control_.locked && shown_->viewport()->rect().intersects(shown_->cursorRect());
     if (whole_) {
       shown_->setPlainText(ToPage(control_.Text()));
@@ -283,7 +291,7 @@ class PagesView : public WidgetView<TextBox, Pages> {
     QTextCursor cursor(shown_->document());
     cursor.setPosition(place(start));
     cursor.setPosition(place(start + length), QTextCursor::KeepAnchor);
-    // A view that is only read stays where its user has scrolled to.
+    // A read-only page keeps its scroll position.
     const int scrolled = shown_->verticalScrollBar()->value();
     shown_->setTextCursor(cursor);
     if (control_.locked) shown_->verticalScrollBar()->setValue(scrolled);
@@ -299,22 +307,22 @@ class PagesView : public WidgetView<TextBox, Pages> {
   }
 
   struct Edit {
-    std::size_t position = 0;  ///< As shown; of no meaning if `appends`.
-    std::size_t removed = 0;   ///< As shown.
+    std::size_t position = 0;  ///< Position on the page; unused if `appends`.
+    std::size_t removed = 0;   ///< Number of characters on the page.
     std::string inserted;
     bool appends = false;
-    std::size_t byteEnd = 0;  ///< In the bytes, where what is inserted ends: more may be added to it.
+    std::size_t byteEnd = 0;  ///< Byte position after `inserted`. An edit there is merged into this one.
   };
-  static constexpr std::size_t kMostEdits =
-      1000;  // with more than this in one turn the whole text is as cheap
+  /// With more edits than this in one turn, setting the whole text is as cheap.
+  static constexpr std::size_t kMostEdits = 1000;
 
-  /// The user has changed what is shown. Edits of the logic that are not shown yet must not be lost by that.
+  /// Called when the user has changed the page. Edits of the logic that are not shown yet must not be lost.
   void AdoptEdit(int position, int removed, int added) {
     if (applying_) return;
     whole_ =
         whole_ || std::any_of(edits_.begin(), edits_.end(), [](const Edit& edit) { return !edit.appends; });
-    if (whole_) return;  // the logic's text counts for more than one key
-    // What Qt ends its last paragraph with is counted at times, before and behind; it is none of the text.
+    if (whole_) return;  // the logic's text takes precedence over one key
+    // Qt sometimes counts the end of its last paragraph in `removed` and `added`. It is not part of the text.
     const int beyond = std::max(position + added - (shown_->document()->characterCount() - 1), 0);
     QTextCursor cursor(shown_->document());
     cursor.setPosition(position);
@@ -327,11 +335,12 @@ class PagesView : public WidgetView<TextBox, Pages> {
     const std::size_t start = places_.ByteAt(text, place);
     control_.AdoptEdit(start, end - start, bytes);
     for (Edit& edit : edits_) edit.byteEnd = edit.byteEnd - (end - start) + bytes.size();
-    // What has no byte is "?" in the text, and is to be seen so before it is saved.
+    // A character without a byte value is "?" in the text. Show it as "?" too, before the user saves the
+    // text.
     whole_ = !std::all_of(typed.begin(), typed.end(), HasByte);
   }
 
-  /// Qt has come to an end with it, and its cursor stands where it belongs.
+  /// Called after AdoptEdit, when Qt has finished the edit and its cursor has the final position.
   void Typed() {
     if (applying_) return;
     AdoptSelection();
@@ -350,7 +359,8 @@ class PagesView : public WidgetView<TextBox, Pages> {
     const QTextCursor marked = shown_->textCursor();
     const int anchor = marked.anchor();
     const int position = marked.position();
-    // What comes right behind the selection would become a part of it.
+    // Qt extends the selection by text that is inserted directly after it. The code below restores the
+    // selection.
     const bool behind =
         marked.hasSelection() && !cursor.hasSelection() && marked.selectionEnd() == cursor.position();
     cursor.insertText(ToPage(edit.inserted));
@@ -361,13 +371,14 @@ class PagesView : public WidgetView<TextBox, Pages> {
     shown_->setTextCursor(kept);
   }
 
-  /// Where the user may undo, Qt keeps all that was ever in the page. Emptied after so much it is made anew.
+  /// With undo enabled, Qt keeps all text that was ever on the page. After this many bytes, emptying the text
+  /// also discards the undo history.
   static constexpr std::size_t kMostTaken = 1 << 20;
 
   PagePlaces places_;
   std::vector<Edit> edits_;
-  std::size_t taken_ = 0;  ///< Bytes put into the page since it was made.
-  bool whole_ = true;      ///< The text is to be shown anew as a whole.
+  std::size_t taken_ = 0;  ///< Bytes put on the page since it was last set as a whole.
+  bool whole_ = true;      ///< The page must be set as a whole.
   bool applying_ = false;
 };
 

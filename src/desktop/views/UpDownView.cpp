@@ -7,20 +7,20 @@ namespace corvex {
 
 namespace {
 
-/// A spin box without its text, which stands in the box beside it. Everything else of it stays: the keys, the
-/// wheel, buttons that repeat while held, and what it tells assistive programs.
+/// A spin box without its text field; the text box beside it shows the value. Keys, mouse wheel,
+/// auto-repeating buttons and accessibility work as usual.
 class Arrows : public QSpinBox {
  public:
   explicit Arrows(QWidget* parent) : QSpinBox(parent) {
     lineEdit()->setReadOnly(true);
     lineEdit()->hide();
-    setFocusPolicy(Qt::StrongFocus);  // a wheel that turns over it must not take the focus
+    setFocusPolicy(Qt::StrongFocus);  // the mouse wheel must not take the focus
     setContextMenuPolicy(Qt::NoContextMenu);
   }
-  /// What the box beside it shows, told to assistive programs in place of the bare number.
+  /// Sets the text that assistive programs read instead of the number: the text of the box beside the arrows.
   void SetMeaning(const QString& meaning) {
     meaning_ = meaning;
-    setSuffix({});  // has the text made anew
+    setSuffix({});  // makes Qt update the text
   }
 
  protected:
@@ -42,7 +42,7 @@ class UpDownView : public WidgetView<UpDown, Arrows> {
       connect(line, &QLineEdit::textChanged, shown_, &Arrows::SetMeaning);
     }
     connect(shown_, &QSpinBox::valueChanged, this, [this](int value) {
-      // What the logic has set since counts for more.
+      // A newer value set by the logic takes precedence.
       if (value == control_.value || pending.Has(Change::Value)) return;
       control_.AdoptValue(value);
       window_.Post([&control = control_] { control.change(); });

@@ -16,15 +16,15 @@
 
 namespace corvex {
 
-/// How much larger something is than it was made, in the direction in which it has grown less. 1 if it was
-/// made without a size.
+/// Returns the factor by which a size has grown, in the direction that has grown less. Returns 1 if the
+/// original size is empty.
 inline double Growth(QSize now, QSize made) {
   if (made.isEmpty()) return 1;
   return std::min(static_cast<double>(now.width()) / made.width(),
                   static_cast<double>(now.height()) / made.height());
 }
 
-/// What has been dropped, as the core has it.
+/// Converts a drop event to the core's Drop record.
 inline Drop ToDrop(const QDropEvent& event) {
   Drop drop;
 #ifdef Q_OS_WIN
@@ -40,7 +40,7 @@ inline Drop ToDrop(const QDropEvent& event) {
   return drop;
 }
 
-/// What the views of all controls that are widgets have in common.
+/// Base class for the views of controls that are shown by a widget.
 template <typename Kind, typename Widget>
 class WidgetView : public ControlView {
  public:
@@ -73,13 +73,14 @@ class WidgetView : public ControlView {
 
   void ApplyVisible() override { shown_->setVisible(control_.visible); }
 
-  /// Of widgets whose control takes what is dropped: nothing of it goes to the widget itself.
+  /// Takes all drag and drop events of a widget whose control accepts drops, so that the widget itself gets
+  /// none.
   bool eventFilter(QObject* watched, QEvent* event) override {
     const auto type = event->type();
     if (watched != shown_ || !control_.drop) return false;
     if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
     auto* dropped = static_cast<QDropEvent*>(event);
-    // Whatever key is held: to accept a move would be to let its source delete what is moved.
+    // Always copy, whatever keys are held: after a move, the source would delete the dropped files.
     dropped->setDropAction(Qt::CopyAction);
     dropped->setAccepted(dropped->possibleActions().testFlag(Qt::CopyAction));
     if (type == QEvent::Drop && dropped->isAccepted())
@@ -88,13 +89,14 @@ class WidgetView : public ControlView {
   }
 
  protected:
-  /// None leaves it to the view, or to Qt, which takes the text that is shown.
+  /// Returns the accessible name that the control defines. If empty, the view sets one, or Qt uses the
+  /// visible text.
   QString AccessibleName() const {
     QString name = ToShown(control_.accessible.Get());
     if constexpr (requires { control_.caption; }) {
       const QString shown = ToShown(control_.caption.Get()).trimmed();
       if (!name.isEmpty()) return name.replace(u'%', shown.isEmpty() ? QStringLiteral("none") : shown);
-      // A button without words is named by its tool tip.
+      // A button without a caption is named by its tool tip.
       if (std::is_same_v<Kind, Button> && shown.isEmpty()) return ToShown(control_.toolTip.Get());
     }
     return name;
@@ -105,7 +107,7 @@ class WidgetView : public ControlView {
   Widget* const shown_;
 
  private:
-  bool named_ = false;  ///< For a screen reader, by what the control says and not by the view itself.
+  bool named_ = false;  ///< The accessible name comes from the control, not from the view.
 };
 
 }  // namespace corvex

@@ -1,4 +1,4 @@
-// A library in the place of the closed one: it keeps what it was given last, all that it may read.
+// Stands in for the closed-source library. Stores the last message: the count and the numbers that follow it.
 
 #include <cstdint>
 #include <vector>

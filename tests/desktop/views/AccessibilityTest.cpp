@@ -34,7 +34,7 @@ class AccessibilityTest : public ::testing::Test {
   int clicks = 0;
 };
 
-TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
+TEST_F(AccessibilityTest, ControlsAreNamedByTheirMeaning) {
   term.corvexLbl[0].caption = "  CORVEX MARINE";
   term.corvexLbl[2].caption = "Beam  7";
   term.corvexLbl[TermControls::kSignal].caption = "51";
@@ -67,7 +67,7 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
       {term.Picture1, QAccessible::Button, "Logo 5%"},
       {term.cmdSK[0], QAccessible::Button, "Mail"},
       {term.cmdSK[1], QAccessible::Button, "Soft key 2, not in use"},
-      {term.cmdTop[1], QAccessible::Button, "Device manager"},  // has no words but its tool tip
+      {term.cmdTop[1], QAccessible::Button, "Device manager"},  // has only a tool tip
       {term.frmMenu, QAccessible::Grouping, "4 Setup"},
       {term.frmMsg, QAccessible::AlertMessage, "Calling\nbusy"},
       {term.frmScreen, QAccessible::Terminal, "Screen of the modem unit"},
@@ -78,7 +78,7 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
     EXPECT_EQ(FromQt(Seen(row.control).text(QAccessible::Name)), row.name);
   }
   EXPECT_EQ(Seen(term.frmScreen).text(QAccessible::Value), QStringLiteral("CORVEX MARINE\nBeam  7"));
-  // The tool tip stays as it is.
+  // The tool tip is unchanged.
   EXPECT_EQ(Seen(term.lblTemp).text(QAccessible::Description), QStringLiteral("Modem unit termperature"));
   EXPECT_EQ(Seen(term.ListChoice).child(0)->text(QAccessible::Name), QStringLiteral("Norsk"));
 
@@ -90,7 +90,7 @@ TEST_F(AccessibilityTest, WhatIsShownIsNamedWithItsMeaning) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(AccessibilityTest, AWindowIsOneAndAKeyIsToldOnce) {
+TEST_F(AccessibilityTest, WindowsHaveTheirRoleAndAKeyIsReportedOnce) {
   QAccessibleInterface& window = *QAccessible::queryAccessibleInterface(windows.WindowOf(term));
   EXPECT_EQ(window.role(), QAccessible::Window);
   struct Box : Form {

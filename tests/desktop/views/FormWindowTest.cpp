@@ -25,7 +25,8 @@ namespace {
 
 using test::Becomes;
 
-/// One control of each kind, each within a frame where that makes a difference.
+/// A form with at least one control of each kind. Some controls are inside a frame where that makes a
+/// difference.
 struct Sample : Form {
   Sample(EventLoop& l, WindowSystem& w) : Form(l, w, "sample") {
     rect = Rect{1500, 1500, 9000, 6000};
@@ -82,21 +83,21 @@ class FormWindowTest : public ::testing::Test {
   QtEventLoop loop;
   QtWindowSystem windows{loop};
   std::unique_ptr<Sample> form = std::make_unique<Sample>(loop, windows);
-  bool activates =
-      false;  ///< Never true on a bare X display: without a window manager no window becomes active.
+  /// Whether the window has become active. Always false on a display without a window manager.
+  bool activates = false;
 };
 
 #define NEEDS_ACTIVE_WINDOW() \
-  if (!activates) GTEST_SKIP() << "the window did not become active: there is no window manager here"
+  if (!activates) GTEST_SKIP() << "the window did not become active: there is no window manager"
 
-TEST_F(FormWindowTest, ShowsWhatTheFormSaysAtItsPlace) {
+TEST_F(FormWindowTest, ShowsTheControlsOfTheForm) {
   EXPECT_EQ(Find<QLabel>("label")->text(), QStringLiteral("<b>1</b>"));
   EXPECT_EQ(Find<QLabel>("label")->textFormat(), Qt::PlainText);
   EXPECT_EQ(Find<QWidget>("label")->parentWidget(), Find<QWidget>("frame"));
   EXPECT_EQ(Find<QWidget>("frame")->geometry(), QRect(10, 10, 300, 200));
   EXPECT_EQ(Find<QListView>("list")->currentIndex().row(), 1);
   EXPECT_FALSE(Find<QListView>("box")->currentIndex().isValid());
-  // The controls have exactly the form's inner size, whatever the frame of the system.
+  // The area for the controls has exactly the form's inner size, whatever window frame the system draws.
   EXPECT_EQ(Find<QWidget>("frame")->parentWidget()->size(),
             QSize(form->InnerWidth() / 15, form->InnerHeight() / 15));
 
@@ -108,8 +109,8 @@ TEST_F(FormWindowTest, ShowsWhatTheFormSaysAtItsPlace) {
   form->list.Clear();
   form->list.Add({"ESC", "Exit Menu", 53});
   form->list.selected = 1;
-  QTest::keyClick(Find<QListView>("list"), Qt::Key_Right);  // still sees the old list
-  EXPECT_EQ(form->list.selected, 1) << "undone by an older selection of the user";
+  QTest::keyClick(Find<QListView>("list"), Qt::Key_Right);  // still acts on the old list
+  EXPECT_EQ(form->list.selected, 1) << "an outdated selection of the user has replaced it";
   form->box.listIndex = 1;
   form->tabs.selected = 2;
   form->line.SetText("9600");
@@ -139,7 +140,7 @@ TEST_F(FormWindowTest, ShowsWhatTheFormSaysAtItsPlace) {
   EXPECT_EQ(window().cursor().shape(), Qt::WaitCursor);
 }
 
-TEST_F(FormWindowTest, ReportsWhatTheUserDoes) {
+TEST_F(FormWindowTest, ReportsTheUsersActions) {
   std::string log;
   form->label.click = [&] { log += "label "; };
   form->image.click = [&] { log += "image "; };
@@ -153,7 +154,7 @@ TEST_F(FormWindowTest, ReportsWhatTheUserDoes) {
   for (const char* name : {"label", "image", "down"}) {
     QTest::mouseClick(Find<QWidget>(name), Qt::LeftButton, {}, QPoint(8, 8));
   }
-  EXPECT_EQ(log, "");  // no handler runs within a widget's code
+  EXPECT_EQ(log, "");  // no handler runs inside a widget's code
   auto* tabs = Find<QTabBar>("tabs");
   QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(1).center());
   const QAction* entry = Find<QMenuBar>("")->actions().front()->menu()->actions().front();
@@ -166,8 +167,8 @@ TEST_F(FormWindowTest, ReportsWhatTheUserDoes) {
   EXPECT_FALSE(form->up.value);
   EXPECT_EQ(form->tabs.selected, 2);
   EXPECT_EQ(form->list.selected, 1) << "a letter searches the list, a digit does not";
-  EXPECT_EQ(form->box.listIndex, 2) << "in a plain list it does";
-  EXPECT_TRUE(entry->isChecked()) << "the mark is the logic's";
+  EXPECT_EQ(form->box.listIndex, 2) << "in a plain list, a digit does";
+  EXPECT_TRUE(entry->isChecked()) << "only the logic changes the check mark";
 }
 
 TEST_F(FormWindowTest, ADoubleClickIsOneClickOnALabelAndTwoOnAnImage) {
@@ -178,14 +179,14 @@ TEST_F(FormWindowTest, ADoubleClickIsOneClickOnALabelAndTwoOnAnImage) {
   Turn();
   for (const char* name : {"label", "image"}) {
     const QPoint at = Find<QWidget>(name)->mapTo(&window(), QPoint(8, 8));
-    QTest::mouseDClick(window().windowHandle(), Qt::LeftButton, {}, at);  // two whole clicks in a row
+    QTest::mouseDClick(window().windowHandle(), Qt::LeftButton, {}, at);  // two complete clicks
     Turn();
   }
   EXPECT_EQ(labels, 1);
   EXPECT_EQ(images, 2);
 }
 
-TEST_F(FormWindowTest, AControlWithoutRoomIsPaintedWithoutAComplaint) {
+TEST_F(FormWindowTest, ATinyControlIsPaintedWithoutWarnings) {
   static QStringList said;
   const auto before =
       qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) { said << text; });
@@ -199,7 +200,7 @@ TEST_F(FormWindowTest, AControlWithoutRoomIsPaintedWithoutAComplaint) {
   EXPECT_EQ(FromQt(said.join(u'\n')), "");
 }
 
-TEST_F(FormWindowTest, AShownControlCanHaveTheFocusInTheSameTurnAndAHiddenOneNever) {
+TEST_F(FormWindowTest, AControlCanGetTheFocusInTheTurnThatShowsItAndNeverWhileHidden) {
   NEEDS_ACTIVE_WINDOW();
   form->frame.visible = false;
   form->keys.SetFocus();
@@ -208,32 +209,33 @@ TEST_F(FormWindowTest, AShownControlCanHaveTheFocusInTheSameTurnAndAHiddenOneNev
   form->frame.visible = true;
   Turn();
   EXPECT_EQ(QApplication::focusWidget(), Find<QWidget>("button"));
-  // The user moves it on, in the order of the controls; hiding moves it away.
+  // The user moves the focus in the order of the controls. When the focused control is hidden, none has the
+  // focus.
   QTest::keyClick(&window(), Qt::Key_Tab);
   EXPECT_EQ(form->Focused(), &form->up);
   form->frame.visible = false;
   Turn();
-  EXPECT_EQ(form->Focused(), nullptr) << "nothing that the user has not chosen";
+  EXPECT_EQ(form->Focused(), nullptr) << "another control got the focus without the user's choice";
   form->check.SetFocus();
   Turn();
   form->check.enabled = false;
   Turn();
   EXPECT_EQ(form->Focused(), nullptr);
-  // A list without a selection is not given one by the focus.
+  // A list without a selection keeps none when it gets the focus.
   form->box.SetFocus();
   Turn();
   ASSERT_TRUE(form->box.HasFocus());
   EXPECT_EQ(form->box.listIndex, -1);
   QTest::keyClick(Find<QWidget>("box"), Qt::Key_Down);
   EXPECT_EQ(form->box.listIndex, 0);
-  // A hidden control is not given it.
+  // A hidden control does not get the focus.
   form->keys.SetFocus();
   form->button.SetFocus();
   Turn();
   EXPECT_FALSE(form->button.HasFocus());
 }
 
-TEST_F(FormWindowTest, KeysComeToTheFormFirst) {
+TEST_F(FormWindowTest, TheFormSeesKeysFirst) {
   NEEDS_ACTIVE_WINDOW();
   std::string log;
   form->keyDown = [&](KeyEvent& key) {
@@ -259,7 +261,7 @@ TEST_F(FormWindowTest, KeysComeToTheFormFirst) {
   EXPECT_TRUE(form->keys.HasFocus());
 }
 
-TEST_F(FormWindowTest, AShortcutIsShownAndLeftToTheForm) {
+TEST_F(FormWindowTest, AShortcutIsLeftToTheForm) {
   NEEDS_ACTIVE_WINDOW();
   std::string log;
   form->mnuTerminal.click = [&] { log += "menu "; };
@@ -275,7 +277,7 @@ TEST_F(FormWindowTest, AShortcutIsShownAndLeftToTheForm) {
   EXPECT_EQ(log, "byte ");
 }
 
-TEST_F(FormWindowTest, AnUpDownIsSteppedByKeysAndTellsItsMeaning) {
+TEST_F(FormWindowTest, AnUpDownIsSteppedByKeysAndReportsItsMeaning) {
   NEEDS_ACTIVE_WINDOW();
   form->arrows.change = [&] { form->bits.SetText(form->bits.tag + " bits"); };
   form->check.SetFocus();
@@ -283,22 +285,22 @@ TEST_F(FormWindowTest, AnUpDownIsSteppedByKeysAndTellsItsMeaning) {
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
   EXPECT_TRUE(form->check.value);
   QTest::keyClick(&window(), Qt::Key_Tab);
-  ASSERT_EQ(form->Focused(), &form->arrows) << "a text that is only shown is no stop";
+  ASSERT_EQ(form->Focused(), &form->arrows) << "Tab stopped at a read-only text";
   auto* arrows = Find<QSpinBox>("arrows");
   for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_8, Qt::Key_Down}) QTest::keyClick(arrows, key);
   EXPECT_EQ(form->bits.tag, "5");
   Turn();
-  Turn();  // the text follows the value
+  Turn();  // the text is updated one turn after the value
   const auto* told = QAccessible::queryAccessibleInterface(arrows);
   EXPECT_EQ(told->text(QAccessible::Name), QStringLiteral("Data"));
   EXPECT_EQ(told->text(QAccessible::Value), QStringLiteral("5 bits"));
-  form->arrows.value = 99;  // the logic has the last word, and beyond the range there is nothing
+  form->arrows.value = 99;  // the logic's value takes precedence and is limited to the range
   Turn();
   QTest::keyClick(arrows, Qt::Key_Down);
   EXPECT_EQ(form->bits.tag, "7");
 }
 
-TEST_F(FormWindowTest, TheMenuBarIsReachedByAltAloneAndByF10WhateverTheFormTakes) {
+TEST_F(FormWindowTest, AltAloneAndF10OpenTheMenuBarWhateverTheFormHandles) {
   NEEDS_ACTIVE_WINDOW();
   std::string log;
   form->keyDown = [&](KeyEvent& key) {
@@ -311,7 +313,7 @@ TEST_F(FormWindowTest, TheMenuBarIsReachedByAltAloneAndByF10WhateverTheFormTakes
   QTest::keyClick(Find<QWidget>("keys"), Qt::Key_Alt, Qt::AltModifier);
   EXPECT_EQ(QApplication::focusWidget(), bar);
   log.clear();
-  QTest::keyClick(bar, Qt::Key_Tab);  // walks through the menus, and is no key to the modem
+  QTest::keyClick(bar, Qt::Key_Tab);  // moves through the menus and does not go to the modem
   EXPECT_EQ(log, "");
   QTest::keyClick(bar, Qt::Key_Escape);
   EXPECT_EQ(QApplication::focusWidget(), Find<QWidget>("keys"));
@@ -333,16 +335,16 @@ TEST_F(FormWindowTest, LongTextsFollowEachEdit) {
   form->pages.Append("\ntwo\r\n");
   form->pages.Append("three\r\nfour");
   check();
-  form->pages.Edit(0, 5, "");          // the oldest line goes
-  form->pages.Edit(5, 5, "2b\r\n2c");  // and the third gives way to two
+  form->pages.Edit(0, 5, "");          // removes the oldest line
+  form->pages.Edit(5, 5, "2b\r\n2c");  // replaces the third line with two
   form->pages.Append("!");
-  form->pages.Edit(4, 1, "");  // parts CR from LF
+  form->pages.Edit(4, 1, "");  // separates CR from LF
   check();
   for (int i = 0; i < 5000; ++i) form->pages.Edit(0, 1, i % 3 == 0 ? "\r\nx" : "ab");
   check();
 }
 
-TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
+TEST_F(FormWindowTest, TypingWorksTogetherWithEditsOfTheLogicNotYetShown) {
   int changes = 0;
   form->pages.change = [&] { ++changes; };
   form->pages.Append("a\x0C\xA0\r\n");
@@ -356,7 +358,7 @@ TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
   Turn();
   QTest::keyClick(pages, Qt::Key_Return);
   EXPECT_EQ(form->pages.Text(), "q\r\na\x0C\xA0\r\nz");
-  Turn();  // the event is posted, as all are
+  Turn();  // the event is posted, like all events
   EXPECT_EQ(changes, 2);
   auto* line = Find<QLineEdit>("line");
   line->selectAll();
@@ -364,12 +366,12 @@ TEST_F(FormWindowTest, WhatIsTypedIntoATextMeetsWhatTheLogicAddsMeanwhile) {
   EXPECT_EQ(form->line.Text(), "7");
   QApplication::clipboard()->setText(QStringLiteral("8\r\n\u20AC9\n"));
   line->paste();
-  EXPECT_EQ(form->line.Text(), "78 9") << "what has no byte, and line ends, are not to be sent unseen";
+  EXPECT_EQ(form->line.Text(), "78 9") << "only characters that the user sees may be sent";
   EXPECT_EQ(line->text(), QStringLiteral("78 9"));
-  QApplication::clipboard()->clear();  // other tests begin with none
+  QApplication::clipboard()->clear();  // other tests start with an empty clipboard
 }
 
-TEST_F(FormWindowTest, TheCaretOfALongTextIsTheSameOnBothSides) {
+TEST_F(FormWindowTest, TheCaretOfALongTextIsTheSameInFormAndWidget) {
   auto* pages = Find<QPlainTextEdit>("pages");
   form->pages.SetText("one\r\ntwo\r\n");
   form->pages.selection = TextBox::Selection{5, 3};
@@ -380,7 +382,7 @@ TEST_F(FormWindowTest, TheCaretOfALongTextIsTheSameOnBothSides) {
   QTest::keyClick(pages, Qt::Key_Right);
   EXPECT_EQ(form->pages.selection, (TextBox::Selection{6, 0}));
   form->pages.Edit(form->pages.selection.Get().start, 0, "1\r\n2");
-  QTest::keyClick(pages, Qt::Key_Left);  // goes with what is shown, where nothing of that is yet
+  QTest::keyClick(pages, Qt::Key_Left);  // acts on the page, which does not show the edit yet
   Turn();
   EXPECT_EQ(form->pages.selection, (TextBox::Selection{5, 0}));
   form->pages.SetText("three");
@@ -392,7 +394,7 @@ TEST_F(FormWindowTest, TheCaretOfALongTextIsTheSameOnBothSides) {
   EXPECT_EQ(form->pages.selection, (TextBox::Selection{6, 0}));
 }
 
-TEST_F(FormWindowTest, ABoxHasASelectionAColourAndALock) {
+TEST_F(FormWindowTest, ATextBoxShowsItsSelectionColourAndLock) {
   auto* line = Find<QLineEdit>("line");
   form->line.selection = TextBox::Selection{2, 3};
   form->line.backColor = 0x0000FFU;
@@ -405,7 +407,7 @@ TEST_F(FormWindowTest, ABoxHasASelectionAColourAndALock) {
   EXPECT_EQ(form->line.SelText(), "11");
 }
 
-TEST_F(FormWindowTest, WhatIsDroppedIsToldToTheLogicAlone) {
+TEST_F(FormWindowTest, ADropIsReportedOnlyToTheLogic) {
   auto* widget = Find<QLineEdit>("line");
   QMimeData data;
   data.setText(QStringLiteral("dropped"));
@@ -415,7 +417,7 @@ TEST_F(FormWindowTest, WhatIsDroppedIsToldToTheLogicAlone) {
                      Qt::ShiftModifier);
   QCoreApplication::sendEvent(widget, &dropped);
   EXPECT_TRUE(dropped.isAccepted());
-  EXPECT_EQ(dropped.dropAction(), Qt::CopyAction) << "a file that is moved here would be deleted";
+  EXPECT_EQ(dropped.dropAction(), Qt::CopyAction) << "after a move, the source would delete the file";
   Turn();
   EXPECT_EQ(form->drops, 1);
   EXPECT_EQ(widget->text(), QStringLiteral("115200"));
@@ -429,7 +431,7 @@ TEST_F(FormWindowTest, ABurstIsPaintedOnce) {
       return false;
     }
   } painted;
-  test::Elapse(loop, std::chrono::milliseconds(50));  // until the first painting is over
+  test::Elapse(loop, std::chrono::milliseconds(50));  // until the first painting has finished
   Find<QWidget>("label")->installEventFilter(&painted);
   for (int i = 0; i < 100'000; ++i) form->label.caption = std::to_string(i);
   ASSERT_TRUE(Becomes(loop, [&] { return painted.count > 0; }));
@@ -438,7 +440,7 @@ TEST_F(FormWindowTest, ABurstIsPaintedOnce) {
   EXPECT_EQ(Find<QLabel>("label")->text(), QStringLiteral("99999"));
 }
 
-TEST_F(FormWindowTest, PlaceAndSizeGoBothWays) {
+TEST_F(FormWindowTest, PositionAndSizeAreTransferredBothWays) {
   NEEDS_ACTIVE_WINDOW();
   const Rect before = form->rect;
   EXPECT_EQ(before, (Rect{1500, 1500, 9000, 6000})) << "showing must not move the window";
@@ -453,16 +455,16 @@ TEST_F(FormWindowTest, PlaceAndSizeGoBothWays) {
 
   form->rect = before;
   ASSERT_TRUE(Becomes(loop, [&] { return resizes == 2; }));
-  // What the window system still reports of the place before must not last.
+  // A late report of the old position by the window system must not last.
   ASSERT_TRUE(Becomes(loop, [&] { return window().pos() == QPoint(100, 100) && form->rect == before; }));
   test::Elapse(loop, std::chrono::milliseconds(50));
   EXPECT_EQ(form->rect.Get(), before);
-  form->rect = Rect{900'000, 1500, 9000, 6000};  // from a screen that is no longer there
+  form->rect = Rect{900'000, 1500, 9000, 6000};  // on a screen that no longer exists
   Turn();
   EXPECT_LT(window().pos().x(), 5000);
 }
 
-TEST_F(FormWindowTest, MinimisingIsTold) {
+TEST_F(FormWindowTest, ReportsMinimising) {
   if (QGuiApplication::platformName() != QStringLiteral("offscreen")) NEEDS_ACTIVE_WINDOW();
   int resizes = 0;
   form->resize = [&] { ++resizes; };
@@ -477,10 +479,10 @@ TEST_F(FormWindowTest, MinimisingIsTold) {
   ASSERT_TRUE(Becomes(loop, [&] { return !window().isMinimized(); }));
 }
 
-TEST_F(FormWindowTest, AWindowThatLeavesTheFocusIsShownAndRestoredWithoutIt) {
+TEST_F(FormWindowTest, AWindowThatTakesNoFocusIsShownAndRestoredWithoutIt) {
   NEEDS_ACTIVE_WINDOW();
   if (QGuiApplication::platformName() == QStringLiteral("offscreen")) {
-    GTEST_SKIP() << "there is no window manager that could make a window active";
+    GTEST_SKIP() << "offscreen there is no window manager that activates windows";
   }
   Form* const owners[] = {nullptr, form.get()};
   for (Form* owner : owners) {
@@ -511,7 +513,7 @@ TEST_F(FormWindowTest, AWindowThatLeavesTheFocusIsShownAndRestoredWithoutIt) {
     EXPECT_TRUE(window().isActiveWindow());
     ASSERT_NE(shown.focusWidget(), nullptr);
     QTest::keyClicks(shown.focusWidget(), QStringLiteral("x"));
-    EXPECT_EQ(page.text.Text(), "x") << "it works on";
+    EXPECT_EQ(page.text.Text(), "x") << "the restored window does not work";
     page.visible = false;
     Turn();
     page.visible = true;
@@ -524,10 +526,10 @@ TEST_F(FormWindowTest, AWindowThatLeavesTheFocusIsShownAndRestoredWithoutIt) {
   }
 }
 
-TEST_F(FormWindowTest, ActivationIsTold) {
+TEST_F(FormWindowTest, ReportsActivation) {
   NEEDS_ACTIVE_WINDOW();
   if (QGuiApplication::platformName() == QStringLiteral("offscreen")) {
-    GTEST_SKIP() << "offscreen no window becomes active again";
+    GTEST_SKIP() << "offscreen a window does not become active again";
   }
   EXPECT_TRUE(form->Active());
   std::string log;
@@ -543,20 +545,20 @@ TEST_F(FormWindowTest, ActivationIsTold) {
   EXPECT_EQ(log, "-+");
 }
 
-TEST_F(FormWindowTest, AFormMayGoInItsOwnHandler) {
+TEST_F(FormWindowTest, AFormMayBeDestroyedInItsOwnHandler) {
   form->button.click = [&] { form.reset(); };
   QTest::mouseClick(Find<QWidget>("button"), Qt::LeftButton);
-  QTest::mouseClick(Find<QWidget>("button"), Qt::LeftButton);  // comes too late
+  QTest::mouseClick(Find<QWidget>("button"), Qt::LeftButton);  // arrives after the form is destroyed
   ASSERT_TRUE(Becomes(loop, [&] { return form == nullptr; }));
   Turn();
 }
 
-TEST_F(FormWindowTest, AFormMayGoWhileItsHandlerWaits) {
+TEST_F(FormWindowTest, AFormMayBeDestroyedWhileItsHandlerWaits) {
   const QPointer<QWidget> shown(&window());
   const auto wait = [&] {
     QTimer::singleShot(0, qApp, [&] { form.reset(); });
     test::Elapse(loop, std::chrono::milliseconds(50));
-    EXPECT_NE(shown, nullptr) << "deleted under its own handler";
+    EXPECT_NE(shown, nullptr) << "the window was deleted while its handler waited";
   };
   form->keyDown = [&wait](KeyEvent&) { wait(); };
   QTimer::singleShot(0, qApp, [this] {
@@ -568,7 +570,7 @@ TEST_F(FormWindowTest, AFormMayGoWhileItsHandlerWaits) {
   EXPECT_EQ(form, nullptr);
 }
 
-TEST(FormWindowEndTest, AWindowMayGoWhileAMenuIsOpen) {
+TEST(FormWindowEndTest, AWindowMayBeDestroyedWhileAMenuIsOpen) {
   QtEventLoop loop;
   auto windows = std::make_unique<QtWindowSystem>(loop);
   auto form = std::make_unique<Sample>(loop, *windows);
@@ -579,12 +581,13 @@ TEST(FormWindowEndTest, AWindowMayGoWhileAMenuIsOpen) {
   QTest::keyClick(window, Qt::Key_F10);
   EXPECT_NE(QApplication::activePopupWidget(), nullptr);
   form.reset();
-  // The focus that goes with the menu must not be told to what is left of the window: the sanitizers see it.
+  // When the menu closes, its focus change must not reach the half-destroyed window. The sanitizers would
+  // report that.
   windows.reset();
   EXPECT_EQ(window, nullptr);
 }
 
-TEST_F(FormWindowTest, AQuestionIsCalledOffWithItsWindow) {
+TEST_F(FormWindowTest, AQuestionIsCancelledWhenItsWindowIsDestroyed) {
   QtDialogs dialogs(loop, windows);
   loop.After(std::chrono::milliseconds(50), [&] { form.reset(); });
   EXPECT_FALSE(dialogs.AskYesNo("Sure?"));
