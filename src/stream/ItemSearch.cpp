@@ -88,8 +88,8 @@ ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
     place = tag;
     introducer = kPacketStart.size();
   }
-  // Always search for trace records up to here, even if an escape comes first, so that no text is searched
-  // again by the next call.
+  // Always search for trace records up to here, even if an escape comes first. One long search is faster
+  // than many short ones.
   const std::size_t end = place;
   const std::size_t escape = place > from ? escape_.Find(text, from, place) : WordSearch::npos;
   if (escape != WordSearch::npos) {

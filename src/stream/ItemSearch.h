@@ -47,7 +47,7 @@ class WordSearch {
   explicit WordSearch(std::string_view word, std::size_t rare = 0);
 
   /// Returns the offset of the first occurrence that begins at or after `from` and before `end`, or npos.
-  /// `from` must not be less than in the previous call, apart from Shift.
+  /// `from` must not be less than in the previous call, unless Shift was called in between.
   std::size_t Find(std::string_view text, std::size_t from, std::size_t end) {
     if (reached_ < from) {
       reached_ = from;

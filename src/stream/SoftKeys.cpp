@@ -21,8 +21,7 @@ void StoreText(std::string_view field, std::string& text) {
   std::replace(text.begin(), text.end(), kBlankOnWire, ' ');
 }
 
-/// Reads a code. Only leading blanks need to be removed, as the number ends at the first character after it
-/// that is not a digit.
+/// Reads a code. Only leading blanks are removed; a number ends before the first trailing blank.
 std::optional<std::int16_t> Code(std::string_view field) {
   while (!field.empty() && field.front() == kBlankOnWire) field.remove_prefix(1);
   return PrefixInt16(field);
