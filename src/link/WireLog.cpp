@@ -112,7 +112,7 @@ bool WireLog::Unsent(std::size_t unsent) {
 
 void WireLog::DropQueued() {
   if (queued_.empty()) return;
-  // If a part of the first text has left, record that part, unless `shown` is not the actual text.
+  // If a part of the first text has left, record that part, unless `shown` is a substitute for it.
   const Output& first = queued_.front();
   const std::size_t left = queuedSize_ - unsent_;
   if (left > 0 && first.shown.size() == first.size && first.shown != kPassword) {
@@ -178,8 +178,8 @@ void WireLog::End() {
   if (written_ == 0) std::filesystem::remove(path_, ignored);
 }
 
-/// Returns whether `file` is a recording of this copy of the program. Recordings of another copy are left
-/// alone, as they may still be in progress.
+/// Returns whether `file` is a recording of this copy of the program. Recordings of other copies
+/// may still be in progress and must not be deleted.
 bool WireLog::IsOwn(const std::filesystem::path& file) const {
   constexpr std::string_view kStamped = "wire-00000000-000000";
   const std::string shape = settings_.OwnName(kStamped, ".log");
@@ -201,7 +201,7 @@ void WireLog::RemoveOld() {
        it.increment(failed)) {
     if (IsOwn(it->path())) recordings.push_back(it->path());
   }
-  std::sort(recordings.begin(), recordings.end());  // by time, as the names contain it
+  std::sort(recordings.begin(), recordings.end());  // oldest first, because the names contain the time
   for (std::size_t i = 0; i + kKept < recordings.size(); ++i) std::filesystem::remove(recordings[i], failed);
 }
 

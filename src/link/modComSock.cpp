@@ -127,7 +127,7 @@ void TerminalLink::WriteBlock(std::string_view bytes) {
 void TerminalLink::DrainOutput() {
   if (SocketReady() && LoginComplete()) return;
   if (!comPort_.PortOpen()) return;
-  // There is no event when a byte leaves, so poll once per 1 ms, the time of one byte at 9600 baud.
+  // There is no event when a byte leaves, so poll every 1 ms, the time of one byte at 9600 baud.
   EventLoop::Wait wait(loop_);
   while (comPort_.PortOpen() && comPort_.OutBufferCount() >= 1) {
     wait.Pump(loop_.Now() + std::chrono::milliseconds(1));

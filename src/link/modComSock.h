@@ -13,8 +13,8 @@
 
 namespace corvex {
 
-/// The duplex link to the modem, over a serial port or over TCP. The setting `lan` selects the route and is
-/// read at each use.
+/// The program's only connection to the modem: a duplex link over a serial port or over TCP. The setting
+/// `lan` selects the route and is read at each use.
 ///
 /// Received bytes are appended to the receive buffer. In the modes that show them, `processReceived` is
 /// called.

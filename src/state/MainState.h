@@ -12,17 +12,16 @@ struct MainState {
   bool tagSession = false;  ///< The modem's menus have been entered since the program was last offline.
   bool rxSeen = false;      ///< The modem has shown activity since the watchdog's last check.
   bool rowsFrozen = false;  ///< Rows are not repainted: a click on a row is moving the modem's cursor.
-  bool screenHold =
-      false;              ///< Rows and choice lists are not shown: the program is moving the modem's cursor.
-  bool leaving = false;   ///< The session is being closed: further output of the modem is not shown.
-  bool logTaken = false;  ///< A periodic log is in progress.
-  int ownBoxes = 0;       ///< Number of open message boxes that were caused by print jobs of periodic logs.
+  bool screenHold = false;  ///< Rows and choice lists are not shown: the program moves the cursor.
+  bool leaving = false;     ///< The session is being closed: further output of the modem is not shown.
+  bool logTaken = false;    ///< A periodic log is in progress.
+  int ownBoxes = 0;         ///< Number of open message boxes that were caused by print jobs of periodic logs.
   std::string applicationTitle;  ///< Contains the terminal's name once it has been detected.
   std::string statusNumber;      ///< Read from the modem's status table by the last test log.
   unsigned passage = 0;          ///< Number of mode changes begun so far; see Overtaken.
 };
 
-/// Returns whether a dialogue with the modem is in progress that would be disturbed by the user's input.
+/// Returns whether a dialogue with the modem is in progress that user input would disturb.
 inline bool LinkTaken(const MainState& main) {
   if (main.leaving) return true;
   switch (main.mode) {

@@ -30,7 +30,7 @@ std::uint8_t ReceiveBuffer::ReadByte() {
 }
 
 void ReceiveBuffer::DropRead() {
-  // erase() moves the remaining bytes to the front. Wait until there are no more of them than bytes read.
+  // erase() moves the remaining bytes to the front. Wait until at least half of the bytes have been read.
   if (read_ < Held()) return;
   text_.erase(0, read_);
   read_ = 0;

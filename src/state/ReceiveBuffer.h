@@ -33,9 +33,9 @@ class ReceiveBuffer {
   bool RxAvailable() const { return Held() > 0; }
   bool HasRoom() const { return Held() < kCapacity; }
 
-  /// Removes and returns the first byte. Waits for a byte if the buffer is empty. There is no timeout:
-  /// callers must provide their own way out if the modem is silent. Intentional. A mode change ends the
-  /// wait (see EventLoop::Wait).
+  /// Removes and returns the first byte. Waits for a byte if the buffer is empty. There is
+  /// intentionally no timeout: callers must handle a silent modem themselves. A mode change ends the wait
+  /// (see EventLoop::Wait).
   std::uint8_t ReadByte();
 
   /// Called when a full buffer has room again.
@@ -48,7 +48,7 @@ class ReceiveBuffer {
 
   EventLoop& loop_;
   std::string text_;      ///< Received bytes.
-  std::size_t read_ = 0;  ///< Bytes at the front that ReadByte has taken. Never more than remain.
+  std::size_t read_ = 0;  ///< Number of bytes at the front that ReadByte has taken.
 };
 
 }  // namespace corvex

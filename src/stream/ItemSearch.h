@@ -14,7 +14,8 @@
 
 namespace corvex {
 
-/// Positions in the modem's text are signed 16-bit numbers. No item begins and no packet ends after this one.
+/// Positions in the modem's text are signed 16-bit numbers. No item begins and no packet ends after this
+/// position.
 inline constexpr std::size_t kLastPosition = 32767;
 
 inline constexpr std::string_view kPacketStart = "<tml>";
@@ -60,7 +61,7 @@ class WordSearch {
     return found_ && reached_ < end ? reached_ : npos;
   }
 
-  /// To be called when the first `count` characters of the text have been removed.
+  /// Adjusts the state after the first `count` characters of the text have been removed.
   void Shift(std::size_t count);
 
  private:
@@ -98,7 +99,7 @@ class ItemSearch {
   /// Returns the next item at or after the offset `from`. Positions in the result count from there, from 1.
   ScanItem Next(std::string_view text, std::size_t from);
 
-  /// To be called when the first `count` characters of the text have been removed.
+  /// Adjusts the state after the first `count` characters of the text have been removed.
   void Shift(std::size_t count);
 
  private:

@@ -23,8 +23,8 @@ std::optional<std::uint8_t> ToByte(std::string_view text) {
   return static_cast<std::uint8_t>(*number);
 }
 
-/// Returns whether a known sequence can end in `c`. Saves decoding attempts at digits, which are the largest
-/// part of a sequence.
+/// Returns whether a known sequence can end in `c`. Avoids decoding attempts at digits, which are most of
+/// the characters in a sequence.
 bool IsFinal(char c) {
   return c >= 'A' && c != '[';
 }

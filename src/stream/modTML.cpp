@@ -275,8 +275,8 @@ void TagStream::HandleTagPacket(std::string_view packet) {
 
 /// Prepares for the packet with this tag. Cancels pending changes that the packet would undo. Pending changes
 /// that the packet would overwrite are shown now, by `settle`. After a burst of packets the screen is
-/// therefore the same as if each packet had been shown on its own. The changes that remain pending can be
-/// shown in the fixed order of the dispatcher.
+/// therefore the same as if each packet had been shown on its own. For the changes that
+/// remain pending, the fixed order of the dispatcher is correct.
 void TagStream::Supersede(TagToken token) {
   SessionState& s = state_;
   bool shows = false;  // pending changes must be shown first

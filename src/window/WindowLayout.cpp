@@ -40,7 +40,7 @@ void WindowLayout::ChangeLayout(bool expanded) {
 }
 
 /// Grows the window by the height of the panels, or shrinks it again. Does nothing while the window is
-/// maximized or minimized, because the system then sets the size. FollowSize catches up later.
+/// maximized or minimized, because the system then sets the size. Settle catches up later.
 void WindowLayout::FitHeight() {
   if (window_.windowState != WindowState::Normal || grown_ == expanded_) return;
   if (expanded_) Adjust();  // the panels' height must match the window's present size
@@ -92,9 +92,9 @@ void WindowLayout::Adjust() {
   adjusted();
 }
 
-/// Returns the inner size for which the controls must be placed. Its ratio to the registered size is the
-/// window's present inner size divided by its original one. If the panels are visible, their height is added
-/// to the original size, which did not include them.
+/// Returns the inner size for which the controls must be placed: the registered size, multiplied by the
+/// present inner size and divided by the original one. The original size does not include the panels, so
+/// their height is added to it if they are visible.
 WindowLayout::Size WindowLayout::WantedSize() const {
   const bool panels = window_.windowState == WindowState::Normal ? grown_ : expanded_;
   const auto scaled = [](Twips now, Twips registered, Twips base) {
