@@ -48,7 +48,7 @@ class ReceiveBuffer {
 
   EventLoop& loop_;
   std::string text_;      ///< Received bytes.
-  std::size_t read_ = 0;  ///< Number of bytes at the front that ReadByte has taken.
+  std::size_t read_ = 0;  ///< Bytes at the front that ReadByte has taken. At most half of `text_`.
 };
 
 }  // namespace corvex
