@@ -9,7 +9,7 @@ namespace corvex {
 
 namespace {
 
-/// The numbers that do have a device, "" if none has.
+/// Returns a line with the first port numbers that have a device, at most four, or "" if none has a device.
 std::string PresentPorts(const SerialPorts& ports, const SettingsStore& settings) {
   constexpr int kMostNamed = 4;
   const std::vector<std::string> devices = ports.Devices();
@@ -39,14 +39,14 @@ std::string DescribePort(const SerialPorts& ports, const SettingsStore& settings
       break;
     case PortState::NoPermission:
       if (info.group.empty()) {
-        return named +
-               "\nYour user may not use it: ask the administrator for the right to read and write it.";
+        return named + "\nPermission denied: ask the administrator for read and write access.";
       }
-      return named + "\nYour user may not use it: it belongs to the group " + info.group +
-             ".\nAs administrator: usermod -aG " + info.group + " USER, then log in again.";
+      return named + "\nPermission denied: the device belongs to the group " + info.group +
+             ".\nRun as administrator: usermod -aG " + info.group + " USER, then log in again.";
     case PortState::Absent:
-      return "There is no " + device +
-             " now; connect the adapter,\nor name the device in corvex.ini, section [devices], key com" +
+      return device +
+             " is not present. Connect the adapter,\nor set the device in corvex.ini, section [devices], key "
+             "com" +
              std::to_string(number) + '.' + PresentPorts(ports, settings);
   }
   return named;

@@ -6,19 +6,21 @@
 #include "platform/Transports.h"
 #include "settings/INIFuncs.h"
 
-// What stands behind the numbers of the serial ports on this system. The state of a port is that of the
-// moment: adapters come and go.
+// Maps the numbers of the serial ports to the devices of this system. The state of a port is checked on every
+// call, because adapters can be connected and removed at any time.
 
 namespace corvex {
 
-/// The numbers that can be chosen.
+/// The range of valid port numbers.
 inline constexpr int kFirstComPort = 1;
 inline constexpr int kLastComPort = 16;
 
-/// Not 0 if the system has a device behind the number, whether the user may use it or not.
+/// Returns a value other than 0 if the system has a device for the port number. The user may still lack the
+/// permission to use it.
 std::int32_t PortExists(const SerialPorts& ports, const SettingsStore& settings, int number);
 
-/// The device behind the number in words, and what to do where it cannot be used.
+/// Returns a text for the user that names the device for the port number. If the device cannot be used, the
+/// text says what to do.
 std::string DescribePort(const SerialPorts& ports, const SettingsStore& settings, int number);
 
 }  // namespace corvex

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kOpen = "open ";
 
-/// "20060331-120000" of seconds since 1970 in local time.
+/// Formats a local time, in seconds since 1970, as "20060331-120000".
 std::string Stamp(std::int64_t localSeconds) {
   using namespace std::chrono;
   const sys_seconds time{seconds(localSeconds)};
@@ -112,13 +112,13 @@ bool WireLog::Unsent(std::size_t unsent) {
 
 void WireLog::DropQueued() {
   if (queued_.empty()) return;
-  // Of a text that was cut the part that has left, unless another text stands for it.
+  // If a part of the first text has left, record that part, unless `shown` is a substitute for it.
   const Output& first = queued_.front();
   const std::size_t left = queuedSize_ - unsent_;
   if (left > 0 && first.shown.size() == first.size && first.shown != kPassword) {
     Sent(std::string_view(first.shown).substr(0, left));
   }
-  Note(std::to_string(unsent_) + " bytes never left");
+  Note(std::to_string(unsent_) + " bytes not sent");
   queued_.clear();
   queuedSize_ = unsent_ = 0;
 }
@@ -127,7 +127,7 @@ void WireLog::Received(std::string_view bytes) {
   if (!file_.is_open() || bytes.empty()) return;
   held_ += bytes;
   if (!secret_.empty()) BlotOutSecret();
-  // What may be the beginning of an echo waits for the rest of it.
+  // The end of the text may be the start of an echo. Hold that part until the rest arrives.
   std::size_t waits = std::min(held_.size(), secret_.size());
   while (waits > 0 && !held_.ends_with(std::string_view(secret_).substr(0, waits))) --waits;
   WriteHeld(held_.size() - waits);
@@ -159,12 +159,13 @@ void WireLog::WriteHeld(std::size_t count) {
 bool WireLog::Begin() {
   path_ = settings_.InAppFolder(settings_.OwnName("wire-" + Stamp(loop_.LocalSeconds()), ".log"));
   file_.clear();
-  file_.rdbuf()->pubsetbuf(nullptr, 0);  // what fails is not kept to be written later
+  file_.rdbuf()->pubsetbuf(nullptr, 0);  // unbuffered, so that a failed write is not repeated later
   file_.open(path_, std::ios::binary | std::ios::app);
   if (!file_) return false;
   began_ = loop_.Now();
   std::error_code failed;
-  const std::uintmax_t size = std::filesystem::file_size(path_, failed);  // of one that began in this second
+  const std::uintmax_t size =
+      std::filesystem::file_size(path_, failed);  // not 0 if another recording began in the same second
   written_ = failed ? 0 : size;
   lost_ = 0;
   return true;
@@ -177,11 +178,12 @@ void WireLog::End() {
   if (written_ == 0) std::filesystem::remove(path_, ignored);
 }
 
-/// Whether it is a recording of this copy of the program. Those of another one may still be going on.
+/// Returns whether `file` is a recording of this copy of the program. Recordings of other copies
+/// may still be in progress and must not be deleted.
 bool WireLog::IsOwn(const std::filesystem::path& file) const {
   constexpr std::string_view kStamped = "wire-00000000-000000";
   const std::string shape = settings_.OwnName(kStamped, ".log");
-  // Not as a narrow text: a file of the user's may have a name that the system cannot give as one.
+  // Compared as UTF-8: the name of a foreign file may have no representation as a narrow string.
   const std::u8string name = file.filename().u8string();
   if (name.size() != shape.size()) return false;
   for (std::size_t i = 0; i < shape.size(); ++i) {
@@ -199,7 +201,7 @@ void WireLog::RemoveOld() {
        it.increment(failed)) {
     if (IsOwn(it->path())) recordings.push_back(it->path());
   }
-  std::sort(recordings.begin(), recordings.end());  // the names begin with the time
+  std::sort(recordings.begin(), recordings.end());  // oldest first, because the names contain the time
   for (std::size_t i = 0; i + kKept < recordings.size(); ++i) std::filesystem::remove(recordings[i], failed);
 }
 
@@ -210,12 +212,12 @@ void WireLog::Line(char kind, std::string_view text) {
   std::snprintf(time, sizeof time, " %.3f ", seconds);
   const bool first = written_ == 0;
   std::string lines = first ? "# corvex wire log 1\n" : "";
-  // Who plays it back begins where the link is opened.
+  // Playback begins at a line that opens the link.
   if (first && !text.starts_with(kOpen))
     lines.append("=").append(time).append(kOpen).append(where_).append("\n");
   if (lost_ > 0) lines += "# lines that could not be written: " + std::to_string(lost_) + '\n';
   lines.append(1, kind).append(time).append(text).append(1, '\n');
-  // Written at once: the recording of a session that ended badly is the one that is wanted.
+  // Written immediately: recordings matter most when the session ended badly.
   if (!Write(lines)) {
     ++lost_;
     return;
@@ -223,12 +225,12 @@ void WireLog::Line(char kind, std::string_view text) {
   lost_ = 0;
   if (first) RemoveOld();
   if (written_ > kMaxBytes) {
-    Write("# the recording ends here: it has reached its greatest length\n");
+    Write("# the recording ends here: it has reached its maximum length\n");
     End();
   }
 }
 
-/// All of it or nothing: half a line would spoil those after it.
+/// Writes all of `lines` or nothing, because a partial line would corrupt the lines after it.
 bool WireLog::Write(const std::string& lines) {
   file_.clear();
   file_ << lines << std::flush;

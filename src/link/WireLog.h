@@ -12,8 +12,8 @@
 
 namespace corvex {
 
-/// Records what passes over the link in a file that can be read in an editor and played back by the simulated
-/// unit, while the setting `wirelog` says so:
+/// Records the traffic of the link in a text file while the setting `wirelog` is on. The simulated unit can
+/// play the file back. Example:
 ///
 ///   # corvex wire log 1
 ///   = 0.000 open lan 192.168.1.1:3000
@@ -21,44 +21,51 @@ namespace corvex {
 ///   < 0.034 "204417\r\nOK\r\n"
 ///   = 9.100 close
 ///
-/// ">" is from the PC to the modem, "<" from the modem, the number the seconds since the recording began. A
-/// recording begins when the link is first opened and goes on over reconnects until the program ends; the
-/// last ten of each copy of the program are kept, and an old one goes only when the new one stands on the
-/// disk. A login password never gets into it, neither sent nor echoed. A line that a full disk refuses is
-/// lost in silence; the recording goes on with a note when there is room again.
+/// ">" marks bytes from the PC to the modem, "<" bytes from the modem. The number is the time in seconds
+/// since the recording began.
+///
+/// A recording begins when the link is first opened and continues across reconnects until the program ends.
+/// The last ten recordings of each copy of the program are kept. An old recording is deleted only after the
+/// first line of the new one has been written.
+///
+/// Login passwords are never recorded, neither as sent nor as echoed. If the disk is full, lines are lost
+/// without an error message. When there is room again, a comment in the file states how many lines were lost.
 class WireLog {
  public:
-  static constexpr int kKept = 10;
-  static constexpr std::uintmax_t kMaxBytes = 64
-                                              << 20;  ///< A recording ends with a note when it gets longer.
+  static constexpr int kKept = 10;  ///< Number of recordings that are kept.
+  /// A recording that gets longer than this ends with a comment.
+  static constexpr std::uintmax_t kMaxBytes = 64 << 20;
 
   WireLog(const EventLoop& loop, const SettingsStore& settings) : loop_(loop), settings_(settings) {}
   WireLog(const WireLog&) = delete;
   WireLog& operator=(const WireLog&) = delete;
   ~WireLog() { End(); }
 
-  /// The link was opened; `where` tells the transport and the address.
+  /// Records that the link was opened. `where` names the transport and the address.
   void Opened(std::string_view where);
   void Closed();
-  /// Something happened to the line, such as "line lost".
+  /// Records an event on the line, such as "line lost".
   void Note(std::string_view what);
   void Sent(std::string_view bytes);
 
-  // A serial port sends at its own pace, and what was written to it may never leave. It stands in the
-  // recording from the time when it has been seen to have left.
-  /// `size` bytes were queued, for which the text `shown` stands.
+  // A serial port sends at its own speed, and bytes written to it may never leave. They are recorded with the
+  // time at which they were seen to have left.
+
+  /// To be called when `size` bytes have been queued. The recording shows them as `shown`.
   void Queued(std::string_view shown, std::size_t size);
-  /// All but the last `unsent` bytes of what was queued have left. True if these are fewer than before.
+  /// To be called when all queued bytes except the last `unsent` have left. Returns true if `unsent` is
+  /// smaller than before.
   bool Unsent(std::size_t unsent);
   bool HasQueued() const { return !queued_.empty(); }
-  /// What has not left is lost, and recorded as a note of how much it was.
+  /// To be called when the bytes that have not left are lost. Records their number.
   void DropQueued();
 
   void Received(std::string_view bytes);
 
-  /// What stands for a line with a password.
+  /// Recorded in place of a line with a password.
   static constexpr std::string_view kPassword = "(password)\r\n";
-  /// A password is sent. Until ForgetSecret its echo, cut anywhere, is blotted out in what is received.
+  /// To be called before a password is sent. Until ForgetSecret, its echo in received bytes is recorded as
+  /// asterisks, even if it arrives in pieces.
   void HideEcho(std::string_view secret);
   void ForgetSecret();
 
@@ -82,18 +89,19 @@ class WireLog {
   std::string path_;
   std::ofstream file_;
   EventLoop::Time began_{0};
-  std::uintmax_t written_ = 0;  ///< Bytes in the file, in whole lines.
-  std::uint64_t lost_ = 0;      ///< Lines since the last one that was written.
+  std::uintmax_t written_ = 0;  ///< Bytes in the file. Always complete lines.
+  std::uint64_t lost_ = 0;      ///< Lines lost since the last line that was written.
   bool linkOpen_ = false;
   std::string where_;
   std::deque<Output> queued_;
-  std::size_t queuedSize_ = 0;  ///< Bytes of all that is queued,
-  std::size_t unsent_ = 0;      ///< and how many of them had not left when it was last looked.
+  std::size_t queuedSize_ = 0;  ///< Total bytes of `queued_`.
+  std::size_t unsent_ = 0;      ///< How many of them had not left at the last check.
   std::string secret_;
-  std::string held_;  ///< Received and not written yet: no longer than the secret.
+  std::string held_;  ///< Received, but not written yet. Between calls, never longer than the secret.
 };
 
-/// Bytes as a quoted text: \e \r \n \t \" \\ and \xNN, all printable characters of ASCII as they are.
+/// Returns the bytes as a quoted string. Printable ASCII characters are unchanged; all others are written as
+/// \e \r \n \t or \xNN. Quote and backslash become \" and \\.
 std::string QuoteBytes(std::string_view bytes);
 
 }  // namespace corvex

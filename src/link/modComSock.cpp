@@ -67,7 +67,7 @@ bool TerminalLink::Dispatches() const {
          main_.mode == ModemMode::TestInterface;
 }
 
-/// `shown` is what stands in the recording for the bytes.
+/// The recording shows the bytes as `shown`.
 bool TerminalLink::Transmit(std::string_view bytes, std::string_view shown) {
   if (!SocketReady()) return Enqueue(bytes, shown);
   sock_.SendData(bytes);
@@ -82,12 +82,12 @@ bool TerminalLink::Enqueue(std::string_view bytes, std::string_view shown) {
   return true;
 }
 
-/// Records what has left the serial port, now and then until all has.
+/// Records the bytes that have left the serial port. Repeats this by timer until all bytes have left.
 void TerminalLink::RecordOutput() {
   if (!log_.HasQueued() || !comPort_.PortOpen()) return;
   const bool some = log_.Unsent(static_cast<std::size_t>(comPort_.OutBufferCount()));
   if (!log_.HasQueued() || outputTimer_ != 0) return;
-  // No signal tells that a byte has left. A line that moves is looked at as often as in DrainOutput.
+  // There is no event when a byte leaves, so poll. While bytes are leaving, poll as often as DrainOutput.
   constexpr EventLoop::Time kSoon = std::chrono::milliseconds(1);
   constexpr EventLoop::Time kLatest = std::chrono::milliseconds(32);
   outputWait_ = some ? kSoon : std::clamp(2 * outputWait_, kSoon, kLatest);
@@ -127,14 +127,14 @@ void TerminalLink::WriteBlock(std::string_view bytes) {
 void TerminalLink::DrainOutput() {
   if (SocketReady() && LoginComplete()) return;
   if (!comPort_.PortOpen()) return;
-  // No signal tells that a byte has left, so the count is looked at as often as a byte takes at 9600 baud.
+  // There is no event when a byte leaves, so poll every 1 ms, the time of one byte at 9600 baud.
   EventLoop::Wait wait(loop_);
   while (comPort_.PortOpen() && comPort_.OutBufferCount() >= 1) {
     wait.Pump(loop_.Now() + std::chrono::milliseconds(1));
   }
 }
 
-/// The same with a limit, before the output is thrown away.
+/// Like DrainOutput, but waits kOutputTime at most. Used before output is discarded.
 void TerminalLink::LetOutputLeave() {
   const auto limit = loop_.Now() + kOutputTime;
   EventLoop::Wait wait(loop_);
@@ -160,7 +160,7 @@ void TerminalLink::SendTagModeRequest() {
 }
 
 void TerminalLink::OnComm(SerialControl::CommEvent event) {
-  main_.rxSeen = true;  // whatever the event is
+  main_.rxSeen = true;  // for every kind of event
   if (event == SerialControl::kEvLineLost) {
     log_.DropQueued();
     log_.Note("line lost");
@@ -168,11 +168,12 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
   }
   if (main_.mode == ModemMode::Closing) return;
   const bool dispatches = Dispatches();
-  // While the dispatcher is at work, which may wait, the bytes stay in the port until the next event. That is
-  // meant. A dialogue that was started from such a wait reads the buffer itself, and does get its bytes.
+  // While the dispatcher runs (it may wait), the bytes stay in the port until the next event. Intentional.
+  // A dialogue that starts during such a wait reads the buffer itself, in a mode that does not dispatch, and
+  // does get its bytes.
   if (dispatches ? commBusy_ : !received_.HasRoom()) return;
   const std::string text = comPort_.Input();
-  RecordOutput();  // an answer stands after what it answers
+  RecordOutput();  // first, so that an answer is recorded after its command
   log_.Received(text);
   received_.AppendRx(text);
   if (!dispatches || !processReceived) return;
@@ -181,10 +182,10 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
 }
 
 void TerminalLink::OnDataArrival() {
-  // The socket has no guard: events nest, and append in the order of their arrival.
+  // No guard against nested calls here: each call appends its bytes in the order of arrival.
   if (!received_.HasRoom() && !(LoginComplete() && Dispatches())) return;
   const std::string text = sock_.GetData();
-  RecordSocketOpen();  // what comes at once comes before the connection has been looked at
+  RecordSocketOpen();  // the first bytes can arrive before OpenSocket sees the connection
   log_.Received(text);
   if (LoginComplete() && main_.mode == ModemMode::Upgrade) {
     received_.AppendRxBytes(text);
@@ -200,8 +201,8 @@ bool TerminalLink::EnsureLinkOpen() {
     if (SocketReady() && LoginComplete()) return true;
     CloseLink();
     Pause(loop_, 0.05);
-    // The login of the session before is over: the first prompt can come before the next one begins, and with
-    // a mode that shows what is received it would go there.
+    // Reset the previous session's login now. The first prompt can arrive before the next login begins. If
+    // the login still counted as complete, a mode that shows received text would consume the prompt.
     login_.ResetLogin();
     return OpenSocket() && LanLogin();
   }
@@ -212,7 +213,7 @@ bool TerminalLink::EnsureLinkOpen() {
 
 void TerminalLink::OpenSerial() {
   if (comPort_.PortOpen()) return;
-  // A port that is not to be had is not reported: no answer will come, and that is told.
+  // A port that cannot be opened is not reported here. The caller reports the missing answer.
   if (comPort_.Open()) {
     log_.Opened("serial COM" + std::to_string(comPort_.CommPort()) + ' ' + comPort_.DeviceName() + ' ' +
                 comPort_.Settings());
@@ -229,7 +230,7 @@ bool TerminalLink::OpenSocket() {
       return true;
     }
     if (state == SocketControl::kClosed) {
-      // Not counted: a socket that falls back to closed at once is tried for ever. That is meant.
+      // Not counted: if the socket closes again immediately, this retries forever. Intentional.
       socketRecorded_ = false;
       const auto port = settings_.config.erbaccess.Get() ? kErbPort : ToInt32(settings_.config.lanport.Get());
       if (!sock_.Connect(settings_.config.lanaddress.Get(), port.value_or(0))) {
@@ -281,9 +282,9 @@ bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
   while (!login_.LoginFailed() && !login_.LoginComplete()) {
     Pause(loop_, 0.1);
     LoginStep();
-    if (overtaken()) return false;  // while it asked for the password
+    if (overtaken()) return false;  // a mode change during the password question
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - began).count();
-    // Exactly this second: a login that was held up past it has until the second limit.
+    // Only in exactly this second. A login that was delayed past it can continue until the 10 s limit below.
     if (elapsed == giveUpAt) {
       CloseLink();
       Pause(loop_, 0.2);
@@ -307,7 +308,7 @@ void TerminalLink::CloseLink() {
       Pause(loop_, 0.1);
       received_.DiscardRx();
       Pause(loop_, 0.1);
-      WriteText(kTransparentMode);  // without a line end at the end of a session; that is meant
+      WriteText(kTransparentMode);  // no line end at the end of a session; intentional
     } else if (settings_.config.erbaccess.Get()) {
       WriteText(kTransparentMode);
     }
@@ -317,7 +318,7 @@ void TerminalLink::CloseLink() {
     return;
   }
   LetOutputLeave();
-  DropOutput();  // before the handshaking ends, which may be what holds it
+  DropOutput();  // first, because switching off the handshaking could release held bytes
   comPort_.SetHandshaking(0);
   comPort_.DiscardInput();
   Pause(loop_, 0.05);
@@ -359,9 +360,9 @@ bool TerminalLink::EnterTagMode() {
   constexpr std::string_view kCommand = "AT+WQUILSTARTTMLB";
   const std::int32_t phase = settings_.config.mmiphase.Get();
   if (SendAndAwaitOk(kCommand)) return true;
-  // The second try is the same command; only the phase that is stored tells that it was needed.
+  // The second attempt sends the same command. Only the stored phase shows that it was needed.
   if (!SendAndAwaitOk(kCommand)) return false;
-  // Unsigned, as what stands in the settings file may be any number.
+  // Unsigned, because the settings file may contain any number and the subtraction must not overflow.
   settings_.config.mmiphase.Set(static_cast<std::int32_t>(3u - static_cast<std::uint32_t>(phase)));
   return true;
 }

@@ -13,17 +13,22 @@
 
 namespace corvex {
 
-/// The one duplex link to the modem, over a serial port or over TCP; the setting `lan` decides at each use.
+/// The program's only connection to the modem: a duplex link over a serial port or over TCP. The setting
+/// `lan` selects the route and is read at each use.
 ///
-/// What is received collects in the receive buffer, and in the modes that show it the dispatcher is called.
-/// What cannot be sent is dropped in silence, and the missing answer shows it: the links of these terminals
-/// come and go, and every dialogue above has its own rounds. All waits pump events, so that timers, menu
-/// commands and received bytes run inside them. Each can be given up (see EventLoop::Wait).
+/// Received bytes are appended to the receive buffer. In the modes that show them, `processReceived` is
+/// called.
+///
+/// Bytes that cannot be sent are dropped without an error, except by WriteBlock. The caller notices the
+/// missing answer: links to these terminals are often interrupted, and every dialogue has its own retries.
+///
+/// All waits pump events, so timers, menu commands and received bytes are handled during a wait. Every wait
+/// can be abandoned (see EventLoop::Wait).
 class TerminalLink {
  public:
-  /// How long the closing of the serial port waits for what was written to leave. That is 240 bytes at the
-  /// slowest speed, more than any line of a panel with the farewell after it, while a line held by its flow
-  /// control does not keep the user long.
+  /// How long CloseLink waits for the output of the serial port to leave. At the slowest speed this is enough
+  /// for 240 bytes, more than any line of a panel plus the commands that end a session. It is short enough
+  /// not to delay the user when flow control blocks the line.
   static constexpr EventLoop::Time kOutputTime = std::chrono::seconds(1);
 
   TerminalLink(const Platform& platform, SettingsStore& settings, ReceiveBuffer& received, MainState& main);
@@ -33,51 +38,54 @@ class TerminalLink {
 
   bool LinkIsLan() const { return settings_.config.lan.Get(); }
   bool LoginComplete() const { return login_.LoginComplete(); }
-  /// The login waits for the user, who is typing the password.
+  /// Returns whether the login is waiting for the user to type the password.
   bool AsksPassword() const { return login_.Asking(); }
 
   // Sending.
 
-  /// Sends a text over the socket if that is the route and it is connected, otherwise over the serial port if
-  /// that is open.
+  /// Sends a text over the socket if the LAN is selected and connected. Otherwise sends it over the serial
+  /// port if that is open.
   void WriteText(std::string_view text);
-  /// Sends one byte, over a socket only behind a complete login.
+  /// Sends one byte. If the LAN is selected, the byte is only sent after a complete login.
   void WriteByte(std::uint8_t byte);
-  /// Sends a block once the one before has left. The only send that tells of a failure.
+  /// Waits until earlier output has left, then sends a block. The only send function that reports an error:
+  /// it shows a message box if there is no open link.
   void WriteBlock(std::string_view bytes);
-  /// Waits, without limit of time, until the serial port has sent all; a socket is not waited for.
+  /// Waits, without a timeout, until the serial port has sent everything. Returns immediately for a socket.
   void DrainOutput();
-  /// Shakes the modem out of whatever it is doing: opens the link if need be, sends CAN, and waits 0.05 s.
+  /// Cancels whatever the modem is doing: opens the link if necessary, sends CAN and waits 0.05 s.
   void SendCancel();
-  /// Asks the modem to paint the screen anew.
+  /// Asks the modem to paint its screen again.
   void SendTagModeRequest();
 
   // Opening and closing.
 
-  /// True if the link can be written to. Cheap when it is up. A serial port that cannot be opened counts as
-  /// open, and the missing answer tells.
+  /// Opens the link and logs in, if necessary. Returns true if the link can be written to. Cheap when the
+  /// link is already open. Without an ERB login, a serial port that cannot be opened counts as open; the
+  /// caller notices the missing answer.
   bool EnsureLinkOpen();
-  /// Whether the last EnsureLinkOpen could not even begin to connect, for want of a usable address.
+  /// Returns whether the last EnsureLinkOpen could not start to connect because the address is unusable.
   bool OpenRefused() const { return openRefused_; }
-  /// What was written to the serial port before leaves first, within kOutputTime.
+  /// Closes the link. Waits up to kOutputTime for the output of the serial port to leave.
   void CloseLink();
-  /// Tells the ERB unit that the session with the present MUB ends.
+  /// Ends the session with the current MUB on the ERB unit.
   void LeaveMub();
-  /// The next opening logs in anew. Over a serial port nothing else asks for it: the ERB unit keeps its
-  /// session while the port is closed, and so does the login.
+  /// Makes the next EnsureLinkOpen log in again. Only needed for a serial port: the ERB unit keeps its
+  /// session while the port is closed, so the login normally stays complete.
   void ForgetLogin() { login_.ResetLogin(); }
-  /// The same once the link is closed: no modem has answered, and it may be the ERB unit that has begun anew.
+  /// Like ForgetLogin, but takes effect when the serial port is next closed. To be called when no modem
+  /// answers, as the ERB unit may have restarted.
   void DoubtLogin() { loginDoubted_ = true; }
 
   // Command and response.
 
-  /// Sends a command and waits for "OK" or a tag packet, 0.05 s a round for eight rounds, and sends it once
-  /// more in between. True if the modem answered; it is then asked to paint the screen.
+  /// Sends a command and waits for "OK" or a tag packet: up to eight rounds of 0.05 s, with one repeat of the
+  /// command after the third round. If the modem answers, asks it to paint its screen and returns true.
   bool SendAndAwaitOk(std::string_view command);
-  /// Asks for the tag stream.
+  /// Asks the modem to start the tag stream. Returns false if the modem does not answer.
   bool EnterTagMode();
 
-  /// Called after bytes came in, in the modes that dispatch them.
+  /// Called after bytes have been received, in the modes that dispatch them.
   std::function<void()> processReceived;
 
  private:
@@ -112,8 +120,8 @@ class TerminalLink {
   bool openRefused_ = false;
   bool loginDoubted_ = false;
   EventLoop::Time outputWait_{0};
-  EventLoop::TimerId outputTimer_ = 0;  // looks after output that is recorded when it has left
-  bool socketRecorded_ = true;          // the present connection, if there is one, stands in the recording
+  EventLoop::TimerId outputTimer_ = 0;  // polls for output that has left, to record it
+  bool socketRecorded_ = true;          // the current connection, if any, has been recorded
 };
 
 }  // namespace corvex

@@ -26,7 +26,7 @@ void LoadPortSettings(SerialControl& comPort, SettingsStore& settings) {
 
 void SavePortSettings(const SerialControl& comPort, SettingsStore& settings) {
   settings.port.settings.Set(comPort.Settings());
-  settings.port.flow.Set(comPort.Handshaking());  // 0 once a link has been closed; that is meant
+  settings.port.flow.Set(comPort.Handshaking());  // 0 after a link has been closed; intentional
   settings.port.com.Set(std::to_string(comPort.CommPort()));
 }
 
@@ -36,7 +36,7 @@ std::string ComDeviceName(const SettingsStore& settings, int number) {
 #if defined(_WIN32)
   return "COM" + std::to_string(number);
 #else
-  // Adapters come first, as hardly any computer of today has a port of its own.
+  // USB adapters have the lowest numbers, because few computers have a built-in serial port.
   struct Family {
     int first;
     const char* name;
@@ -74,7 +74,7 @@ ProbeWord ModemProbe::AskModel() {
     PauseShort(loop_);
     received_.TakeRxInto(answer);
     const std::string upper = UpperCase(answer);
-    // A modem that refuses the command has shown that the speed is right.
+    // Even a modem that rejects the command proves that the line speed is right.
     if (Contains(upper, "ERROR") || Contains(upper, "OK")) {
       state_.terminalModel = TerminalModelFromText(upper);
       main_.applicationTitle = TerminalModelTitle(state_.terminalModel, settings_.config.brand.Get());
@@ -86,7 +86,7 @@ ProbeWord ModemProbe::AskModel() {
     if (round == 3) {
       link_.SendCancel();
       Pause(loop_, 0.2);
-      link_.WriteText(kCommand);  // what has come so far is kept
+      link_.WriteText(kCommand);  // keeps the text received so far
     }
   }
   return word;
@@ -100,7 +100,7 @@ void ModemProbe::AskUpgrade() {
     received_.TakeRxInto(answer);
     const std::string upper = UpperCase(answer);
     if (Contains(upper, "ERROR")) continue;
-    // The longer word contains the shorter one, so it is looked for first.
+    // Check "PWDISALLOWED" first, because it contains "DISALLOWED".
     const UpgradeOffer offer = Contains(upper, "PWDISALLOWED") ? UpgradeOffer::NoPassword
                                : Contains(upper, "DISALLOWED") ? UpgradeOffer::Refused
                                : Contains(upper, "PROTOCOL")   ? UpgradeOffer::Allowed

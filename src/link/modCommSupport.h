@@ -14,43 +14,45 @@
 
 namespace corvex {
 
-/// Loads the serial parameters from the settings into the port. At the very first start they are port 1,
-/// "115200,n,8,1" and hardware handshaking, which are saved at once.
+/// Loads the serial parameters from the settings into the port. On the first start of the program, sets port
+/// 1, "115200,n,8,1" and hardware handshaking, and saves these.
 void LoadPortSettings(SerialControl& comPort, SettingsStore& settings);
 void SavePortSettings(const SerialControl& comPort, SettingsStore& settings);
 
-/// The device behind a COM number: the one that the settings name, or a likely one of this system.
+/// Returns the device for a COM number: the device named in the settings, otherwise the default of this
+/// system.
 std::string ComDeviceName(const SettingsStore& settings, int number);
 
-/// What a probe of the modem found.
+/// Result of probing for the modem.
 enum class ProbeWord {
   Ok,          ///< The modem answered.
-  None,        ///< Nothing came back, or the link could not be opened.
-  Busy,        ///< The link could not even begin to open.
-  CheckSpeed,  ///< Something came back, but neither OK nor ERROR: the line speed may be wrong.
+  None,        ///< Nothing was received, or the link could not be opened.
+  Busy,        ///< Opening the link could not even be started; see TerminalLink::OpenRefused.
+  CheckSpeed,  ///< Received text has neither OK nor ERROR. The line speed may be wrong.
 };
 
-/// What the modem says about a software upgrade.
+/// The modem's answer to the question whether its software can be upgraded.
 enum class UpgradeOffer {
-  Unknown,     ///< No answer, or none that can be understood.
-  Allowed,     ///< An upgrade can begin.
-  NoPassword,  ///< The modem can be upgraded, but not until a password has been given.
-  Refused,     ///< This modem cannot be upgraded in this way.
+  Unknown,     ///< No answer, or an unknown answer.
+  Allowed,     ///< An upgrade can start.
+  NoPassword,  ///< An upgrade requires a password first.
+  Refused,     ///< The modem does not allow an upgrade.
 };
 
-/// Finds out whether a modem is on the link, which one it is, and whether it allows a software upgrade.
+/// Detects whether a modem answers on the link, which model it is, and whether it allows a software upgrade.
 class ModemProbe {
  public:
   ModemProbe(EventLoop& loop, SessionState& state, MainState& main, TerminalLink& link,
              ReceiveBuffer& received, const SettingsStore& settings)
       : loop_(loop), state_(state), main_(main), link_(link), received_(received), settings_(settings) {}
 
-  /// Opens the link and probes. On Ok, `MainState::applicationTitle` names the terminal, and `named` and
-  /// `upgrade` have been called. The mode must be one that leaves received bytes to the caller.
+  /// Opens the link and probes for the modem. On Ok, `MainState::applicationTitle` names the terminal, and
+  /// `named` and `upgrade` have been raised. The current mode must not dispatch received bytes, because this
+  /// function reads them.
   ProbeWord DetectModem();
 
-  Event<> named;                ///< The terminal has been named; the question for upgrades follows.
-  Event<UpgradeOffer> upgrade;  ///< An answer has come, or none in time. Called several times.
+  Event<> named;                ///< The title names the terminal. The question about upgrades follows.
+  Event<UpgradeOffer> upgrade;  ///< An answer has arrived, or the time is over. Raised several times.
 
  private:
   ProbeWord AskModel();

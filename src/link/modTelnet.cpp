@@ -20,7 +20,7 @@ void TelnetLogin::LoginStep(std::string_view text) {
   loginBuffer_ += UpperCase(text);
   const unsigned login = login_;
   const auto& config = settings_.config;
-  // The order decides when several prompts have come in one piece.
+  // The order matters if several prompts have arrived together.
   if (Holds(config.promptusername.Get())) {
     state_ = LoginState::UserSent;
     loginBuffer_.clear();
@@ -35,7 +35,7 @@ void TelnetLogin::LoginStep(std::string_view text) {
   } else if (Holds("ALREADY IN USE")) {
     actions_.writeText("killall -9 modem\r\n");
     state_ = LoginState::Refused;
-    return;  // the buffer keeps its text; that is meant
+    return;  // without clearing the buffer; intentional
   } else if (Holds(config.prompttelnet.Get())) {
     state_ = LoginState::MubRequested;
     loginBuffer_.clear();
@@ -47,13 +47,13 @@ void TelnetLogin::LoginStep(std::string_view text) {
     loginBuffer_.clear();
     AskForPassword();
   } else if (Holds("<TML>")) {
-    // The modem is talking already.
+    // The modem is already sending tag packets.
     state_ = LoginState::Connected;
     loginBuffer_.clear();
     actions_.sendCancel();
   }
-  if (login != login_) return;  // another login has begun in a wait of this step; the line is its affair
-  // After a refused password this is the second CR LF; both are meant.
+  if (login != login_) return;  // another login began during this step and now owns the link
+  // After a rejected password this is the second CR LF. Both are intentional.
   if (state_ == LoginState::Idle && loginBuffer_.empty()) actions_.writeText(kCrLf);
   if (loginBuffer_.size() > kBufferBound) loginBuffer_.erase(0, loginBuffer_.size() - kBufferBound / 2);
 }
@@ -67,9 +67,9 @@ void TelnetLogin::AskForPassword() {
     typed = actions_.ask("Enter password for " + config.username.Get(),
                          "Telnet login Mub " + config.mubselect.Get());
   }
-  // An empty text is stored too; a user who typed nothing at all keeps what he has.
+  // An empty password is stored too. If the user cancels the question, the old password is kept.
   if (typed) config.password.Set(*typed);
-  if (login != login_) return;  // the next login uses it
+  if (login != login_) return;  // the new login uses the password
   actions_.writeText(kCrLf);
   state_ = LoginState::Idle;
 }

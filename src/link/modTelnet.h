@@ -9,9 +9,10 @@
 
 #include "settings/INIFuncs.h"
 
-// The login on the ERB unit that stands in front of the modems (MUBs): a login prompt, a password prompt, a
-// command prompt, and the command "modem" with a number, which connects the session through. There is no
-// option negotiation; all of it is plain text matching on prompts that the settings name.
+// The login on the ERB unit, which gives access to up to four modems (MUBs). The ERB unit shows a login
+// prompt, a password prompt and a command prompt. The command "modem" with a number then connects the session
+// to that modem. There is no Telnet option negotiation: received text is compared with the prompts in the
+// settings.
 
 namespace corvex {
 
@@ -21,21 +22,22 @@ enum class LoginState : std::int32_t {
   PasswordSent = 2,
   MubRequested = 3,  ///< The command that connects to the MUB has been sent.
   Connected = 4,     ///< The link is ready for the modem's own traffic.
-  Refused = 5,       ///< The login cannot go on.
+  Refused = 5,       ///< The login has failed.
 };
 
-/// The prompt-driven state machine of the login. It is fed with whatever arrives.
+/// State machine of the login, driven by received text.
 class TelnetLogin {
  public:
-  /// What it does to the link and asks of the user.
+  /// The operations on the link, and the question to the user.
   struct Actions {
     std::function<void(std::string_view)> writeText;
-    std::function<void(std::string_view)> writePassword;  ///< The same for the line with the password.
+    std::function<void(std::string_view)> writePassword;  ///< Sends the password and CR LF.
     std::function<void()> sendCancel;
     std::function<std::optional<std::string>(std::string_view prompt, std::string_view title)> ask;
   };
 
-  /// More than this of text without any prompt in it is cut from its front.
+  /// Maximum size of received text without a prompt, in bytes. When it gets longer, its oldest part is
+  /// dropped.
   static constexpr std::size_t kBufferBound = 65536;
 
   TelnetLogin(SettingsStore& settings, Actions actions) : settings_(settings), actions_(std::move(actions)) {}
@@ -44,12 +46,12 @@ class TelnetLogin {
   bool LoginComplete() const { return state_ == LoginState::Connected; }
   bool LoginFailed() const { return state_ == LoginState::Refused; }
   LoginState state() const { return state_; }
-  /// The user is being asked for the password.
+  /// Returns whether the user is being asked for the password.
   bool Asking() const { return asking_; }
-  /// The route needs no login, or it is over.
+  /// Marks the login as complete. Used for a route that needs no login.
   void SetConnected() { state_ = LoginState::Connected; }
 
-  /// Takes what has arrived; an empty text does nothing at all.
+  /// Processes received text and sends the answer. An empty text has no effect.
   void LoginStep(std::string_view text);
 
  private:
@@ -59,9 +61,9 @@ class TelnetLogin {
   SettingsStore& settings_;
   Actions actions_;
   LoginState state_ = LoginState::Idle;
-  unsigned login_ = 0;  // counts the logins that have begun
+  unsigned login_ = 0;  // number of ResetLogin calls, to detect a new login
   bool asking_ = false;
-  std::string loginBuffer_;  // upper case; everything since the last match
+  std::string loginBuffer_;  // received text since the last match, in upper case
 };
 
 }  // namespace corvex

@@ -6,22 +6,22 @@
 
 namespace corvex {
 
-/// What the main window knows of itself and others read.
+/// State of the main window that other parts of the program read.
 struct MainState {
   ModemMode mode = ModemMode::AwaitIntro;
   bool tagSession = false;  ///< The modem's menus have been entered since the program was last offline.
-  bool rxSeen = false;      ///< The modem has given a sign of life since the watchdog last looked.
-  bool rowsFrozen = false;  ///< Rows are not repainted: a click walks the modem's cursor.
-  bool screenHold = false;  ///< Neither rows nor choice lists are shown: the tool walks the modem's cursor.
-  bool leaving = false;     ///< The session is being left: what the modem still says is not shown.
-  bool logTaken = false;    ///< A periodic log is being taken.
-  int ownBoxes = 0;         ///< Open message boxes that the print jobs of logs have caused.
-  std::string applicationTitle;  ///< Names the terminal once it has been detected.
-  std::string statusNumber;      ///< From the modem's status table, as the last test log has found it.
-  unsigned passage = 0;          ///< Counts the passages between modes that have begun; see Overtaken.
+  bool rxSeen = false;      ///< The modem has shown activity since the watchdog's last check.
+  bool rowsFrozen = false;  ///< Rows are not repainted: a click on a row is moving the modem's cursor.
+  bool screenHold = false;  ///< Rows and choice lists are not shown: the program moves the cursor.
+  bool leaving = false;     ///< The session is being closed: further output of the modem is not shown.
+  bool logTaken = false;    ///< A periodic log is in progress.
+  int ownBoxes = 0;         ///< Number of open message boxes that were caused by print jobs of periodic logs.
+  std::string applicationTitle;  ///< Contains the terminal's name once it has been detected.
+  std::string statusNumber;      ///< Read from the modem's status table by the last test log.
+  unsigned passage = 0;          ///< Number of mode changes begun so far; see Overtaken.
 };
 
-/// Whether a dialogue with the modem is going on that a byte of the user's would disturb.
+/// Returns whether a dialogue with the modem is in progress that user input would disturb.
 inline bool LinkTaken(const MainState& main) {
   if (main.leaving) return true;
   switch (main.mode) {
@@ -35,8 +35,8 @@ inline bool LinkTaken(const MainState& main) {
   }
 }
 
-/// Whether another passage between modes has begun since this was made. A wait that it overtakes is given up
-/// (see EventLoop::Wait); to be asked after a question to the user, which is not.
+/// Reports whether a mode change has begun since this object was created. A new mode change ends a pending
+/// EventLoop::Wait by itself, but not a question to the user. Use this class after such a question.
 class Overtaken {
  public:
   explicit Overtaken(const MainState& main) : main_(main), passage_(main.passage) {}
@@ -47,7 +47,8 @@ class Overtaken {
   unsigned passage_;
 };
 
-/// The main window's caption: the program's title and, if `mubInfo` is not empty, that text behind a blank.
+/// Returns the main window's caption: the program's title, followed by a space and `mubInfo` if `mubInfo` is
+/// not empty.
 inline std::string WindowCaption(const MainState& main, const std::string& mubInfo) {
   return mubInfo.empty() ? main.applicationTitle : main.applicationTitle + ' ' + mubInfo;
 }

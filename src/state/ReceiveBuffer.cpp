@@ -11,7 +11,7 @@ std::string ReceiveBuffer::TakeRx() {
 void ReceiveBuffer::TakeRxInto(std::string& text) {
   const std::size_t before = Held();
   if (text.empty() && read_ == 0) {
-    text.swap(text_);  // the two keep each other's storage, so that a steady stream allocates nothing
+    text.swap(text_);  // reuses both allocations, so a steady stream allocates no memory
   } else {
     text.append(text_.data() + read_, before);
     text_.clear();
@@ -30,7 +30,7 @@ std::uint8_t ReceiveBuffer::ReadByte() {
 }
 
 void ReceiveBuffer::DropRead() {
-  // What waits has to be moved to the front then, which is put off until it is no more than what goes.
+  // erase() moves the remaining bytes to the front. Wait until at least half of the bytes have been read.
   if (read_ < Held()) return;
   text_.erase(0, read_);
   read_ = 0;

@@ -10,34 +10,35 @@
 
 namespace corvex {
 
-/// Where the link and those who wait for the modem meet: received bytes, one character each, appended by the
-/// receive events and taken from the front.
+/// Queue of received bytes between the link and the code that waits for the modem. Receive events append
+/// bytes, one character each; readers take them from the front.
 ///
-/// It is bounded: a receive event that dispatches nothing leaves its bytes in the transport while HasRoom is
-/// false, and `onRoom` is called when they can be fetched. So no byte is lost, and it holds kCapacity and two
-/// events' bytes at the most.
+/// The size is bounded. While HasRoom returns false, a receive event that does not dispatch its bytes leaves
+/// them in the transport. `onRoom` is called when they can be fetched. No byte is lost, and the buffer never
+/// holds more than kCapacity plus the bytes of two events.
 class ReceiveBuffer {
  public:
-  static constexpr std::size_t kCapacity = 16u << 20;
+  static constexpr std::size_t kCapacity = 16u << 20;  ///< Bytes.
 
   explicit ReceiveBuffer(EventLoop& loop) : loop_(loop) {}
 
   void ClearRx() { TakeRx(); }
   void AppendRx(std::string_view text) { text_.append(text); }
   void AppendRxBytes(std::string_view bytes) { AppendRx(bytes); }
-  /// The whole buffer, which is empty afterwards.
+  /// Removes and returns the whole content.
   std::string TakeRx();
-  /// Moves the whole buffer to the end of `text`.
+  /// Removes the whole content and appends it to `text`.
   void TakeRxInto(std::string& text);
   void DiscardRx() { TakeRx(); }
   bool RxAvailable() const { return Held() > 0; }
   bool HasRoom() const { return Held() < kCapacity; }
 
-  /// Takes the first byte, and waits for it without any limit of time; a silent modem leaves it waiting for
-  /// ever, so that callers see to their own way out. That is meant. Another passage between modes ends the
-  /// wait.
+  /// Removes and returns the first byte. Waits for a byte if the buffer is empty. There is
+  /// intentionally no timeout: callers must handle a silent modem themselves. A mode change ends the wait
+  /// (see EventLoop::Wait).
   std::uint8_t ReadByte();
 
+  /// Called when a full buffer has room again.
   std::function<void()> onRoom;
 
  private:
@@ -46,8 +47,8 @@ class ReceiveBuffer {
   void TellRoom(std::size_t before);
 
   EventLoop& loop_;
-  std::string text_;      ///< What has been received, and
-  std::size_t read_ = 0;  ///< how much of its front ReadByte has taken: never more than what is left.
+  std::string text_;      ///< Received bytes.
+  std::size_t read_ = 0;  ///< Bytes at the front that ReadByte has taken. At most half of `text_`.
 };
 
 }  // namespace corvex

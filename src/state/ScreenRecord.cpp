@@ -3,11 +3,11 @@
 namespace corvex {
 
 void ClearScreenRecord(ScreenRecord& record) {
-  // The items behind the last one are still as they were made.
+  // The items from `count` on still have their default values.
   for (int i = 0; i < record.count; ++i) {
     ScreenRecord::Item& item = record.items[static_cast<std::size_t>(i)];
     item.id = 0;
-    item.text.clear();  // keeps its storage: lists come often
+    item.text.clear();  // keeps its allocation, as lists arrive often
     item.icon = 10;
   }
   record.title.clear();

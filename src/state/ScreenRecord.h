@@ -6,7 +6,7 @@
 
 namespace corvex {
 
-/// One menu or choice list as the modem sent it.
+/// A menu or choice list as sent by the modem.
 struct ScreenRecord {
   static constexpr int kMaxItems = 40;
 
@@ -18,16 +18,16 @@ struct ScreenRecord {
   };
 
   std::string title;
-  bool numericTitle = false;          ///< The title begins with a digit, as those below the main menu do.
-  std::array<Item, kMaxItems> items;  ///< Those from `count` on are as they were made.
-  std::int32_t current = 0;           ///< The id of the item that the modem's cursor stands on.
+  bool numericTitle = false;          ///< The title begins with a digit, as in all submenus.
+  std::array<Item, kMaxItems> items;  ///< Items from `count` on have default values.
+  std::int32_t current = 0;           ///< The id of the item under the modem's cursor.
   std::int16_t count = 0;
   friend bool operator==(const ScreenRecord&, const ScreenRecord&) = default;
 };
 
 void ClearScreenRecord(ScreenRecord& record);
 
-/// Place from 0 of the item whose id is `current`; 0 if there is none.
+/// Returns the index, from 0, of the item whose id is `current`, or 0 if there is no such item.
 int ChoiceIndexOfCurrent(const ScreenRecord& record);
 
 }  // namespace corvex

@@ -20,13 +20,14 @@ enum class ScreenKind : std::int32_t {
   TableScreen = 7,
 };
 
-/// What has changed since the flags were last served. Set by the tag stream, cleared by the dispatcher.
+/// What has changed since the flags were last handled. The decoders of the modem's stream set the flags; the
+/// dispatcher handles and clears them.
 struct ChangeFlags {
   bool timeChanged = false;
   bool softKeysChanged = false;
   bool rowsChanged = false;
   bool sigChanged = false;
-  bool battChanged = false;  ///< Set and never served.
+  bool battChanged = false;  ///< Set, but never handled.
   bool msgChanged = false;
   bool choiceChanged = false;
   bool menuChanged = false;
@@ -56,9 +57,9 @@ struct ChangeFlags {
   friend bool operator==(const ChangeFlags&, const ChangeFlags&) = default;
 };
 
-/// What the modem has told of itself, as plain values: bytes act on it, and the window is painted from it.
+/// What the modem has reported, as plain values. Received bytes change it, and the window is painted from it.
 struct SessionState : ChangeFlags {
-  static constexpr int kRows = 10;     ///< Rows of the modem's screen; 2 to 8 are shown.
+  static constexpr int kRows = 10;     ///< Rows of the modem's screen. Rows 2 to 8 are shown.
   static constexpr int kColumns = 40;  ///< Column 1 is never shown and never written.
   static constexpr int kFirstShownRow = 2;
   static constexpr int kShownRows = 7;
@@ -78,30 +79,31 @@ struct SessionState : ChangeFlags {
   std::string tempText;
   std::string psuTempText;
   std::int16_t toneValue = 0;
-  std::string battLevelText;  // the battery's fields are stored and never shown
+  std::string battLevelText;  // The battery fields are stored, but never shown.
   std::string battStatusText;
   std::int16_t battFlags = 0;
   std::string msgText;
   std::string printText;  ///< All lines of the current print job.
-  std::string printLine;  ///< The lines of it not yet handed over.
+  std::string printLine;  ///< Lines of the current print job that have not been handed over yet.
 
-  // The screen.
+  // Screen.
   ScreenKind screenKind = ScreenKind::NoScreen;
   ScreenKind prevScreenKind = ScreenKind::NoScreen;
-  bool paintHold = false;  ///< The modem is drawing a new screen; nothing of it is shown yet.
-  bool paintHoldDefault = true;
+  bool paintHold = false;        ///< The modem is drawing a new screen, which is not shown yet.
+  bool paintHoldDefault = true;  ///< Value that `paintHold` gets when a new screen begins.
   ScreenRecord menuScreen;
   ScreenRecord choiceScreen;
-  std::array<std::string, kRows> screenRows;  ///< Row 1 is element 0; the first character is column 1.
-  std::array<bool, kRows> rowClean{};         ///< False: the row is to be painted.
+  std::array<std::string, kRows> screenRows;  ///< Row 1 is element 0. A row's first character is column 1.
+  std::array<bool, kRows> rowClean{};         ///< False if the row must be painted.
   std::uint8_t cursorCol = 1;
   std::uint8_t cursorRow = 1;
   std::array<std::string, kSoftKeys> softKeyText;
   std::array<std::int16_t, kSoftKeys> softKeyCode{};
   std::string mailText = "Mail";
-  std::string menuMailText;  ///< What it was when the menu came.
-  bool keysAfterMenu =
-      false;  ///< The menu that is to be shown has taken the keys away, and new ones have come.
+  std::string menuMailText;  ///< Value of `mailText` when the menu arrived.
+  /// Soft keys have arrived after a menu that is still to be shown. The keys from before that menu are
+  /// already cleared.
+  bool keysAfterMenu = false;
 
   TerminalModel terminalModel = TerminalModel::Unknown;
   bool traceEnabled = false;    ///< The master trace window is open.

@@ -8,7 +8,7 @@
 namespace corvex {
 
 TerminalModel TerminalModelFromText(std::string_view reply) {
-  // In this order: a reply with two part numbers goes by the first of these.
+  // The order matters: if a reply contains two part numbers, the first one in this table wins.
   static constexpr std::array<std::pair<std::string_view, TerminalModel>, 6> kPartNumbers{{
       {"7700413", TerminalModel::Albatross},
       {"204417", TerminalModel::Heron},

@@ -9,7 +9,7 @@ namespace corvex {
 enum class TerminalModel : std::int32_t {
   Heron = 0,
   Lark = 1,
-  LarkB = 2,  ///< Has a title but no reply selects it; kept on purpose.
+  LarkB = 2,  ///< Has a title, but no reply selects it. Intentional.
   Wren = 3,
   Albatross = 4,
   Petrel = 5,
@@ -17,10 +17,10 @@ enum class TerminalModel : std::int32_t {
   Unknown = 7,
 };
 
-/// The model that a modem's reply to "at+gmm" names by its part number, Unknown if none.
+/// Returns the model whose part number occurs in the modem's reply to "at+gmm", or Unknown.
 TerminalModel TerminalModelFromText(std::string_view reply);
 
-/// The title of the program's window with such a terminal, beginning with the brand for some of them.
+/// Returns the main window's title for a terminal model. For some models it begins with the brand.
 std::string TerminalModelTitle(TerminalModel model, std::string_view brand);
 
 }  // namespace corvex

@@ -11,15 +11,16 @@ namespace corvex {
 
 namespace {
 
-/// A trace record's introducer has its length in it, in four digits.
+/// The introducer of a trace record includes the record's length as four digits.
 constexpr std::size_t kLengthDigits = 4;
 constexpr std::size_t kTraceIntroducer = kTraceStart.size() + kLengthDigits;
-/// The record is passed over as if absent until this much of it stands in the text.
+/// A trace record is ignored until at least this many of its characters have arrived.
 constexpr std::size_t kTraceSeen = kTraceIntroducer + 3;
 constexpr std::int16_t kMinTraceLength = 3;
 constexpr std::int16_t kMaxTraceLength = 200;
 
-/// The length field of the trace record that a text begins with; one out of bounds stands for the least.
+/// Returns the length field of the trace record at the start of a text. An invalid length, or one out of
+/// bounds, counts as kMinTraceLength.
 std::int16_t TraceLength(std::string_view record) {
   const auto length = PrefixInt16(record.substr(kTraceStart.size(), kLengthDigits));
   return length && *length >= kMinTraceLength && *length <= kMaxTraceLength ? *length : kMinTraceLength;
@@ -75,8 +76,8 @@ void WordSearch::Shift(std::size_t count) {
 }
 
 ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
-  // A tag at the very start wins at once; then each later kind must stand strictly before what has been
-  // found.
+  // Search in the order tag, escape sequence, trace record. Each kind must begin before the item found so
+  // far. A tag at the very start ends the search.
   ScanItem item;
   std::size_t place = from + static_cast<std::size_t>(item.pos) - 1;
   std::size_t introducer = 0;
@@ -87,7 +88,8 @@ ScanItem ItemSearch::Next(std::string_view text, std::size_t from) {
     place = tag;
     introducer = kPacketStart.size();
   }
-  // The search for a trace record goes on to here however near an escape stands, so that it goes there once.
+  // Always search for trace records up to here, even if an escape comes first. One long search is faster
+  // than many short ones.
   const std::size_t end = place;
   const std::size_t escape = place > from ? escape_.Find(text, from, place) : WordSearch::npos;
   if (escape != WordSearch::npos) {

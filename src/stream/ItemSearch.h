@@ -5,16 +5,17 @@
 #include <cstring>
 #include <string_view>
 
-// Finding the items in the modem's stream. Three kinds of item are interleaved in it, each with its
-// introducer, in any case of letters; what stands between them is plain text:
+// Finds the items in the modem's stream. The stream mixes three kinds of item with plain text. Each item
+// begins with an introducer, which is not case-sensitive:
 //
 //   <tml> ... </tml>        a tag packet
 //   ESC ...                 an escape sequence
-//   <Trace> LLLL ...        a trace record with its length
+//   <Trace> LLLL ...        a trace record; LLLL is its length
 
 namespace corvex {
 
-/// Positions in the modem's texts are 16 bits wide: no item begins and no packet ends behind this one.
+/// Positions in the modem's text are signed 16-bit numbers. No item begins and no packet ends after this
+/// position.
 inline constexpr std::size_t kLastPosition = 32767;
 
 inline constexpr std::string_view kPacketStart = "<tml>";
@@ -26,27 +27,28 @@ enum class ScanKind : std::int32_t { None = 0, TraceItem = 1, TagItem = 2, Escap
 /// The next item in a text. Positions count from 1.
 struct ScanItem {
   ScanKind kind = ScanKind::None;
-  std::int16_t pos = 5000;       ///< Its first character; an escape or trace record is only seen before 5000
-                                 ///< unless a tag stands behind it.
-  std::int32_t after = 0;        ///< The first character behind its introducer.
+  std::int16_t pos = 5000;  ///< First character of the item. Without a tag in the text, an escape or trace
+                            ///< record is only found before position 5000.
+  std::int32_t after = 0;   ///< First character after the introducer.
   std::int16_t traceLength = 0;  ///< Trace records only.
   friend bool operator==(const ScanItem&, const ScanItem&) = default;
 };
 
+/// Returns the first item in a text; its kind is None if there is no item.
 ScanItem FindNextItem(std::string_view text);
 
-/// The search for one word, without regard to case, in a text that grows at its end and is used up from its
-/// start. It goes on where it left off, so that no part of the text is searched twice.
+/// Case-insensitive search for one word in a text that grows at its end and is consumed from its start. Each
+/// call continues where the last one stopped, so that no part of the text is searched twice.
 class WordSearch {
  public:
   static constexpr std::size_t npos = std::string_view::npos;
 
-  /// A word of at most eight characters. `rare` is the place of one that has no case and is seldom met: what
-  /// is looked for.
+  /// `word` has at most eight characters. `rare` is the index of a character in it that has no upper or lower
+  /// case and is rare in the text; the search looks for this character first.
   explicit WordSearch(std::string_view word, std::size_t rare = 0);
 
-  /// Offset of the first occurrence that begins at or behind `from` and before `end`; npos if there is none.
-  /// `from` must not fall from call to call.
+  /// Returns the offset of the first occurrence that begins at or after `from` and before `end`, or npos.
+  /// `from` must not be less than in the previous call, unless Shift was called in between.
   std::size_t Find(std::string_view text, std::size_t from, std::size_t end) {
     if (reached_ < from) {
       reached_ = from;
@@ -59,43 +61,45 @@ class WordSearch {
     return found_ && reached_ < end ? reached_ : npos;
   }
 
-  /// The first `count` characters of the text have been taken off.
+  /// Adjusts the state after the first `count` characters of the text have been removed.
   void Shift(std::size_t count);
 
  private:
-  /// Eight characters as one number, so that a word is compared in one go.
+  /// Eight characters as one number, so that a word is compared in one operation.
   using Eight = std::uint64_t;
 
-  /// Searches behind `reached_`, where the word has been found not to stand though there is room for it.
+  /// Continues the search after `reached_`. The word must not be at `reached_`, and `text` must have room for
+  /// the word there.
   void GoOn(std::string_view text, std::size_t end);
-  /// Whether a text that has room for the word begins with it.
+  /// Returns whether `text` begins with the word. `text` must not be shorter than the word.
   bool StandsAt(std::string_view text) const {
     if (text.size() < sizeof(Eight)) return StandsAtEnd(text);
     Eight here = 0;
     std::memcpy(&here, text.data(), sizeof here);
     return IsWord(here);
   }
+  /// The same for a text shorter than eight characters.
   bool StandsAtEnd(std::string_view text) const;
   bool IsWord(Eight here) const { return ((here & width_) | fold_) == word_; }
 
   std::size_t length_;
   std::size_t rare_;
   char rareCharacter_;
-  Eight word_;   ///< In lower case, zero behind its end.
-  Eight fold_;   ///< What makes its letters lower case.
-  Eight width_;  ///< The characters that it has.
+  Eight word_;   ///< The word in lower case, padded with zeros.
+  Eight fold_;   ///< The bits that change its letters to lower case.
+  Eight width_;  ///< 0xFF for each character of the word.
 
-  std::size_t reached_ = 0;  ///< The word begins nowhere between the last `from` and here.
-  bool found_ = false;       ///< It begins here.
+  std::size_t reached_ = 0;  ///< The word does not begin between the last `from` and this offset.
+  bool found_ = false;       ///< The word begins at `reached_`.
 };
 
-/// FindNextItem for a text that grows: the searches for the introducers go on where they left off.
+/// FindNextItem for a text that grows. The searches for the introducers continue where they stopped.
 class ItemSearch {
  public:
-  /// The next item in what stands from the offset `from` on; its positions count from there.
+  /// Returns the next item at or after the offset `from`. Positions in the result count from there, from 1.
   ScanItem Next(std::string_view text, std::size_t from);
 
-  /// The first `count` characters of the text have been taken off.
+  /// Adjusts the state after the first `count` characters of the text have been removed.
   void Shift(std::size_t count);
 
  private:

@@ -6,7 +6,8 @@ namespace corvex {
 
 namespace {
 
-/// Takes `text` up to the next `mark`, which goes with it; false if there is none.
+/// Moves the part of `rest` before the next `mark` to `text` and drops the mark. Returns false if there is no
+/// mark.
 bool TakeUpTo(std::string_view& rest, char mark, std::string_view& text) {
   const std::size_t end = rest.find(mark);
   if (end == std::string_view::npos) return false;
@@ -35,7 +36,7 @@ void ParseScreenRecord(std::string_view packet, ScreenRecord& record) {
     if (!TakeUpTo(rest, '>', word)) return;
     if (EqualNoCase(word, "INDEXLINE")) break;
     if (record.count == ScreenRecord::kMaxItems) return;
-    // An item counts from its tag on: one that breaks off there stands in the list without its text.
+    // An item counts as soon as its tag is complete. If the packet ends there, the item has no text.
     ScreenRecord::Item& item = record.items[static_cast<std::size_t>(record.count++)];
     const auto id = PrefixInt32(word);
     if (!id) return;

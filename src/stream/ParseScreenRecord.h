@@ -6,11 +6,12 @@
 
 namespace corvex {
 
-/// Reads the list record in a tag packet:
+/// Parses the list record in a tag packet:
 ///
 ///   Title> title <id> item text <id> item text ... <INDEXLINE> current <
 ///
-/// A packet that breaks off leaves what was read up to there.
+/// If the packet is incomplete, `record` has everything that was read before the end. The number of items is
+/// limited to ScreenRecord::kMaxItems; parsing stops there.
 void ParseScreenRecord(std::string_view packet, ScreenRecord& record);
 
 }  // namespace corvex

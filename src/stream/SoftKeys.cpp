@@ -21,14 +21,14 @@ void StoreText(std::string_view field, std::string& text) {
   std::replace(text.begin(), text.end(), kBlankOnWire, ' ');
 }
 
-/// A number ends at a blank, so that only the blanks before it matter.
+/// Reads a code. Only leading blanks are removed; a number ends before the first trailing blank.
 std::optional<std::int16_t> Code(std::string_view field) {
   while (!field.empty() && field.front() == kBlankOnWire) field.remove_prefix(1);
   return PrefixInt16(field);
 }
 
-/// Stores the eight fields in their order; false where they end early or a code is no 16-bit number. An empty
-/// code is 0, as keys without a text have it.
+/// Stores the eight fields in order. Stops and returns false if a field is missing or a code is not a 16-bit
+/// number. An empty code is 0; keys without a text have one.
 bool StoreFields(std::string_view line, SessionState& state) {
   Fields fields(line, '|');
   for (std::size_t k = 0; k < state.softKeyText.size(); ++k) {

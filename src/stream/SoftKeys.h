@@ -6,13 +6,16 @@
 
 namespace corvex {
 
-/// Takes over a soft key line: four pairs of text and image number, separated by "|", 127 standing for a
-/// blank. A line with a mail key (code 1) or one that is not to be shown (code 11) is stored without
-/// `softKeysChanged`; so is one that breaks off, as far as it goes. A line with the character 196 is not for
-/// this program.
+/// Stores the soft keys of a packet in `state`: four pairs of text and image number, all separated by "|".
+/// The byte 127 represents a blank.
+///
+/// A complete line sets `softKeysChanged`. A line with a mail key (code 1) or a hidden key (code 11) is
+/// stored with `softKeysChanged` cleared. An incomplete line is stored up to the first bad field, also with
+/// the flag cleared. A line that contains the byte 196 is not meant for this program and changes nothing.
 void ParseSoftKeys(std::string_view packet, SessionState& state);
 
-/// Puts "&" before the letter of each key's text that is to work with Alt; later keys choose first.
+/// Inserts "&" in each key's text before the letter that selects the key together with Alt. The last key gets
+/// its letter first. Stops at a key whose text is `mailText`.
 void AssignHotKeys(SessionState& state);
 
 }  // namespace corvex

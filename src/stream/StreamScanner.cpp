@@ -4,7 +4,7 @@
 
 namespace corvex {
 
-/// The time in which the scanner is busy, however it ends.
+/// Marks the scanner as busy for one scan. The destructor removes what was consumed, even after an exception.
 class StreamScanner::Turn {
  public:
   explicit Turn(StreamScanner& scanner) : scanner_(scanner), busy_(scanner.scanBusy_) {}
@@ -47,7 +47,7 @@ bool StreamScanner::TakeIdle() {
   if (text.empty()) return false;
   const ScanItem item = items_.Next(pending_, cursor_);
   if (item.kind == ScanKind::None) {
-    // A tag that begins at the last position shows itself only once it stands there whole.
+    // A tag that begins at kLastPosition can only be found once its introducer is complete.
     if (text.size() < kLastPosition - 1 + kPacketStart.size()) return false;
     cursor_ += kLastPosition;
     return true;
@@ -56,7 +56,7 @@ bool StreamScanner::TakeIdle() {
   afterTrace_ = item.kind == ScanKind::TraceItem;
   traceLength_ = item.traceLength;
   scanState_ = static_cast<ScanState>(item.kind);
-  // A packet is handed on whole, the others without their introducer.
+  // A tag packet is passed on with its introducer, other items without it.
   cursor_ += static_cast<std::size_t>(item.kind == ScanKind::TagItem ? item.pos : item.after) - 1;
   if (shown && item.pos > 1) grid_.WriteScreenText(text.substr(0, static_cast<std::size_t>(item.pos) - 1));
   return true;
@@ -87,7 +87,8 @@ bool StreamScanner::TakeEscape() {
 }
 
 bool StreamScanner::TakeTrace() {
-  // The record's length counts all but the first of its characters; its last two are a line end of its own.
+  // The length counts every character of the record except the first. The last two are a line end and are
+  // not passed on.
   const auto length = static_cast<std::size_t>(traceLength_);
   const std::string_view text = Rest();
   if (text.size() <= length) return false;
@@ -98,7 +99,7 @@ bool StreamScanner::TakeTrace() {
 }
 
 void StreamScanner::DropTaken() {
-  // What waits has to be moved to the front then, which is put off until it is worth while.
+  // erase() moves the remaining text to the front. Wait until enough has been consumed to justify that.
   constexpr std::size_t kWorthWhile = 4096;
   if (cursor_ < kWorthWhile && cursor_ < pending_.size()) return;
   pending_.erase(0, cursor_);

@@ -13,38 +13,39 @@
 
 namespace corvex {
 
-/// Takes the modem's stream apart: tag packets, escape sequences with plain text between them, and trace
-/// records, cut in pieces anywhere.
+/// Splits the modem's stream into tag packets, escape sequences, trace records and plain text. The stream may
+/// arrive in pieces, cut at any place.
 ///
-/// Plain text is held back until an item stands behind it, and thrown away if that follows a trace record. An
-/// item whose end does not come is waited for without any limit of time; what is held is bounded all the
-/// same, as positions are: text in which no item begins, and a packet that does not end, go once they fill
-/// kLastPosition characters. So no more than these and the next introducer are ever held between events.
+/// Plain text is held until an item follows. It is discarded if the item before it was a trace record.
+///
+/// There is no timeout for an incomplete item, but the amount of held text is bounded: text without an item,
+/// or a packet without an end, is discarded once it reaches kLastPosition characters. Between events the
+/// scanner therefore never holds more than kLastPosition characters plus an introducer.
 class StreamScanner {
  public:
-  /// Within which item the stream stands: the numbers of its kind.
+  /// The item that is being read. The values are those of ScanKind.
   enum class ScanState : std::int32_t { Idle = 0, Trace = 1, Tag = 2, Escape = 3 };
 
   StreamScanner(ReceiveBuffer& received, const SessionState& state, TagStream& tags, TextGrid& grid);
 
-  /// Takes what has been received and hands on every item that is complete. A call from within one of the
-  /// decoders returns at once; its bytes are taken by the next call. An item counts as taken before it is
-  /// handed on, so that a decoder that throws leaves the scanner behind it.
+  /// Takes all received bytes and passes each complete item to its decoder. A call from within a decoder
+  /// returns immediately; the next call takes the bytes. An item is consumed before it is passed on. If the
+  /// decoder throws, scanning continues after the item.
   void ScanStream();
 
   ScanState scanState() const { return scanState_; }
 
-  /// How many characters wait for the rest of their item.
+  /// Returns the number of characters that wait for the rest of their item.
   std::size_t held() const { return pending_.size() - cursor_; }
 
-  /// Takes the text of trace records while the master trace window is open.
+  /// Called with the text of each trace record while the master trace window is open.
   std::function<void(std::string_view)> masterTrace;
 
  private:
   class Turn;
 
-  // Each is false if it needs more text: an item with the text before it, the text before the next item and
-  // its introducer, the rest of each kind of item.
+  // Each function returns false if it needs more text. TakeStep reads an item and the plain text before it.
+  // TakeIdle reads the plain text and the introducer; the others read the rest of their kind of item.
   bool TakeStep();
   bool TakeIdle();
   bool TakeTrace();
@@ -61,11 +62,11 @@ class StreamScanner {
 
   ScanState scanState_ = ScanState::Idle;
   bool scanBusy_ = false;
-  bool afterTrace_ = false;  ///< Plain text is thrown away: a trace record was the last item.
+  bool afterTrace_ = false;  ///< The last item was a trace record: plain text is discarded.
   std::int16_t traceLength_ = 0;
 
-  std::string pending_;     ///< What is being taken apart, and
-  std::size_t cursor_ = 0;  ///< how much of it has been.
+  std::string pending_;     ///< The text being scanned.
+  std::size_t cursor_ = 0;  ///< Number of its characters that are consumed.
   ItemSearch items_;
   WordSearch packetEnd_{kPacketEnd, 1};
 };

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint8_t kLastShownRow = SessionState::kFirstShownRow + SessionState::kShownRows - 1;
 
-/// The cursor stays where it is if a text would take it here or beyond.
+/// The cursor does not move if a text would move it to this column or beyond.
 constexpr std::size_t kCursorLimit = 60;
 
 std::optional<std::uint8_t> ToByte(std::string_view text) {
@@ -23,7 +23,8 @@ std::optional<std::uint8_t> ToByte(std::string_view text) {
   return static_cast<std::uint8_t>(*number);
 }
 
-/// What every known sequence ends in; the digits before it, which are most of a sequence, need not be tried.
+/// Returns whether a known sequence can end in `c`. Avoids decoding attempts at digits, which are most of
+/// the characters in a sequence.
 bool IsFinal(char c) {
   return c >= 'A' && c != '[';
 }
@@ -35,7 +36,7 @@ TextGrid::TextGrid(SessionState& state) : state_(state) {
 }
 
 std::int16_t TextGrid::MatchEscape(std::string_view text) {
-  // The shortest prefix that is accepted wins.
+  // The shortest known prefix wins.
   const std::size_t limit = std::min<std::size_t>(text.size(), kMaxSequence);
   for (std::size_t n = 2; n <= limit; ++n) {
     if (IsFinal(text[n - 1]) && DecodeEscape(text.substr(0, n))) return static_cast<std::int16_t>(n);
@@ -105,7 +106,7 @@ void TextGrid::WriteScreenText(std::string_view text) {
     const std::size_t place = state_.cursorRow - 1u;
     std::string& row = state_.screenRows[place];
     if (column - 1 + text.size() <= row.size()) {
-      text.copy(row.data() + column - 1, text.size());  // within the row, as nearly always
+      text.copy(row.data() + column - 1, text.size());  // within the row: the usual case
     } else {
       row.replace(std::min(column - 1, row.size()), text.size(), text);
     }

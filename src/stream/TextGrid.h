@@ -8,47 +8,49 @@
 
 namespace corvex {
 
-/// The modem's character display: plain text and a few cursor sequences acting on the rows, the cursor and
-/// the flags of the session. It is deliberately small: what it does not know it skips, there is no wrap and
-/// no scrolling, and a line end is a character like any other.
+/// The modem's character display. Plain text and a few cursor sequences change the rows, the cursor and the
+/// flags of the session. The display is deliberately simple: unknown sequences are skipped, there is no line
+/// wrap and no scrolling, and a line end is an ordinary character.
 ///
-/// Text past the last column lengthens its row, as far as positions reach: a text that would run past
-/// kLastPosition resets the whole model instead, so that a row never holds more than that.
+/// Text after the last column makes its row longer. A text that would extend beyond kLastPosition resets the
+/// whole display instead, so that the length of a row is bounded.
 ///
-/// Sequences, by the text behind ESC; anything else costs at most seven characters:
+/// Known sequences, without the ESC. For an unknown sequence, at most seven characters are skipped.
 ///
 ///   [r;cH                  cursor to row r, column c, each 0 to 255
 ///   [H                     cursor to 1;1
-///   [nD                    cursor left by n, as far as column 1; so do all others that end in "D", by the
-///                          number in their second and third characters
-///   [1A  [1B               cursor up or down one row, within 1 to 10
+///   [nD                    cursor left by n, but not beyond column 1. The same for any sequence that ends in
+///                          "D"; n is the number in its second and third characters
+///   [1A  [1B               cursor up or down by one row, within rows 1 to 10
 ///   [2J                    ResetScreenModel
 ///   [?25l  [0m  [1m  [7m   no effect
 class TextGrid {
  public:
-  /// Sequences longer than this are torn: their rest is text.
+  /// Maximum length without the ESC. The rest of a longer sequence is treated as text.
   static constexpr int kMaxSequence = 7;
 
-  /// Blanks the rows of the session.
+  /// Fills the rows of the session with blanks.
   explicit TextGrid(SessionState& state);
 
-  /// `text` is what stands behind an ESC. Returns how many of its characters make a sequence and have taken
-  /// effect, 0 if more text is needed.
+  /// Decodes the sequence at the start of `text`, which follows an ESC, and applies it. Returns the number of
+  /// characters used, or 0 if more text is needed. An unknown sequence uses kMaxSequence characters.
   std::int16_t MatchEscape(std::string_view text);
 
-  /// Tries a whole candidate; on true it has taken effect, or none if its numbers are no good.
+  /// Decodes `text` as exactly one sequence. Returns true if it is known. It has then been applied, unless
+  /// its numbers are invalid.
   bool DecodeEscape(std::string_view text);
 
-  /// Puts plain text at the cursor.
+  /// Writes plain text at the cursor.
   void WriteScreenText(std::string_view text);
 
-  /// All rows blank and due to be painted.
+  /// Fills all rows with blanks and marks them for painting.
   void BlankRows();
 
-  /// The state before any screen: blank rows, no soft keys, cursor at 1;1, no signal, no screen kind.
+  /// Restores the state before the first screen: blank rows, no soft keys, cursor at 1;1, no signal, no
+  /// screen kind.
   void ResetScreenModel();
 
-  /// The visible part of a row, 1 to 10, which counts as painted from then on.
+  /// Returns the visible part of a row, 1 to 10, and marks the row as painted.
   std::string_view RowForDisplay(int row);
 
  private:

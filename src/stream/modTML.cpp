@@ -59,14 +59,14 @@ constexpr std::array<Tag, 38> kTags{{
     {"Spotinfo", TagToken::SpotInfo},
 }};
 
-/// Tells all the words apart, so that a word is compared with one tag only.
+/// A perfect hash of the tag words, so that a word is compared with at most one tag.
 constexpr std::size_t Slot(std::string_view word) {
   const auto code = [](char c) { return static_cast<std::size_t>(static_cast<unsigned char>(c)); };
   return (word.size() + code(word[0]) + 16 * code(word[1]) + 7 * code(word.back())) % 256;
 }
 
-/// Place of each slot's tag in kTags, or its size for a slot without one. It does not compile if two tags
-/// should ever share a slot: choose other factors then.
+/// For each slot the index of its tag in kTags, or kTags.size() if the slot has no tag. Compilation fails if
+/// two tags share a slot. In that case change the factors in Slot.
 constexpr auto kTagOfSlot = [] {
   std::array<std::uint8_t, 256> places{};
   for (auto& place : places) place = kTags.size();
@@ -78,13 +78,14 @@ constexpr auto kTagOfSlot = [] {
   return places;
 }();
 
-constexpr std::size_t kTagStart = kPacketStart.size();  // the tag's "<"
+constexpr std::size_t kTagStart = kPacketStart.size();  // position of the tag's "<"
 constexpr std::size_t kPrintDiscarded = 3;
 
-/// A print job longer than this keeps its first part only; its lines are handed over all the same.
+/// Limit of `printText` in bytes. The rest of a longer print job is not kept there, but its lines are still
+/// handed over in `printLine`.
 constexpr std::size_t kMaxPrintText = 16u << 20;
 
-/// The tag whose ">" stands at `end`.
+/// Returns the tag whose ">" is at `end`.
 TagToken TokenOf(std::string_view packet, std::size_t end) {
   if (end == std::string_view::npos || packet[kTagStart] != '<') return TagToken::None;
   const std::string_view word = packet.substr(kTagStart + 1, end - kTagStart - 1);
@@ -93,7 +94,7 @@ TagToken TokenOf(std::string_view packet, std::size_t end) {
   return place < kTags.size() && kTags[place].word == word ? kTags[place].token : TagToken::None;
 }
 
-/// What stands between the ">" at `end` and the end of the packet.
+/// Returns the text between the tag's ">" at `end` and the end mark of the packet.
 std::string_view PayloadBehind(std::string_view packet, std::size_t end) {
   if (end == std::string_view::npos || end + 1 + kPacketEnd.size() > packet.size()) return {};
   packet.remove_suffix(kPacketEnd.size());
@@ -222,7 +223,7 @@ void TagStream::HandleTagPacket(std::string_view packet) {
       state_.screenChanged = true;
       break;
     case TagToken::ChoiceScreen:
-      // A layer over the screen before it, to which its end returns.
+      // A choice list covers the screen below it. Closing the list returns to that screen.
       state_.screenKind = ScreenKind::ChoiceScreen;
       ParseScreenRecord(packet, state_.choiceScreen);
       state_.choiceChanged = true;
@@ -272,12 +273,13 @@ void TagStream::HandleTagPacket(std::string_view packet) {
   }
 }
 
-/// Takes back of what is still to be shown what this packet would undo, and has the rest of it shown that
-/// would be lost. So a burst leaves on the screen what its packets leave one by one, whatever order the flags
-/// are served in. Within what is left their order is right.
+/// Prepares for the packet with this tag. Cancels pending changes that the packet would undo. Pending changes
+/// that the packet would overwrite are shown now, by `settle`. After a burst of packets the screen is
+/// therefore the same as if each packet had been shown on its own. For the changes that
+/// remain pending, the fixed order of the dispatcher is correct.
 void TagStream::Supersede(TagToken token) {
   SessionState& s = state_;
-  bool shows = false;  // something is to be shown first
+  bool shows = false;  // pending changes must be shown first
   switch (token) {
     case TagToken::MenuScreen:
       s.choiceChanged = s.closeMenu = s.tableChanged = false;
@@ -309,14 +311,16 @@ void TagStream::Supersede(TagToken token) {
   if (shows && settle) settle(Earlier::Screen);
 }
 
-/// A menu that is gone before it was shown has taken the soft keys with it.
+/// Cancels a menu that has not been shown yet. The soft keys that the menu would have cleared are cleared
+/// here.
 void TagStream::DropMenu() {
   if (!std::exchange(state_.menuChanged, false) || std::exchange(state_.keysAfterMenu, false)) return;
   state_.softKeyText.fill({});
   state_.softKeysChanged = true;
 }
 
-/// A menu takes the keys away, and a line that is only stored leaves on them what the one before it shows.
+/// Soft keys after a pending menu: the menu clears the old keys first. A line that is stored without
+/// `softKeysChanged` must not replace the keys on the screen, so a pending earlier line is shown before it.
 void TagStream::ParseKeys(std::string_view packet) {
   if (state_.menuChanged && !std::exchange(state_.keysAfterMenu, true)) {
     state_.softKeyText.fill({});
@@ -378,8 +382,8 @@ std::string TagStream::LongDateOf(std::string_view date) const {
 void TagStream::ParseBatt(std::string_view packet) {
   state_.battChanged = true;
   state_.battLevelText = Fields(TagPayload(packet), '|').Next();
-  // The others are fields of the whole packet. Its last field runs into the packet's end, so that the flags
-  // are a number only if a "|" follows them; that is meant.
+  // The status and the flags are fields of the whole packet. The last field includes the packet's end mark,
+  // so the flags are a valid number only if a "|" follows them. Intentional.
   static constexpr std::int16_t kNoFlags = 32;
   Fields fields(packet, '|');
   fields.Next();

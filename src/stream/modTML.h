@@ -8,11 +8,11 @@
 #include "state/SessionState.h"
 #include "stream/TextGrid.h"
 
-// The tag stream: the modem's short packets for everything that is not plain screen text.
+// The tag stream: short packets from the modem for everything that is not plain screen text.
 //
 //   <tml> tag payload </tml>
 //
-// There is one tag in a packet, directly behind the introducer, compared exactly and with case.
+// A packet has one tag, directly after the introducer. Tags are case-sensitive.
 
 namespace corvex {
 
@@ -57,35 +57,36 @@ enum class TagToken : std::int32_t {
   SpotInfo = 42,
 };
 
-/// The tag of a packet; None for one that is not known or does not end.
+/// Returns the tag of a packet, or None if the tag is unknown or incomplete.
 TagToken TagTokenOf(std::string_view packet);
 
-/// What stands between the tag and the six characters of the packet's end.
+/// Returns the text between the tag and the six characters "</tml>" at the end of the packet.
 std::string_view TagPayload(std::string_view packet);
 
-/// The payload of a print packet without the three characters that are discarded.
+/// Returns the payload of a print packet without its first three characters, which are discarded.
 std::string_view PrintPayload(std::string_view packet);
 
-/// Takes packets and stores what they say in the session, with a flag for each change; nothing is painted
-/// here, so that a burst of packets paints once. What goes past the flags is called by the functions below.
+/// Decodes tag packets. Stores their values in the session and sets a flag for each change. Nothing is
+/// painted here, so that a burst of packets paints once. Events without a flag are reported by the callbacks
+/// below.
 class TagStream {
  public:
   using LongDate = std::function<std::string(int year, int month, int day)>;
 
   TagStream(SessionState& state, TextGrid& grid, LongDate longDate);
 
-  /// `packet` runs from the "<" of the introducer through the ">" of "</tml>".
+  /// `packet` is one complete packet, from "<tml>" to "</tml>" inclusive.
   void HandleTagPacket(std::string_view packet);
 
-  /// Data compression began or ended: NoCompression, V42b or V44, with the text of the packet.
+  /// Called when data compression starts or ends, with NoCompression, V42b or V44 and the payload.
   std::function<void(TagToken, std::string_view)> onCompression;
 
-  /// Of earlier packets: the soft keys; or rows, print jobs and the closing of the choice list.
+  /// Pending changes of earlier packets. `Screen` is rows, print jobs and the closing of the choice list.
   enum class Earlier { SoftKeys, Screen };
-  /// Shows these at once: the next packet replaces them.
+  /// Called to show these changes now, because the next packet replaces them.
   std::function<void(Earlier)> settle;
 
-  /// A line of trace for a trace channel other than 0.
+  /// Called with a line of trace for a trace channel other than 0.
   std::function<void(std::int32_t channel, std::string_view text)> traceToInstance;
 
  private:
@@ -93,9 +94,9 @@ class TagStream {
   void Supersede(TagToken token);
   void DropMenu();
   static void Store(std::string& text, std::string_view payload, bool& changed);
-  /// The screen changes, and its end can return to the one before.
+  /// Changes the screen kind and keeps the old kind, so that closing the new screen can return to it.
   void LeaveFor(ScreenKind kind);
-  /// The modem is about to paint a new screen by itself.
+  /// Prepares for a new screen that the modem paints with plain text.
   void BeginPaintedScreen();
   void AddPrintLine(std::string_view line);
   void ParseDate(std::string_view payload);

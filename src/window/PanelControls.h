@@ -6,17 +6,17 @@
 
 namespace corvex {
 
-/// The test interface as it looks:
+/// The controls of the test interface and their layout:
 ///
 ///   Channel type | Channel numbers | Modulation | Aero specific
 ///                | RFB             |            | Rx, Tx   Execute  Quit
-///   a line for the DSP or the CPU      DSP  CPU   Trace  Flush
+///   line for the DSP or the CPU        DSP  CPU   Trace  Flush
 struct TestPanel {
   explicit TestPanel(Frame& panel) : panel_(panel) {}
 
  private:
-  static constexpr Twips kTop = 285;   ///< Of what stands first below the title of a frame.
-  static constexpr Twips kStep = 258;  ///< From one option to the next.
+  static constexpr Twips kTop = 285;   ///< Top of the first control below a frame's title.
+  static constexpr Twips kStep = 258;  ///< Vertical distance between options.
   static Design OptionDesign(std::string_view name, int index, std::string_view caption, Twips width,
                              Twips top = kTop) {
     return {.name = name, .index = index, .rect = {90, top + index * kStep, width, 255}, .caption = caption};
@@ -45,7 +45,7 @@ struct TestPanel {
                  {.name = "txtRfb",
                   .rect = {630, 285, 1230, 300},
                   .caption = "1.0",
-                  .toolTip = "Also know as EIRP"}};  // so spelt; that is meant
+                  .toolTip = "Also know as EIRP"}};  // the spelling is intentional
   Frame frmModulation{panel_,
                       {.name = "frmModulation", .rect = {3750, 0, 1350, 1650}, .caption = "Modulation"}};
   std::array<OptionButton, 4> optModulation{{
@@ -77,7 +77,7 @@ struct TestPanel {
   TextBox txtRaw{Frame8,
                  {.name = "txtRaw",
                   .rect = {0, 60, 3540, 420},
-                  .toolTip = "A line for the DSP or the CPU; a script file that is dropped here is played",
+                  .toolTip = "Line for the DSP or the CPU. Drop a script file here to play it.",
                   .accessible = "Line for the DSP or the CPU"}};
   std::array<Button, 2> cmdRawDsp{{
       {Frame8, {.name = "cmdRawDsp", .index = 0, .rect = {3600, 60, 690, 420}, .caption = "DSP"}},
@@ -89,8 +89,8 @@ struct TestPanel {
   }};
 };
 
-/// The byte editor of the AT mode as it looks: how a line is read above, the line itself with its button and
-/// the entry of the history below.
+/// The controls of the AT mode's byte editor. The options at the top select how the line is interpreted.
+/// Below them are the line with its Send button and the current entry of the history.
 struct AtPanel {
   explicit AtPanel(Frame& panel) : panel_(panel) {}
 
@@ -117,7 +117,7 @@ struct AtPanel {
                        .rect = {120, 585, 5850, 390},
                        .caption = "at",
                        .font = {.name = "Courier"},
-                       .accessible = "Line to the modem unit"}};
+                       .accessible = "Line for the modem unit"}};
   Button cmdRawBytes{frmSendRaw, {.name = "cmdRawBytes", .rect = {6060, 570, 1170, 420}, .caption = "Send"}};
   Label lblRec{frmSendRaw,
                {.name = "lblRec",

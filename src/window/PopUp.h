@@ -6,8 +6,8 @@
 
 namespace corvex {
 
-/// A message of two lines over the terminal area, split at "|", gone by itself after the interval of tmrMsg.
-/// A new one takes the place of the old and starts the time anew.
+/// Shows a message of one or two lines, separated by "|", over the terminal area. It disappears after the
+/// interval of tmrMsg. A new message replaces the old one and restarts the timer.
 void ShowPopUp(TermControls& window, std::string_view text);
 
 void ClearPopUp(TermControls& window);

@@ -8,27 +8,27 @@
 
 namespace corvex {
 
-/// The main window as it looks: its controls with their places, texts and tool tips. What they do is told
-/// where their events are filled.
+/// The controls of the main window with their positions, texts and tool tips. The code that sets their event
+/// handlers defines what they do.
 ///
 ///   +----------+--------------------------------------------+
 ///   | frmTop   | frmScreen: a row of indicators,            |
 ///   | picture  |   seven rows of the modem's screen,        |
-///   | GPS      |   over them frmMenu, frmChoice and frmMsg  |
+///   | GPS      |   overlaid by frmMenu, frmChoice, frmMsg   |
 ///   |          +--------------------------------+-----------+
 ///   |          | frmKeys: four soft keys        | frmNav    |
 ///   +----------+--------------------------------+-----------+
-///   | frmAux: the service panels, when the window is grown  |
+///   | frmAux: the service panels, in the full window        |
 ///   +-------------------------------------------------------+
 class TermControls : public Form {
  public:
   static constexpr Twips kWidth = 8950;          ///< Outer width of the window.
   static constexpr Twips kCompactHeight = 4095;  ///< Outer height without the service panels.
-  static constexpr Twips kScreenWidth = 7530;    ///< Of the terminal area.
+  static constexpr Twips kScreenWidth = 7530;    ///< Width of the terminal area.
   static constexpr std::size_t kSoftKeys = 4;
   static constexpr const char* kPortSpoken = "Port: %";
-  static constexpr int kSignal = 7;  ///< The place of the signal display in corvexLbl.
-  /// What is spoken of soft keys without a text.
+  static constexpr int kSignal = 7;  ///< Index of the signal display in corvexLbl.
+  /// Accessible names of soft keys that have no text.
   static constexpr std::array<std::string_view, kSoftKeys> kBlankKey{
       "Soft key 1, not in use", "Soft key 2, not in use", "Soft key 3, not in use", "Soft key 4, not in use"};
 
@@ -59,7 +59,7 @@ class TermControls : public Form {
       {frmTop, {.name = "lblGps", .index = 1, .rect = {30, 2340, 1110, 330}, .accessible = "Course: %"}},
   }};
 
-  // The terminal area, with the indicators above the rows.
+  // The terminal area. The indicators are above the rows.
   Frame frmScreen{*this,
                   {.name = "frmScreen",
                    .rect = {1260, 60, kScreenWidth, 2720},
@@ -139,7 +139,7 @@ class TermControls : public Form {
                  .accessible = kPortSpoken,
                  .look = Look::Indicator,
                  .align = Align::Centre}};
-  // The time moves to the zone's place, and over it, when the unit tells no zone.
+  // When the unit reports no zone, the time moves to the zone's position and covers the zone.
   Label lblZone{frmScreen,
                 {.name = "lblZone",
                  .rect = IndicatorRect(6000, 1050),
@@ -170,7 +170,8 @@ class TermControls : public Form {
       frmScreen,
       {.name = "frmChoice", .rect = {900, 315, 5700, 2405}, .visible = false, .look = Look::Window}};
   ListBox ListChoice{
-      frmChoice, {.name = "ListChoice", .rect = {60, 345, 5580, 2000}, .accessible = "Choices of the unit"}};
+      frmChoice,
+      {.name = "ListChoice", .rect = {60, 345, 5580, 2000}, .accessible = "Choice list of the unit"}};
 
   // Below the terminal area.
   Frame frmKeys{*this, {.name = "frmKeys", .rect = {1260, 2840, 6330, 630}}};
@@ -180,7 +181,7 @@ class TermControls : public Form {
       {frmKeys, KeyDesign(2)},
       {frmKeys, KeyDesign(3)},
   }};
-  // They lie on the keys, and a screen reader hears of the keys alone.
+  // The pictures cover parts of the keys. Screen readers see the keys only.
   std::array<Image, kSoftKeys> imgKey{{
       {frmKeys, KeyImageDesign(0)},
       {frmKeys, KeyImageDesign(1)},
@@ -191,15 +192,15 @@ class TermControls : public Form {
   Button cmdESC{frmNav, {.name = "cmdESC", .rect = {60, 60, 1020, 510}, .caption = "ESC"}};
   KeySource CorvexFocus1{*this, {.name = "CorvexFocus1", .accessible = "Keys to the modem unit"}};
 
-  /// What the modem says in the service panels, in place of its screen.
+  /// Shows the modem's output in place of its screen while the test interface or the AT mode is open.
   TextBox txtRx{*this,
                 {.name = "txtRx",
                  .rect = {1260, 60, 7530, 2720},
                  .visible = false,
                  .font = {.name = "Courier", .size = 10},
-                 .accessible = "What the modem unit says"}};
+                 .accessible = "Output of the modem unit"}};
 
-  // The popup, in front of all that.
+  // The popup, in front of everything above.
   Frame frmMsg{*this,
                {.name = "frmMsg", .rect = {2400, 900, 5250, 960}, .visible = false, .look = Look::PopUp}};
   std::array<Label, 2> LblMsg{{
@@ -207,7 +208,8 @@ class TermControls : public Form {
       {frmMsg, MessageDesign(1, 480)},
   }};
 
-  // The service panels; fmOnTab(0) port settings, (1) test interface, (4) free commands.
+  // The service panels. fmOnTab[0]: port settings, [1]: test interface, [4]: free commands. The others are
+  // empty.
   Frame frmAux{*this, {.name = "frmAux", .rect = {60, 3525, 8730, 2400}, .visible = false}};
   std::array<Frame, 5> fmOnTab{{
       {frmAux, PanelDesign(0)},
@@ -216,7 +218,7 @@ class TermControls : public Form {
       {frmAux, PanelDesign(3)},
       {frmAux, PanelDesign(4)},
   }};
-  // The tabs keep their size at any zoom; their panels begin below them at the smallest.
+  // The tabs do not scale with the window. frmSerial and frmLan start low enough for the smallest zoom level.
   TabStrip tabConnect{fmOnTab[0], {.name = "tabConnect", .rect = {60, 0, 8400, 330}}, {"Serial", "LAN"}};
   Frame frmSerial{fmOnTab[0], {.name = "frmSerial", .rect = {60, 390, 8400, 1830}, .visible = false}};
   Label lblPortNumber{frmSerial, ValueLabelDesign(0, "lblPortNumber", "Port")};
@@ -247,7 +249,7 @@ class TermControls : public Form {
   Button Command1{frmLan, {.name = "Command1", .rect = {6090, 1260, 1650, 420}, .caption = "OK"}};
   TestPanel testPanel{fmOnTab[1]};
   AtPanel atPanel{fmOnTab[4]};
-  /// Empties txtRx; it lies on a place that both panels leave free.
+  /// Clears txtRx. Placed where both the test panel and the AT panel leave space.
   Button cmdCls{frmAux,
                 {.name = "cmdCls", .rect = {7500, 1800, 1140, 420}, .caption = "Cls", .visible = false}};
 
@@ -316,7 +318,8 @@ class TermControls : public Form {
             .font = {.size = 9, .bold = line == 0},
             .align = Align::Centre};
   }
-  // The four values of the serial panel side by side, each a label over a text box with its arrows.
+  // The four values of the serial panel, side by side. Each is a label above a text box with up and down
+  // arrows.
   static constexpr Twips ValueLeft(int place) { return 150 + place * 1980; }
   static Design ValueLabelDesign(int place, std::string_view name, std::string_view caption) {
     return {.name = name, .rect = {ValueLeft(place), 120, 1650, 270}, .caption = caption};

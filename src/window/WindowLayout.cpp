@@ -7,7 +7,7 @@ namespace corvex {
 namespace {
 
 constexpr std::size_t kPortPanel = 0;
-constexpr std::size_t kUnplacedPanel = 2;  // keeps its place; that is meant
+constexpr std::size_t kUnplacedPanel = 2;  // not moved by SetFramePositions; intentional
 
 }  // namespace
 
@@ -36,14 +36,14 @@ void WindowLayout::ChangeLayout(bool expanded) {
     if (scaler_) scaler_->DisableRez();
     FitHeight();
   }
-  SettleSoon();  // also if nothing has changed: what led here may have stopped the timer
+  SettleSoon();  // even if the layout is unchanged: the caller may have stopped the timer
 }
 
-/// Grows the window by the panels or takes them back. The size of one that is not a normal window is the
-/// system's affair; it is caught up with when it has become one.
+/// Grows the window by the height of the panels, or shrinks it again. Does nothing while the window is
+/// maximized or minimized, because the system then sets the size. Settle catches up later.
 void WindowLayout::FitHeight() {
   if (window_.windowState != WindowState::Normal || grown_ == expanded_) return;
-  if (expanded_) Adjust();  // the panels are to be as high as the window is large
+  if (expanded_) Adjust();  // the panels' height must match the window's present size
   grown_ = expanded_;
   Rect rect = window_.rect;
   if (grown_) {
@@ -70,7 +70,7 @@ void WindowLayout::Settle() {
   }
   scaler_->EnableRez();
   FitHeight();
-  // Not if the window is as asked: placing anew enlarges the fonts by a point at the first time.
+  // Skip this if the size is already right: the first adjustment enlarges the fonts by one point.
   if (laidOut_ != WantedSize()) Adjust();
   OfferZoom();
 }
@@ -92,8 +92,9 @@ void WindowLayout::Adjust() {
   adjusted();
 }
 
-/// The size for which the controls are to be placed: as large in proportion to the registered one as the
-/// window is to the one it was made with, which had the panels below its lower edge.
+/// Returns the inner size for which the controls must be placed: the registered size, multiplied by the
+/// present inner size and divided by the original one. The original size does not include the panels, so
+/// their height is added to it if they are visible.
 WindowLayout::Size WindowLayout::WantedSize() const {
   const bool panels = window_.windowState == WindowState::Normal ? grown_ : expanded_;
   const auto scaled = [](Twips now, Twips registered, Twips base) {
@@ -110,11 +111,11 @@ void WindowLayout::Zoom(ZoomStep step) {
   const float before = scaler_->ZoomFactor();
   ((*scaler_).*step)(window_, base_.width, base_.height);
   if (scaler_->ZoomFactor() == before) return;
-  grown_ = false;  // a step gives the window the size without the panels
+  grown_ = false;  // a zoom step sets the window's size without the panels
   FitHeight();
 }
 
-/// A zoom step gives the window a size, which a maximised one does not take.
+/// Zoom is disabled in a maximized window, as a zoom step changes the window's size.
 void WindowLayout::OfferZoom() {
   const bool offered = scaler_ && scaler_->HasRegistered() && window_.windowState != WindowState::Maximized;
   window_.mnuZoomIn.enabled = offered;
@@ -135,7 +136,7 @@ void WindowLayout::SetFramePositions() {
 
 void WindowLayout::ShowPanel(std::size_t panel) {
   window_.frmAux.visible = true;
-  // Going offline leaves the panel where it is, and all stand in the same place.
+  // Hide the others: going offline leaves a panel visible, and all panels have the same position.
   for (Frame& other : window_.fmOnTab) other.visible = other.index() == static_cast<int>(panel);
   window_.cmdCls.visible = panel != kPortPanel;
   ShowFullWindow();

@@ -8,40 +8,42 @@
 
 namespace corvex {
 
-/// What of the main window is shown, and how large the window is: compact around the terminal area, or grown
-/// by the service panels below it.
+/// Controls which parts of the main window are visible and how large the window is. The compact window has
+/// the terminal area; the full window is larger and has the service panels below it.
 ///
-/// The controls follow the size of the window, whoever has changed it. Scaling rests from a change between
-/// the two layouts until tmrResize ticks, as the growth itself must not stretch anything; by then the window
-/// system has done what it was asked, or not: a maximised window does not grow, and the panels then take
-/// their share of the height there is. Whatever comes in between, the next layout is right, as it follows
-/// from the present size and the registered proportions alone.
+/// The controls scale with the window, whether the user or the program resizes it. Scaling is suspended when
+/// the program switches between compact and full, because that change of size must not stretch any control.
+/// It resumes when tmrResize ticks. By then the window system has applied the new size or refused it: a
+/// maximized window does not grow, and the panels take a share of the existing height. Each layout is
+/// computed only from the present size and the registered proportions, so intermediate sizes have no effect
+/// on the result.
 class WindowLayout {
  public:
   explicit WindowLayout(TermControls& window) : window_(window) {}
 
-  /// The first call gives the window its size, later ones take back what ShowFullWindow has added.
+  /// The first call sets the window's size. Later calls undo ShowFullWindow.
   void ShowCompactWindow();
-  /// Grows the window by the height of the service panels, once.
+  /// Grows the window by the height of the service panels. No effect if the window is already full.
   void ShowFullWindow();
 
-  /// The tick of tmrResize: the window has settled. Scaling begins, or goes on.
+  /// To be called on each tick of tmrResize, when the size is stable. Starts or resumes scaling.
   void Settle();
-  /// The window's size or state is another; not for a minimised one.
+  /// To be called when the window's size or state has changed, except when it has been minimized.
   void FollowSize();
   void ZoomIn() { Zoom(&clsRez::Magnify); }
   void ZoomOut() { Zoom(&clsRez::ReduceSize); }
   void EndScaling() { scaler_.reset(); }
-  Event<> adjusted;  ///< The controls have been placed anew.
+  Event<> adjusted;  ///< The controls have new positions.
 
   void SetFramePositions();
-  /// Shows one service panel in the place of all others, in the full window.
+  /// Shows the full window with this service panel and hides all other panels.
   void ShowPanel(std::size_t panel);
   void HideConnectPanels();
   void HideTextView();
   void HideLists();
 
-  /// Gives the focus to what takes keys in the terminal area, if the window is the active one.
+  /// If the window is active, focuses the control of the terminal area that takes keys: the choice list if it
+  /// is visible, otherwise CorvexFocus1.
   void FocusScreen();
 
  private:
@@ -63,16 +65,16 @@ class WindowLayout {
 
   TermControls& window_;
   bool firstSizeDone_ = false;
-  bool expanded_ = false;  ///< The service panels are to be seen.
-  bool grown_ = false;     ///< The window, while it is a normal one, has been given their height.
-  Twips savedHeight_ = 0;  ///< Of the window before it was grown.
+  bool expanded_ = false;  ///< The full window is wanted.
+  bool grown_ = false;     ///< The normal (not maximized) window includes the height of the panels.
+  Twips savedHeight_ = 0;  ///< Height of the window without the panels.
 
-  Rect base_;              ///< The window as it was first shown: zoom 1.0.
-  Size baseInner_;         ///< Its inner size,
-  Twips panelHeight_ = 0;  ///< and the height of the service panels then.
+  Rect base_;              ///< The window's rectangle when first shown, at zoom 1.0.
+  Size baseInner_;         ///< The inner size at that time.
+  Twips panelHeight_ = 0;  ///< The height of the service panels at that time.
   std::optional<clsRez> scaler_;
-  Size registered_;  ///< The inner size of the window when its controls were registered.
-  Size laidOut_;     ///< The size that they were last placed for.
+  Size registered_;  ///< The window's inner size when its controls were registered.
+  Size laidOut_;     ///< The size for which the controls were last placed.
 };
 
 }  // namespace corvex

@@ -47,13 +47,13 @@ TEST(WireLog, HoldsWhatHasLeftAndNotWhatNeverDid) {
             "< 0.050 \"answer\"\n"
             "> 0.138 \"all of it\"\n"
             "> 1.100 \"half \"\n"
-            "= 1.100 5 bytes never left\n"
+            "= 1.100 5 bytes not sent\n"
             "= 1.153 close\n"
             "= 1.153 open serial COM1 fake1 2400,n,8,1\n"
-            "= 1.253 4 bytes never left\n"
+            "= 1.253 4 bytes not sent\n"
             "= 1.253 line lost\n"
             "= 1.353 open serial COM1 fake1 2400,n,8,1\n"
-            "= 1.353 10 bytes never left\n");
+            "= 1.353 10 bytes not sent\n");
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ TEST(PortPanel, ThePortsArrowsWalkAllNumbersAndTellWhatStandsBehindThem) {
   EXPECT_EQ(term.txtPort.toolTip, tip + "/dev/modem, Adapter");
   for (const char* told :
        {"usermod -aG dialout USER", "ask the administrator",
-        "There is no /dev/none now; connect the adapter,\nor name the device in corvex.ini, section "
+        "/dev/none is not present. Connect the adapter,\nor set the device in corvex.ini, section "
         "[devices], key com4.\nPresent: com 1 (/dev/modem), com 2 (/dev/locked), com 3 "}) {
     step(1);
     EXPECT_EQ(term.txtPort.enabled, p.comPort.CommPort() != 4);
