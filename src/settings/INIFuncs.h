@@ -44,8 +44,8 @@ class Setting {
   std::string_view fallback_;
 };
 
-/// A text that is returned unchanged. Set replaces the line ends in a variable that is passed to it; see
-/// SettingsStore::WriteSetting.
+/// A text, returned unchanged. Set also replaces the line ends in a variable that is passed by non-const
+/// reference; see SettingsStore::WriteSetting.
 struct TextSetting : Setting {
   using Setting::Setting;
   std::string Get() const { return Read(); }
@@ -146,7 +146,7 @@ class SettingsStore {
   struct Config {
     SettingsStore& ini;
     TextSetting   brand{ini, "config", "brand", "Quil"};                  // Brand name in window titles.
-    TextSetting   logo{ini, "config", "logo", "logo.gif"};                // File name of the logo in AppFolder.
+    TextSetting   logo{ini, "config", "logo", "logo.gif"};                // Logo, a file in AppFolder.
     TruthSetting  showgps{ini, "config", "showgps", "yes"};               // GPS panel is shown.
     PhoneSetting  phone{ini, "config", "phone", "R2"};                    // Set of menus: "R1" or "R2".
     FolderSetting doidpath{ini, "config", "doidpath", "?"};               // Last configuration folder.
@@ -161,12 +161,12 @@ class SettingsStore {
     TextSetting   lanaddress{ini, "config", "lanaddress", "192.168.1.1"};  // LAN host.
     TextSetting   lanport{ini, "config", "lanport", "3000"};              // LAN TCP port if no ERB is used.
     TruthSetting  erbaccess{ini, "config", "erbaccess", "no"};            // LAN link goes through the ERB.
-    TextSetting   promptusername{ini, "config", "promptusername", "ERB login"};  // ERB text: user name prompt.
+    TextSetting   promptusername{ini, "config", "promptusername", "ERB login"};  // ERB text: user prompt.
     TextSetting   promptpassword{ini, "config", "promptpassword", "Password"};  // ERB text: password prompt.
     TextSetting   prompttelnet{ini, "config", "prompttelnet", "ERB>"};    // ERB text: ready for commands.
     TextSetting   username{ini, "config", "username", "root"};            // ERB user name.
     TextSetting   password{ini, "config", "password", "zzz"};             // ERB password, in plain text.
-    TextSetting   mubselect{ini, "config", "mubselect", "0"};             // Number of the MUB at the ERB, 0 to 3.
+    TextSetting   mubselect{ini, "config", "mubselect", "0"};             // MUB number at the ERB, 0 to 3.
     TextSetting   connected{ini, "config", "connected", "connected to modem"};  // ERB text: MUB is connected.
     TextSetting   muberror{ini, "config", "muberror", "serial_open"};     // ERB text: MUB cannot be reached.
     TextSetting   incorrect{ini, "config", "incorrect", "Login incorrect"};  // ERB text: login is refused.
@@ -180,7 +180,7 @@ class SettingsStore {
   struct Port {
     SettingsStore& ini;
     ComSetting    com{ini, "port", "com", "1"};                           // Serial port number.
-    TextSetting   settings{ini, "port", "settings", "38400,n,8,1"};       // Speed, parity, data and stop bits.
+    TextSetting   settings{ini, "port", "settings", "38400,n,8,1"};       // Speed, parity, data bits, stop bits.
     NumberSetting flow{ini, "port", "flow", "2"};                         // Flow control, see SerialControl.
   };
   struct Logging {
@@ -194,7 +194,7 @@ class SettingsStore {
     SettingsStore& ini;
     PrinterPath   path{ini, "printer", "path", "?"};                      // File for printouts.
     PrintTarget   always{ini, "printer", "always", "file"};               // Destination of print jobs.
-    FileUse       fileuse{ini, "printer", "fileuse", "append"};           // Append to that file or replace it.
+    FileUse       fileuse{ini, "printer", "fileuse", "append"};           // Append to the file or replace it.
     TextSetting   font{ini, "printer", "font", "Arial"};                  // Font for printing.
     NumberSetting fontsize{ini, "printer", "fontsize", "12"};             // Font size in points.
     TruthSetting  bold{ini, "printer", "bold", "no"};
@@ -220,7 +220,7 @@ class SettingsStore {
   };
   struct Devices {
     SettingsStore& ini;
-    /// The device that the user has assigned to a COM port number (keys com1 to com16). Empty if there is none.
+    /// The device that the user has assigned to a COM port number (keys com1 to com16). Empty if none.
     std::string Get(std::int16_t comPort) const;
   };
   // clang-format on
