@@ -180,7 +180,7 @@ class SettingsStore {
   struct Port {
     SettingsStore& ini;
     ComSetting    com{ini, "port", "com", "1"};                           // Serial port number.
-    TextSetting   settings{ini, "port", "settings", "38400,n,8,1"};       // Speed, parity, data bits, stop bits.
+    TextSetting   settings{ini, "port", "settings", "38400,n,8,1"};       // Speed, parity, data, stop bits.
     NumberSetting flow{ini, "port", "flow", "2"};                         // Flow control, see SerialControl.
   };
   struct Logging {
