@@ -94,8 +94,8 @@ class TextBox : public Control {
   const std::string& Text() const { return text_; }
   void SetText(std::string_view text) { Edit(0, text_.size(), text); }
   void Append(std::string_view text) { Edit(text_.size(), 0, text); }
-  /// Replaces `removed` bytes at `position` by `inserted`. Both numbers are limited to the existing text. The
-  /// selection stays on the same characters. A caret at `position` moves to the end of the inserted text.
+  /// Replaces `removed` bytes at `position` with `inserted`. Both numbers are limited to the existing text.
+  /// The selection stays on the same characters. A caret at `position` moves to the end of the inserted text.
   void Edit(std::size_t position, std::size_t removed, std::string_view inserted);
   /// Replaces the selected text and sets the caret to the end of the new text.
   void ReplaceSelection(std::string_view text);

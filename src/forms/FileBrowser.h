@@ -51,7 +51,8 @@ class FileBrowser : public Frame {
 
   /// Sets all properties from the bag. A property that is missing or invalid gets its default value.
   void ReadProperties(const PropertyBag& bag);
-  /// Writes all properties that differ from their default values, and removes the others from the bag.
+  /// Writes all properties that differ from their defaults. A property with its default value is removed from
+  /// the bag.
   void WriteProperties(PropertyBag& bag) const;
 
   /// Displays the text box again.

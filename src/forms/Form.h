@@ -25,7 +25,7 @@ class FormObserver {
   virtual ~FormObserver() = default;
   virtual void FormChanged(Change change) = 0;
   virtual void ControlChanged(Control& control, Change change) = 0;
-  /// In the text box, `removed` bytes at `position` are about to be replaced by `inserted`. The box still
+  /// In the text box, `removed` bytes at `position` are about to be replaced with `inserted`. The box still
   /// holds the old text during the call, so that the observer can inspect the bytes to be removed.
   virtual void TextEdited(TextBox& box, std::size_t position, std::size_t removed,
                           std::string_view inserted) = 0;
