@@ -5,7 +5,7 @@
 
 namespace corvex {
 
-/// A slot that the logic fills; calling an empty one does nothing.
+/// An event with at most one handler, which the logic sets. Raising an event without a handler does nothing.
 template <typename... Args>
 class Event {
  public:
@@ -17,7 +17,7 @@ class Event {
     handler_ = std::move(handler);
     return *this;
   }
-  /// Whether there is anything to call.
+  /// True if a handler is set.
   explicit operator bool() const { return static_cast<bool>(handler_); }
   void operator()(Args... args) const {
     if (handler_) handler_(std::forward<Args>(args)...);

@@ -2,8 +2,8 @@
 
 namespace corvex {
 
-/// Sets a flag for as long as it lives, so that the flag is cleared however the scope is left: a wait that
-/// unwinds because the program ends included.
+/// Sets a flag and clears it at the end of the scope, even if an exception unwinds the scope. Waits throw
+/// such an exception when the program ends.
 class ScopedFlag {
  public:
   explicit ScopedFlag(bool& flag) : flag_(flag) { flag_ = true; }

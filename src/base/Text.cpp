@@ -9,8 +9,8 @@ namespace corvex {
 
 namespace {
 
-/// Length of the number that a text begins with: sign, digits with a decimal point, exponent. 0 if there is
-/// none.
+/// The length of the number at the start of a text: an optional sign, digits with an optional decimal point,
+/// an optional exponent. 0 if the text does not start with a number.
 std::size_t NumberLength(std::string_view text) {
   std::size_t at = 0;
   if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
@@ -32,8 +32,8 @@ std::size_t NumberLength(std::string_view text) {
   return at;
 }
 
-/// Whether a number without sign that fits no double is too large rather than too small: the decimal place of
-/// its first digit that counts tells.
+/// For an unsigned number that is out of range for a double: true if it is too large, false if it is too
+/// small. The decimal place of the first non-zero digit decides.
 bool IsTooLarge(std::string_view number) {
   const std::string_view mantissa = number.substr(0, number.find_first_of("eE"));
   const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
@@ -49,8 +49,8 @@ bool IsTooLarge(std::string_view number) {
   return exponent > first - point;
 }
 
-/// The value of a number of the shape that NumberLength accepts. One too large for a double becomes the
-/// largest.
+/// The value of a number in the form that NumberLength accepts. A number that is too large for a double
+/// becomes the largest double, and one that is too small becomes 0. The sign is kept.
 double ParseNumber(std::string_view number) {
   if (const auto few = FewDigits(number)) return *few;
   const bool negative = number.starts_with('-');
@@ -121,7 +121,7 @@ std::optional<std::int32_t> ToInt32(std::string_view text) {
 }
 
 double RoundHalfEven(double value) {
-  return std::nearbyint(value);  // the rounding mode of a C++ program is to nearest, halves to even
+  return std::nearbyint(value);  // The default rounding mode is to nearest, with halves to even.
 }
 
 std::string UpperCase(std::string_view text) {
@@ -136,7 +136,7 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
 }
 
 std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from) {
-  // The first letter in both of its cases, so that nearly all places take two comparisons.
+  // Compare the first character in both cases first, which rules out most positions with two comparisons.
   const char upper = UpperCase(what.front());
   const char lower = LowerCase(what.front());
   for (std::size_t at = from; at + what.size() <= text.size(); ++at) {
@@ -151,7 +151,7 @@ bool Contains(std::string_view text, std::string_view what) {
 }
 
 bool Matches(std::string_view text, std::string_view pattern) {
-  // On a mismatch only the last "*" needs to take one character more.
+  // After a mismatch, it is enough to let the last "*" match one more character.
   std::size_t t = 0;
   std::size_t p = 0;
   std::size_t star = std::string_view::npos;

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-// The small arithmetic of the program's texts. A text is one byte a character, read as Latin-1; positions and
-// numbers that the modem deals in are 16 bits wide.
+// Helpers for texts and for numbers in texts. Texts are Latin-1, one byte per character. The modem's
+// positions and numbers are 16 bits wide.
 
 namespace corvex {
 
@@ -19,8 +19,8 @@ constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// The value of a text of one to nine digits and nothing else, as nearly all numbers of the modem are; none
-/// for any other. It is the fast way that the functions below try first.
+/// The value of a text that consists of one to nine digits; nullopt for any other text. Nearly all numbers
+/// from the modem have this form, so the functions below try this fast path first.
 inline std::optional<std::int32_t> FewDigits(std::string_view text) {
   constexpr std::size_t kFew = 9;
   if (text.empty() || text.size() > kFew) return std::nullopt;
@@ -32,32 +32,36 @@ inline std::optional<std::int32_t> FewDigits(std::string_view text) {
   return value;
 }
 
-/// A number in decimal, with a blank in the place of its sign if it is not negative.
+/// Formats a number in decimal. A number that is not negative gets a leading blank in place of the sign.
 std::string NumberText(std::int64_t number);
 
-/// The value of the number that a text begins with, blanks passed over; 0 if it does not begin with one.
+/// The value of the number at the start of a text. Leading blanks, tabs, CR and LF are skipped. Returns 0 if
+/// the text does not start with a number.
 double NumericPrefix(std::string_view text);
 
-/// The same as a whole number, halves to even, limited to 32 bits.
+/// NumericPrefix as a whole number, with halves rounded to even. A value outside the 32-bit range becomes the
+/// nearest limit.
 std::int32_t WholePrefix(std::string_view text);
 
-/// The same as a whole number, halves to even, in 16 bits. None if it does not fit.
+/// NumericPrefix as a 16-bit number, with halves rounded to even. Returns nullopt if the value does not fit.
 std::optional<std::int16_t> PrefixInt16(std::string_view text);
-/// The same in 32 bits.
+/// NumericPrefix as a 32-bit number, with halves rounded to even. Returns nullopt if the value does not fit.
 std::optional<std::int32_t> PrefixInt32(std::string_view text);
 
-/// Whether a whole text is a number: blanks around it, a sign, a decimal point and an exponent are allowed.
+/// True if the whole text is a number. Leading and trailing blanks, a sign, a decimal point and an exponent
+/// are allowed.
 bool IsNumeric(std::string_view text);
 
-/// A whole text as a 16-bit number, halves rounded to even. None if it is no number or does not fit.
+/// The whole text as a 16-bit number, with halves rounded to even. Returns nullopt if the text is not a
+/// number (see IsNumeric) or the value does not fit.
 std::optional<std::int16_t> ToInt16(std::string_view text);
-/// The same in 32 bits.
+/// The whole text as a 32-bit number, otherwise like ToInt16.
 std::optional<std::int32_t> ToInt32(std::string_view text);
 
-/// Rounds to the nearest whole number, halves to even.
+/// Rounds to the nearest whole number. Halves are rounded to the even neighbour.
 double RoundHalfEven(double value);
 
-/// Latin-1 letters to upper case.
+// UpperCase and LowerCase convert Latin-1 letters. All other characters stay the same.
 constexpr char UpperCase(char c) {
   const auto u = static_cast<unsigned char>(c);
   const bool ascii = u >= 'a' && u <= 'z';
@@ -72,31 +76,33 @@ constexpr char LowerCase(char c) {
   return ascii || latin ? static_cast<char>(u + 0x20) : c;
 }
 
-/// Whether two texts are the same but for the case of letters.
+/// True if two texts are equal when case is ignored.
 bool EqualNoCase(std::string_view a, std::string_view b);
 
-/// Place of the first occurrence of `what` in `text` from `from` on, without regard to case; npos if none.
-/// `what` must not be empty.
+/// The position of the first occurrence of `what` in `text` at or after `from`; npos if there is none. Case
+/// is ignored. `what` must not be empty.
 std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from = 0);
 
-/// Whether a text contains another.
+/// True if `text` contains `what`.
 bool Contains(std::string_view text, std::string_view what);
 
-/// Wildcard match of a whole text: "*" in the pattern stands for any run of characters, all others for
-/// themselves. Takes time in proportion to the two lengths multiplied at the worst.
+/// True if the whole text matches the pattern. "*" in the pattern matches any number of characters, including
+/// none. Every other character matches itself. The worst-case running time is proportional to the product of
+/// the two lengths.
 bool Matches(std::string_view text, std::string_view pattern);
 
-/// The fields of a text between separators; an empty text has one empty field.
+/// Splits a text into fields at each separator. An empty text has one empty field.
 std::vector<std::string_view> Split(std::string_view text, char separator);
 
-/// The same fields one after the other, for those who keep no list of them.
+/// Iterates over the fields that Split returns, without building a list.
 class Fields {
  public:
   Fields(std::string_view text, char separator) : rest_(text), separator_(separator) {}
 
+  /// True until Next has returned the last field.
   bool More() const { return more_; }
 
-  /// Takes the next field; an empty text when there are no more.
+  /// Returns the next field, or an empty text if no field is left.
   std::string_view Next() {
     const auto end =
         static_cast<std::size_t>(std::find(rest_.begin(), rest_.end(), separator_) - rest_.begin());
@@ -112,7 +118,7 @@ class Fields {
   bool more_ = true;
 };
 
-/// Without the blanks at both ends.
+/// Removes the blanks at both ends. Tabs and line ends stay.
 std::string_view TrimBlanks(std::string_view text);
 
 }  // namespace corvex

@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The file that a path leads to, which need not exist. Only for paths whose status could be read: their
-/// links end.
+/// Follows symbolic links and returns the path of the target, which need not exist. Call it only if the
+/// status of `file` could be read. Otherwise the links may form a cycle, and the loop would not end.
 fs::path FollowLinks(fs::path file) {
   std::error_code error;
   while (fs::is_symlink(fs::symlink_status(file, error))) file = file.parent_path() / fs::read_symlink(file);
@@ -36,7 +36,7 @@ bool WriteTo(const fs::path& file, std::string_view text) {
   return out.good();
 }
 
-/// Writes over what a file holds, which need not be the file's owner's doing.
+/// Overwrites the content of an existing file. Write permission is enough; the user need not own the file.
 bool WriteOver(const fs::path& file, std::string_view text) {
   std::fstream out(file, std::ios::in | std::ios::out | std::ios::binary);
   if (!out || !WriteText(out, text)) return false;
@@ -52,27 +52,28 @@ fs::path SafeCopyOf(fs::path file) {
   return file += ".safe";
 }
 
-/// Writes a text into a file that cannot be replaced. `temporary` holds the text already. Whenever this is
-/// interrupted, the file or the copy beside it is whole.
+/// Writes a text into a file that cannot be replaced. `temporary` must already contain the text. If the
+/// program is interrupted at any point, either the file or its safe copy is complete.
 bool WriteInto(const fs::path& file, const fs::path& temporary, std::string_view text) {
   const auto before = ReadWhole(file.string(), kAnySize);
   if (!before) return false;
   const fs::path safe = SafeCopyOf(file);
   fs::rename(temporary, safe);
   std::error_code error;
-  if (!fs::exists(file, error)) {  // some systems give up in the middle of a replacement
+  if (!fs::exists(file, error)) {  // A failed replacement may have removed the file on some systems.
     fs::rename(safe, file, error);
     return !error;
   }
   const bool written = WriteOver(file, text);
-  // On a full disk there is still room for what was there before.
+  // If the disk is full, the old content still fits, so it can be restored.
   if (written || ReadWhole(file.string(), before->size()) == before || WriteOver(file, *before)) {
     fs::remove(safe, error);
   }
   return written;
 }
 
-/// The name of a temporary file of ReplaceFile: of its file, a number and ".tmp".
+/// True if `name` is the name of a temporary file that ReplaceFile created for `file`: the file's name, ".",
+/// a decimal number and ".tmp".
 bool IsTemporary(std::u8string_view name, std::u8string_view file) {
   constexpr std::u8string_view kEnding = u8".tmp";
   if (!name.starts_with(file) || !name.ends_with(kEnding)) return false;
@@ -97,7 +98,7 @@ std::optional<std::string> ReadWhole(const std::string& file, std::size_t limit)
     in.read(text.data(), static_cast<std::streamsize>(size));
     const bool whole = in && in.peek() == std::ifstream::traits_type::eof();
     return whole ? std::optional(std::move(text)) : std::nullopt;
-  } catch (const std::exception&) {  // of a path that the system cannot name, or of memory
+  } catch (const std::exception&) {  // The path is invalid, or out of memory.
     return std::nullopt;
   }
 }
@@ -113,12 +114,12 @@ bool ReplaceFile(Files& files, const std::string& file, std::string_view text, N
     if (there && (status.permissions() & fs::perms::owner_write) == fs::perms::none) return false;
 
     const fs::path target = FollowLinks(file);
-    // A name that nobody else has, as two running copies of the program may write at the same time.
+    // The name must be unique, because two running copies of the program may write at the same time.
     std::random_device random;
     fs::path unique = target;
     unique += "." + std::to_string(random()) + std::to_string(random()) + ".tmp";
     if (fs::exists(fs::symlink_status(unique, error))) return false;
-    // Nobody else reads it before it has the rights of the file in whose place it goes.
+    // Nobody else may read the temporary file before it has the permissions of the file that it replaces.
     if ((there || made == NewFile::OwnerOnly) && !files.MakeOwnerOnly(unique.string())) return false;
     temporary = unique;
     if (WriteTo(temporary, text)) {
@@ -129,8 +130,7 @@ bool ReplaceFile(Files& files, const std::string& file, std::string_view text, N
         replaced = files.Replace(target.string(), temporary.string()) || WriteInto(target, temporary, text);
       }
     }
-  } catch (const std::exception&) {  // of a path that the system cannot name, of a link that vanished, or of
-                                     // memory
+  } catch (const std::exception&) {  // The path is invalid, a link has disappeared, or out of memory.
   }
   std::error_code ignored;
   if (!replaced && !temporary.empty()) fs::remove(temporary, ignored);
@@ -140,7 +140,7 @@ bool ReplaceFile(Files& files, const std::string& file, std::string_view text, N
 void FinishReplacing(const std::string& file) noexcept {
   try {
     std::error_code error;
-    if (!fs::status_known(fs::status(file, error))) return;  // links without an end, for one
+    if (!fs::status_known(fs::status(file, error))) return;  // For example, a cycle of links.
     const fs::path target = FollowLinks(file);
     const fs::path safe = SafeCopyOf(target);
     if (fs::is_regular_file(fs::symlink_status(safe, error))) {
@@ -158,7 +158,7 @@ void FinishReplacing(const std::string& file) noexcept {
       if (ours && fs::is_regular_file(it->symlink_status(error))) old.push_back(it->path());
     }
     for (const fs::path& path : old) fs::remove(path, error);
-  } catch (const std::exception&) {  // of a path that the system cannot name, or of memory
+  } catch (const std::exception&) {  // The path is invalid, or out of memory.
   }
 }
 

@@ -7,33 +7,34 @@
 
 #include "platform/Files.h"
 
-// Files as a whole. Paths are in the encoding of the system's narrow file names; what cannot be done is told
-// by the result and harms no file.
+// Functions that read or replace whole files. Paths use the system's narrow file name encoding. A failure is
+// reported by the result and does not damage any file.
 
 namespace corvex {
 
-/// The whole of a file; empty if there is none. Nothing for what is no file, is larger than `limit` bytes, or
-/// cannot be read.
+/// Returns the content of a file, or an empty text if the file does not exist. Returns nullopt if the path is
+/// not a regular file, the file is larger than `limit` bytes, or it cannot be read.
 std::optional<std::string> ReadWhole(const std::string& file, std::size_t limit) noexcept;
 
-/// Who may read and write a file that is made.
+/// Who may read and write a newly created file.
 enum class NewFile {
-  AsUsual,    ///< As the system has it for new files in the folder.
-  OwnerOnly,  ///< Its owner alone.
+  AsUsual,    ///< The system's default for new files in the folder.
+  OwnerOnly,  ///< Only the owner of the file.
 };
 
-/// Puts a text in the place of a file, or leaves the file as it was and gives false: where its folder does
-/// not exist or takes no new file, its owner may not write it, it is none, or the disk is full. A link is
-/// followed.
+/// Replaces the content of a file with `text`, or creates the file. Returns false and leaves the file
+/// unchanged in these cases: the folder does not exist, no file can be created in the folder, the file is not
+/// writable by its owner, the path is not a regular file, or the disk is full. Symbolic links are followed.
 ///
-/// A file that exists keeps its owner, group and rights. It is replaced in one step where the system can keep
-/// them. Where it cannot (the file belongs to somebody else, it has a second name), the text is written into
-/// the file, and until that is done a whole copy of the text lies beside it, "FILE.safe".
+/// An existing file keeps its owner, group and permissions. If the system can keep them, the file is replaced
+/// in one step. If the system cannot, for example because the file belongs to another user or has a second
+/// hard link, the text is written into the existing file. Until that has succeeded, a complete copy of the
+/// text exists next to the file under the name "FILE.safe".
 bool ReplaceFile(Files& files, const std::string& file, std::string_view text,
                  NewFile made = NewFile::AsUsual) noexcept;
 
-/// Cleans up after a ReplaceFile that was killed: finishes what the copy beside the file holds, and removes
-/// temporary files. To be called only while nobody else writes the file.
+/// Cleans up if the program was killed during ReplaceFile: writes the text of "FILE.safe" into the file if
+/// that copy exists, and removes temporary files. Call it only while no other process writes the file.
 void FinishReplacing(const std::string& file) noexcept;
 
 }  // namespace corvex

@@ -7,46 +7,46 @@
 
 namespace corvex {
 
-/// How a control is to look beyond its kind.
+/// A special appearance of a control. Each comment names the types of control that use it.
 enum class Look {
   Plain,
-  Screen,     ///< A frame: the modem's lit screen, whose colours all within it share. A label: a row of it,
-              ///< fixed-pitch.
-  PopUp,      ///< A frame that lies over others and is to catch the eye.
-  Window,     ///< A frame that is a window within the window, with its title in a bar.
-  Indicator,  ///< A label or an image: one of a row of small signs, each on a ground of its own.
-  Key,        ///< A button: its text leaves a square at its left for an image that lies there.
+  Screen,     ///< Frame: the modem's screen; controls in the frame use its colours. Label: a row of text on
+              ///< that screen, in a fixed-pitch font.
+  PopUp,      ///< Frame: covers other controls and draws the user's attention.
+  Window,     ///< Frame: a window within the form, with a title bar.
+  Indicator,  ///< Label or image: one of a row of small indicators, each with its own background.
+  Key,        ///< Button: the text leaves room for a square image at the left.
 };
 
 enum class Align { Left, Centre, Right };
 
-/// Values of a control at design time; each kind uses those that it has.
+/// Initial values of a control. Each type of control uses the values that apply to it.
 struct Design {
   std::string_view name = {};
-  int index = -1;  ///< Place in an array of controls, or -1.
-  Rect rect = {};  ///< Within the container.
+  int index = -1;  ///< Index in an array of controls, or -1.
+  Rect rect = {};  ///< Relative to the container.
   std::string_view caption = {};
   std::string_view toolTip = {};
   bool visible = true;
   bool enabled = true;
   Font font = {};
-  int interval = 0;                  ///< Timers: milliseconds.
+  int interval = 0;                  ///< Timers only: in milliseconds.
   std::string_view picture = {};     ///< See Image::picture.
-  std::string_view shortcut = {};    ///< Menu entries: see MenuItem::shortcut.
+  std::string_view shortcut = {};    ///< Menu entries only: see MenuItem::shortcut.
   std::string_view accessible = {};  ///< See Control::accessible.
   Look look = Look::Plain;
-  Align align = Align::Left;  ///< Labels.
+  Align align = Align::Left;  ///< Labels only.
 };
 
-/// What the user has dragged to a control.
+/// Data that the user has dragged to a control and dropped there.
 struct Drop {
-  /// What the source lets be done with it: 1 to copy it, 2 to move it, 4 to link to it, all added up. 7 on a
-  /// system that does not tell.
+  /// The operations that the source allows, as a sum: 1 copy, 2 move, 4 link. 7 if the system does not
+  /// provide this information.
   int effect = 7;
-  std::vector<std::string> files;  ///< Paths, in the encoding of the system's narrow file names.
+  std::vector<std::string> files;  ///< Paths in the system's narrow file name encoding.
 };
 
-/// What all controls have in common. A control belongs to the form for good.
+/// The base class of all controls. A control belongs to the same form for its whole lifetime.
 class Control : public Observable {
  public:
   Control(Container& parent, const Design& design);
@@ -58,29 +58,30 @@ class Control : public Observable {
   const std::string& name() const { return name_; }
   int index() const { return index_; }
 
-  /// The name of the kind, such as "CommandButton".
+  /// The name of the control's type, for example "CommandButton".
   virtual std::string_view TypeName() const = 0;
 
   Property<Rect> rect;
   Property<bool> visible;
   Property<bool> enabled;
   Property<std::string> toolTip;
-  /// What a screen reader says of the control, with "%" in the place of the text that it shows, such as
-  /// "Temperature: %". Empty: that text alone; a picture is then only to be looked at.
+  /// The text that a screen reader speaks for the control. "%" is replaced by the text that the control
+  /// shows, for example "Temperature: %". If this property is empty, the screen reader speaks only the text
+  /// that the control shows. A picture is then ignored.
   Property<std::string> accessible;
   Property<Font> font;
-  Event<const Drop&> drop;  ///< Something was dragged here. Filled, if at all, before the form is shown.
-  Event<> gotFocus;         ///< By the user or the logic.
+  Event<const Drop&> drop;  ///< Something was dropped here. Set a handler only before the form is shown.
+  Event<> gotFocus;         ///< The user or the logic has moved the focus here.
   const Look look;
   const Align align;
-  std::string tag;  ///< Shown nowhere; for what belongs to the control.
+  std::string tag;  ///< Additional data of the control. Never displayed.
 
   void SetFocus() { form().Focus(*this); }
   bool HasFocus() const { return form().Focused() == this; }
 
-  /// Puts the control in front of the others in its container.
+  /// Moves the control in front of all other controls in its container.
   void BringToFront();
-  /// The larger, the nearer to the front.
+  /// The stacking order. A control with a larger value is in front.
   int order() const { return order_; }
 
   void Changed(Change change) override;

@@ -25,7 +25,7 @@ void TextBox::AdoptEdit(std::size_t position, std::size_t removed, std::string_v
     return std::min(place, position);
   };
   const std::size_t newStart = moved(start);
-  // What is inserted right behind the selection does not become a part of it.
+  // Text that is inserted directly after the selection does not become part of it.
   const std::size_t end = start + length;
   const std::size_t newEnd = length > 0 && end == position + removed ? position : moved(end);
   selection.Adopt({newStart, newEnd - std::min(newStart, newEnd)});
@@ -106,14 +106,14 @@ void Timer::Changed(Change change) {
 }
 
 void Timer::Start() {
-  // A tick that enables its own timer is served by the restart after it.
+  // If the handler enables its own timer, Tick starts the next interval after the handler has returned.
   if (run_->ticking) return;
   pending_ = form().loop().After(std::chrono::milliseconds(interval_), [this] { Tick(); });
 }
 
 void Timer::Tick() {
   pending_ = 0;
-  /// Begins the next interval, also after a tick whose wait was given up.
+  /// Starts the next interval, even if an abandoned wait has ended the handler with an exception.
   struct Restart {
     Timer& timer;
     const std::shared_ptr<Run> run;

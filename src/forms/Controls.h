@@ -10,8 +10,8 @@
 
 #include "forms/Control.h"
 
-// The kinds of control that the windows use. A kind holds what can be seen of it and the events by which the
-// window system tells what the user did; it has no behaviour of its own beyond that.
+// The types of control that the windows use. A control holds its visible state, and the events that the
+// window system raises for actions of the user. It has no other behaviour of its own.
 
 namespace corvex {
 
@@ -24,8 +24,8 @@ class Frame : public Control, public Container {
         caption{*this, Change::Caption, std::string(design.caption)} {}
   using Control::form;
   std::string_view TypeName() const override { return "Frame"; }
-  Property<std::string> caption;  ///< Empty: no title is shown.
-  /// What stands in it is not current: it is shown in pale colours.
+  Property<std::string> caption;  ///< The title. Empty: no title is shown.
+  /// The content of the frame is out of date and is shown in pale colours.
   Property<bool> dimmed{*this, Change::Dimmed, false};
 };
 
@@ -37,9 +37,9 @@ class Label : public Control {
         picture(design.picture) {}
   std::string_view TypeName() const override { return "Label"; }
   Property<std::string> caption;
-  const std::string picture;  ///< As Image::picture; stands before the caption of an indicator.
-  /// What gets the focus by the key behind "&" in the caption, which has no meaning without it. Set before
-  /// the form is shown.
+  const std::string picture;  ///< See Image::picture. Shown before the caption of an indicator.
+  /// The control that gets the focus when the user presses Alt and the key that follows "&" in the caption.
+  /// Without a buddy, "&" has no special meaning. Set before the form is shown.
   Control* buddy = nullptr;
   Event<> click;
 };
@@ -51,12 +51,12 @@ class Button final : public Control {
         caption{*this, Change::Caption, std::string(design.caption)},
         picture{*this, Change::Picture, std::string(design.picture)} {}
   std::string_view TypeName() const override { return "CommandButton"; }
-  Property<std::string> caption;  ///< "&" stands before the key that works with Alt.
-  Property<std::string> picture;  ///< As Image::picture.
+  Property<std::string> caption;  ///< "&" marks the next character as the key that clicks with Alt.
+  Property<std::string> picture;  ///< See Image::picture.
   Event<> click;
 };
 
-/// One of several of which one is chosen within a container.
+/// A radio button. Only one option button in a container can be selected.
 class OptionButton : public Control {
  public:
   OptionButton(Container& parent, const Design& design)
@@ -67,7 +67,7 @@ class OptionButton : public Control {
   Event<> click;
 };
 
-/// Checked or not, by itself.
+/// A box that is checked or unchecked, independently of all others.
 class CheckBox : public Control {
  public:
   CheckBox(Container& parent, const Design& design)
@@ -75,17 +75,18 @@ class CheckBox : public Control {
   std::string_view TypeName() const override { return "CheckBox"; }
   Property<std::string> caption;
   Property<bool> value{*this, Change::Checked, false};
-  Event<> click;  ///< Comes behind the new value.
+  Event<> click;  ///< Raised after the value has changed.
 };
 
-/// A text of one byte a character. Changed by editing, so that a long text is never handed over whole.
+/// A box with a text of one byte per character. Changes are reported as edits, so that a long text is never
+/// transferred as a whole.
 class TextBox : public Control {
  public:
   TextBox(Container& parent, const Design& design) : Control(parent, design), text_(design.caption) {}
   std::string_view TypeName() const override { return "TextBox"; }
 
   struct Selection {
-    std::size_t start = 0;  ///< From 0; where the next character goes if nothing is selected.
+    std::size_t start = 0;  ///< Counted from 0. If nothing is selected, the position of the caret.
     std::size_t length = 0;
     friend bool operator==(const Selection&, const Selection&) = default;
   };
@@ -93,17 +94,19 @@ class TextBox : public Control {
   const std::string& Text() const { return text_; }
   void SetText(std::string_view text) { Edit(0, text_.size(), text); }
   void Append(std::string_view text) { Edit(text_.size(), 0, text); }
-  /// Replaces `removed` bytes at `position`; both are limited to the text there is. The selection stays on
-  /// what it was on, and one that is empty behind what is inserted at its place.
+  /// Replaces `removed` bytes at `position` with `inserted`. Both numbers are limited to the existing text.
+  /// The selection stays on the same characters. A caret at `position` moves to the end of the inserted text.
   void Edit(std::size_t position, std::size_t removed, std::string_view inserted);
-  /// Replaces what is selected; nothing is selected then.
+  /// Replaces the selected text and sets the caret to the end of the new text.
   void ReplaceSelection(std::string_view text);
-  /// For the window system: takes over what the user typed; `change` comes behind it, and the selection.
+  /// For the window system: stores the new text after the user has typed. The caller then updates the
+  /// selection and raises `change`.
   void AdoptText(std::string text);
-  /// The same of one place in the text, limited as with Edit and with the selection moved likewise: `change`
-  /// comes later, and the logic may edit before it.
+  /// For the window system: stores an edit of the user. The position, the length and the selection are
+  /// handled as in Edit. The caller raises `change` later; the logic may edit the text before that.
   void AdoptEdit(std::size_t position, std::size_t removed, std::string_view inserted);
 
+  /// The selected text.
   std::string_view SelText() const;
 
   bool multiLine = false;                                ///< Set before the form is shown.
@@ -113,27 +116,27 @@ class TextBox : public Control {
   Property<Color> backColor{*this, Change::BackColor, kWindowColor};
   Property<Color> foreColor{*this, Change::ForeColor, kWindowTextColor};
   Event<> change;
-  /// The text has changed, by the user or the logic: at a place (first argument) so many bytes (second) have
-  /// been replaced by so many others (third). For what keeps places in the text.
+  /// The user or the logic has changed the text. The arguments are the position, the number of removed bytes
+  /// and the number of inserted bytes. Intended for code that stores positions in the text.
   Event<std::size_t, std::size_t, std::size_t> edited;
 
  private:
   std::string text_;
 };
 
-/// Two arrows that step a whole number through a range, one at a time. The number goes to the tag of the text
-/// box beside them, the buddy; what is shown for it there is for the logic to say.
+/// Two arrow buttons that step a whole number up or down by one within a range. The number is stored in the
+/// tag of a text box, the buddy. The logic decides what text the buddy shows.
 class UpDown : public Control {
  public:
-  /// The value begins with `min`.
+  /// The initial value is `min`.
   UpDown(Container& parent, const Design& design, TextBox& buddy, int min, int max);
   std::string_view TypeName() const override { return "UpDown"; }
 
   TextBox& buddy() const { return buddy_; }
   int min() const { return min_; }
   int max() const { return max_; }
-  Property<int> value;  ///< Set beyond the range it takes the nearer end of it.
-  /// For the window system: takes over the step of the user; `change` comes behind it.
+  Property<int> value;  ///< A value outside the range is replaced by the nearest limit.
+  /// For the window system: stores the value after a step by the user. The caller then raises `change`.
   void AdoptValue(int stepped);
   Event<> change;
 
@@ -150,8 +153,8 @@ class Image : public Control {
   Image(Container& parent, const Design& design)
       : Control(parent, design), picture{*this, Change::Picture, std::string(design.picture)} {}
   std::string_view TypeName() const override { return "Image"; }
-  /// A name that the window system knows ("mail", "key 3", "logo"), or the path of a picture file behind
-  /// "file:". Nothing is shown for one that it does not know or cannot load.
+  /// A name that the window system knows ("mail", "key 3", "logo"), or "file:" followed by the path of a
+  /// picture file. If the name is unknown or the file cannot be loaded, nothing is shown.
   Property<std::string> picture;
   Event<> click;
 };
@@ -159,7 +162,7 @@ class Image : public Control {
 /// A straight line.
 class Line : public Control {
  public:
-  /// From the upper left of the design's place to the lower right.
+  /// The line goes from the upper left corner of the design's rectangle to the lower right corner.
   Line(Container& parent, const Design& design)
       : Control(parent, design),
         ends{*this,
@@ -173,11 +176,11 @@ class Line : public Control {
 struct ListItem {
   std::string key;
   std::string text;
-  std::int16_t icon = 0;  ///< Number in the set of menu icons.
+  std::int16_t icon = 0;  ///< Number of the menu icon.
   friend bool operator==(const ListItem&, const ListItem&) = default;
 };
 
-/// A list of icons with texts.
+/// A list of items, each with an icon and a text.
 class ListView : public Control {
  public:
   ListView(Container& parent, const Design& design) : Control(parent, design) {}
@@ -187,19 +190,19 @@ class ListView : public Control {
   void Clear();
   void Add(ListItem item);
 
-  /// Place of the selected item, from 1; 0 is none.
+  /// The number of the selected item, counted from 1. 0: none.
   Property<int> selected{*this, Change::Selection, 0};
-  /// Horizontal spacing of the icons in the low 16 bits, vertical in the high ones, in pixels for a font of 8
-  /// points: it grows with the font.
+  /// The spacing of the icons in pixels: horizontal in the low 16 bits, vertical in the high 16 bits. The
+  /// values apply to a font of 8 points and are scaled with the font size.
   Property<std::uint32_t> iconSpacing{*this, Change::Spacing, 0};
-  Event<char> keyPress;  ///< A typed character. Arrow keys move the selection without it.
+  Event<char> keyPress;  ///< The user has typed a character. Not raised for the arrow keys.
   Event<> doubleClick;
 
  private:
   std::vector<ListItem> items_;
 };
 
-/// A plain list of texts.
+/// A list of texts.
 class ListBox : public Control {
  public:
   ListBox(Container& parent, const Design& design) : Control(parent, design) {}
@@ -209,7 +212,7 @@ class ListBox : public Control {
   void Clear();
   void AddItem(std::string text);
 
-  /// Place of the selected item, from 0; -1 is none.
+  /// The index of the selected item, counted from 0. -1: none.
   Property<int> listIndex{*this, Change::Selection, -1};
   Event<char> keyPress;
   Event<> doubleClick;
@@ -218,7 +221,8 @@ class ListBox : public Control {
   std::vector<std::string> items_;
 };
 
-/// Nothing to see: takes the keyboard focus and hands on what is typed, a text of one or two characters.
+/// An invisible control that takes the keyboard focus and reports typed keys. Each key is reported as a text
+/// of one or two characters.
 class KeySource : public Control {
  public:
   KeySource(Container& parent, const Design& design) : Control(parent, design) {}
@@ -226,14 +230,14 @@ class KeySource : public Control {
   Event<std::string_view> keys;
 };
 
-/// A row of tabs; the logic shows what belongs to the selected one.
+/// A row of tabs. The logic shows the content of the selected tab.
 class TabStrip : public Control {
  public:
   TabStrip(Container& parent, const Design& design, std::vector<std::string> tabs)
       : Control(parent, design), captions(std::move(tabs)) {}
   std::string_view TypeName() const override { return "TabStrip"; }
   const std::vector<std::string> captions;
-  Property<int> selected{*this, Change::Selection, 1};  ///< From 1.
+  Property<int> selected{*this, Change::Selection, 1};  ///< Number of the tab, counted from 1.
   Event<> click;
 };
 
@@ -245,11 +249,11 @@ class MenuItem : public Control {
   /// An entry of a menu.
   MenuItem(MenuItem& menu, const Design& design) : MenuItem(menu.form(), &menu, design) {}
   std::string_view TypeName() const override { return "Menu"; }
-  MenuItem* menu() const { return menu_; }  ///< The entry that this one stands under, or none.
-  Property<std::string> caption;            ///< "-" is a line between entries.
+  MenuItem* menu() const { return menu_; }  ///< The menu of this entry. Null in the menu bar.
+  Property<std::string> caption;            ///< "-": a separator line.
   Property<bool> checked{*this, Change::Checked, false};
-  /// The keys that do the same, such as "Ctrl+P". To be shown: it is the form's keyDown that listens to them,
-  /// as only the logic knows when keys are the modem's.
+  /// The keyboard shortcut, for example "Ctrl+P". It is only displayed. The form's keyDown handles the keys,
+  /// because only the logic knows when keys belong to the modem.
   const std::string shortcut;
   Event<> click;
 
@@ -264,11 +268,11 @@ class MenuItem : public Control {
   MenuItem* menu_;
 };
 
-/// Ticks every `interval` milliseconds while enabled. The next interval begins when a tick has returned, so
-/// that a tick that waits is never entered again from its own wait. A tick may destroy its timer, with the
-/// form or alone, and go on.
+/// Raises `tick` every `interval` milliseconds while enabled. The next interval begins when the handler has
+/// returned, so a handler that waits is never called again during its own wait. The handler may destroy the
+/// timer, alone or with the form, and continue.
 class Timer : public Control {
-  /// What a tick needs until it returns, even if the timer is gone by then.
+  /// The state of a running tick. It exists until the handler returns, even if the timer is destroyed before.
   struct Run {
     Event<> tick;
     bool ticking = false;

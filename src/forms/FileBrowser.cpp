@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kDown = 40;
 constexpr std::string_view kDefaultFilter = "*.*";
-/// The top of the system's disk; the separator tells which system it is.
+/// The root folder. The preferred separator shows whether the system is Windows.
 constexpr std::string_view kDefaultFolder = std::filesystem::path::preferred_separator == '\\' ? "C:\\" : "/";
 constexpr std::string_view kDefaultTitle = "Open";
 
@@ -24,7 +24,7 @@ std::int16_t Short(std::size_t number) {
   return static_cast<std::int16_t>(std::min(number, kMost));
 }
 
-/// A text of the bag, or none.
+/// The value of a property in the bag, or nullopt.
 std::optional<std::string_view> Find(const PropertyBag& bag, std::string_view name) {
   const auto found = bag.find(name);
   if (found == bag.end()) return std::nullopt;
@@ -44,7 +44,7 @@ std::int16_t ReadShort(const PropertyBag& bag, std::string_view name) {
   return ToInt16(Find(bag, name).value_or("")).value_or(0);
 }
 
-// A colour is kept as a signed 32-bit number.
+// A colour is stored as a signed 32-bit number.
 Color ReadColor(const PropertyBag& bag, std::string_view name, Color fallback) {
   const auto number = ToInt32(Find(bag, name).value_or(""));
   return number && *number <= 0xFFFFFF ? static_cast<Color>(*number) : fallback;
@@ -54,7 +54,7 @@ std::string ColorText(Color color) {
   return std::to_string(static_cast<std::int32_t>(color));
 }
 
-// A font is kept as its name and size and the words that apply: "Courier,12,bold,italic,underline".
+// A font is stored as its name, its size and the styles that apply: "Courier,12,bold,italic,underline".
 Font ReadFont(const PropertyBag& bag, std::string_view name, const Font& fallback) {
   const auto text = Find(bag, name);
   if (!text) return fallback;
@@ -102,7 +102,7 @@ FileBrowser::FileBrowser(Container& parent, const Design& design, Dialogs& dialo
   cmdBrowse.enabled = design.enabled;
   txtFolder.change = [this] { TextHasChanged(); };
   cmdBrowse.click = [this] { Browse(); };
-  drop = [this](const Drop&) { dialogs_.MessageBox("hello"); };  // and nothing more; that is meant
+  drop = [this](const Drop&) { dialogs_.MessageBox("hello"); };  // Intentional: a drop does nothing else.
   txtFolder.drop = [this](const Drop& dropped) { drop(dropped); };
   Place();
 }
@@ -184,7 +184,7 @@ void FileBrowser::ReadProperties(const PropertyBag& bag) {
   enabled = ReadTruth(bag, "Enabled", true);
   font = ReadFont(bag, "Font", ambientFont_);
   SetLocked(ReadTruth(bag, "Locked", false));
-  // The text comes before the selection, which lies within it.
+  // Set the text before the selection, because the selection is limited to the text.
   SetText(ReadText(bag, "Text"));
   SetSelStart(ReadShort(bag, "SelStart"));
   SetSelLength(ReadShort(bag, "SelLength"));
@@ -220,7 +220,7 @@ void FileBrowser::Browse() {
                               .owner = &form(),
                               .asksBeforeNew = fileDialogType_ != 0};
   const auto path = fileDialogType_ == 0 ? dialogs_.OpenFile(question) : dialogs_.SaveFile(question);
-  // Without an answer the window may have gone.
+  // If the user gave no answer, the window may have been destroyed. Do not access any member.
   if (!path) return;
   const std::string_view trimmed = TrimBlanks(*path);
   if (!trimmed.empty()) SetText(trimmed);

@@ -11,11 +11,11 @@
 
 namespace corvex {
 
-/// Where a window keeps the properties of its controls: texts by the property's name.
+/// Stored properties of a control: the values as texts, by property name.
 using PropertyBag = std::map<std::string, std::string, std::less<>>;
 
-/// A box for a file's path with a button that lets the user pick the file. `enabled`, `font` and `toolTip` of
-/// the control are those of the box too.
+/// A text box for the path of a file, with a button that opens a file dialog. The control's `font` and
+/// `toolTip` apply to the text box, and `enabled` applies to the text box and the button.
 class FileBrowser : public Frame {
  public:
   FileBrowser(Container& parent, const Design& design, Dialogs& dialogs);
@@ -30,17 +30,17 @@ class FileBrowser : public Frame {
   std::string Text() const { return txtFolder.Text(); }
   void SetText(std::string_view text);
 
-  // Its selection, within the text and the first 32,767 characters.
+  // The selection in the text box. Positions and lengths are limited to the text and to 32,767.
   std::int16_t SelStart() const;
-  void SetSelStart(std::int16_t start);  ///< Ends the selection there is.
+  void SetSelStart(std::int16_t start);  ///< Moves the caret. Nothing is selected afterwards.
   std::int16_t SelLength() const;
   void SetSelLength(std::int16_t length);
   std::string SelText() const { return std::string(txtFolder.SelText()); }
-  void SetSelText(std::string_view text);  ///< Puts a text in the place of the selected one.
+  void SetSelText(std::string_view text);  ///< Replaces the selected text.
 
-  // Properties of the dialog.
+  // Properties of the file dialog.
   std::int32_t FileDialogType() const { return fileDialogType_; }
-  /// 0 picks an existing file, any other value one to write to.
+  /// 0: the user chooses an existing file. Any other value: the user chooses a file to write to.
   void SetFileDialogType(std::int32_t type) { Set("FileDialogType", fileDialogType_, type); }
   const std::string& Filter() const { return filter_; }
   void SetFilter(const std::string& filter) { Set("Filter", filter_, filter); }  ///< See FileQuestion.
@@ -49,20 +49,21 @@ class FileBrowser : public Frame {
   const std::string& Title() const { return title_; }
   void SetTitle(const std::string& title) { Set("Title", title_, title); }
 
-  /// A value that is missing or makes no sense is the default.
+  /// Sets all properties from the bag. A property that is missing or invalid gets its default value.
   void ReadProperties(const PropertyBag& bag);
-  /// Values at their defaults are left out.
+  /// Writes all properties that differ from their defaults. A property with its default value is removed from
+  /// the bag.
   void WriteProperties(PropertyBag& bag) const;
 
-  /// Shows the box anew.
+  /// Displays the text box again.
   void Refresh() { txtFolder.Changed(Change::Caption); }
-  /// Lets the user pick a file, and waits for it.
+  /// Opens the file dialog and waits for the user's choice.
   void Browse();
-  /// For the form, which sees keys first: Alt and Down in this control picks a file.
+  /// Called by the form, which receives keys first. Alt+Down in this control opens the file dialog.
   void TakeKey(KeyEvent& key);
 
-  Event<> change;                           ///< Of the text, by the user or the logic.
-  Event<std::string_view> propertyChanged;  ///< The property of this name is to be written anew.
+  Event<> change;                           ///< The user or the logic has changed the text.
+  Event<std::string_view> propertyChanged;  ///< The property with this name must be saved again.
 
   void Changed(Change what) override;
 

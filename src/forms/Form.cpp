@@ -62,7 +62,7 @@ void Form::TakeKey(KeyEvent& key) {
   if (button == nullptr || !button->visible || !button->enabled) return;
   key.handled = true;
   if (key.repeated) return;
-  // A second key may come in the very turn in which the first one closes the form.
+  // The form may be hidden or destroyed before the task runs, for example by the click of an earlier key.
   loop_.Post([this, button, alive = std::weak_ptr(alive_)] {
     if (!alive.expired() && visible && button->enabled) button->click();
   });
@@ -77,7 +77,8 @@ void Form::MoveTo(Twips left, Twips top) {
 }
 
 void Form::Centre(const Rect& over, Twips width, Twips height) {
-  // Larger than what it lies over, it must not reach beyond the screen with its title where that does not.
+  // A form larger than `over` could extend beyond the left or top edge of the screen and hide its title. Keep
+  // it within that edge, unless `over` itself extends beyond the edge.
   const Rect screen = windows_.WorkArea();
   const auto place = [](Twips from, Twips room, Twips size, Twips edge) {
     const Twips centred = from + (room - size) / 2;
@@ -90,7 +91,7 @@ void Form::Centre(const Rect& over, Twips width, Twips height) {
 void Form::Focus(Control& control) {
   const bool had = focused_ == &control;
   focused_ = &control;
-  // Told even if the form believes it has the focus already: the window system may know better.
+  // Notify the window system even if the control already has the focus here: its own state may differ.
   control.Changed(Change::Focus);
   if (!had) control.gotFocus();
 }

@@ -18,19 +18,20 @@ class Form;
 class TextBox;
 class WindowSystem;
 
-/// What shows a form: told of every change, at once and in order. It must not call back into the form.
+/// Displays a form. It is notified of every change of the form, immediately and in order. It must not change
+/// the form from within a notification.
 class FormObserver {
  public:
   virtual ~FormObserver() = default;
   virtual void FormChanged(Change change) = 0;
   virtual void ControlChanged(Control& control, Change change) = 0;
-  /// `removed` bytes at `position` of the text box give way to `inserted`; told while the box still has the
-  /// text of before, of which the observer may have to look at what goes.
+  /// In the text box, `removed` bytes at `position` are about to be replaced with `inserted`. The box still
+  /// holds the old text during the call, so that the observer can inspect the bytes to be removed.
   virtual void TextEdited(TextBox& box, std::size_t position, std::size_t removed,
                           std::string_view inserted) = 0;
 };
 
-/// What a control can stand in: the form itself or a frame.
+/// Something that contains controls: the form itself or a frame.
 class Container {
  public:
   Container(const Container&) = delete;
@@ -45,32 +46,32 @@ class Container {
   Form& form_;
 };
 
-/// What a window's frame takes of its outer extents, both sides together. Nominal, so that layouts do not
-/// depend on the style of a system: the window system gives the controls the rest exactly, and draws what
-/// frame it has around it.
+// The nominal size of a window's frame: the difference between the outer and the inner size, both sides
+// together. The values are the same on every system, so that layouts do not depend on the system's style. The
+// window system gives the controls exactly the inner size and draws its own frame around it.
 inline constexpr Twips kFrameWidth = 90;
 inline constexpr Twips kFrameHeight = 300;
-inline constexpr Twips kMenuBarHeight = 270;  ///< In addition, for a form with a menu bar.
+inline constexpr Twips kMenuBarHeight = 270;  ///< Added to kFrameHeight for a form with a menu bar.
 
 enum class Pointer { Normal, Hourglass };
 enum class WindowState { Normal, Minimized, Maximized };
 
-/// A key as the main window sees it before any control does.
+/// A key press, as the form receives it before any control does.
 struct KeyEvent {
-  int keyCode = 0;  ///< Virtual key code: letters and digits their upper-case character, F1 is 112.
+  int keyCode = 0;  ///< Virtual key code. Letters (upper case) and digits: their character code; F1: 112.
   bool shift = false;
   bool ctrl = false;
   bool alt = false;
-  bool repeated = false;  ///< The user holds it down, and the system repeats it.
-  bool handled = false;   ///< Set by the logic if the key is not to go on.
+  bool repeated = false;  ///< Repeated by the system because the user holds the key down.
+  bool handled = false;   ///< Set by the logic to keep the key from the controls.
 };
 
-/// A window as data: its members are its controls, in the order of their declaration, and logic reads and
-/// sets them without knowing what shows them. The form is made hidden; it is realised by the window system
-/// when it is first made visible.
+/// A window as plain data. The members of a form are its controls, in the order of their declaration. The
+/// logic reads and sets the controls without knowing how they are displayed. A new form is hidden. The window
+/// system creates the real window when the form becomes visible for the first time.
 class Form : public Container, public Observable {
  public:
-  /// `owner`: the form that this one stays in front of, or none.
+  /// `owner` is the form that this one always stays in front of, or null.
   Form(EventLoop& loop, WindowSystem& windows, std::string_view name, Form* owner = nullptr);
   virtual ~Form();
 
@@ -81,59 +82,63 @@ class Form : public Container, public Observable {
   const std::vector<Control*>& controls() const { return controls_; }
 
   Property<std::string> caption{*this, Change::Caption, {}};
-  /// Outer extents on the screen.
+  /// The outer position and size on the screen.
   Property<Rect> rect{*this, Change::Rect, {}};
-  /// What of them is left for the controls; never negative.
+  // The inner size, which is available to the controls. Never negative.
   Twips InnerWidth() const;
   Twips InnerHeight() const;
   Property<bool> visible{*this, Change::Visible, false};
   Property<Pointer> pointer{*this, Change::Pointer, Pointer::Normal};
   Property<WindowState> windowState{*this, Change::WindowState, WindowState::Normal};
-  // Both set before the form is shown.
+  // Set these two before the form is shown.
   bool fixedSize = false;  ///< The user cannot resize the window.
-  /// The window becomes the active one when it is shown, or restored by the logic from its minimised state.
+  /// The window becomes active when it is shown, and when the logic restores it from the minimised state.
   bool takesFocus = true;
 
   Event<> activate;
   Event<> deactivate;
-  Event<> resize;            ///< The user or the logic has changed the extents or the window state.
+  Event<> resize;            ///< The user or the logic has changed the size or the window state.
   Event<> queryUnload;       ///< The user wants to close the window.
-  Event<KeyEvent&> keyDown;  ///< Comes before any control sees the key.
+  Event<KeyEvent&> keyDown;  ///< Raised before any control receives the key.
 
-  // What Enter and Esc click, wherever the focus is; none at first. Enter goes to a button with the focus,
-  // and to a text of several lines, before.
+  // The buttons that Enter (default) and Esc (cancel) click, wherever the focus is. Initially none.
+  // Exceptions for Enter: if a button has the focus, that button is clicked; if a multi-line text box has the
+  // focus, the text box receives the key.
   Property<Button*> defaultButton{*this, Change::Default, nullptr};
   Button* cancelButton = nullptr;
-  /// For the window system: a key has come, before any control sees it. The buttons are clicked in a task of
-  /// their own.
+  /// For the window system: called for each key press before any control receives it. Raises keyDown and
+  /// handles Enter and Esc. The click of a button is posted as a separate task.
   void TakeKey(KeyEvent& key);
 
-  /// Whether this is the system's active window.
+  /// True if this is the system's active window.
   bool Active() const { return active_; }
-  /// For the window system: the window became active or ceased to be, which raises the event.
+  /// For the window system: the window has become active or inactive. Raises activate or deactivate.
   void SetActive(bool active);
 
-  /// The control with the keyboard focus, or none.
+  /// The control that has the keyboard focus, or null.
   Control* Focused() const { return focused_; }
+  /// Moves the keyboard focus to a control and raises its gotFocus, unless it has the focus already.
   void Focus(Control& control);
-  /// For the window system: the user has moved the focus. The control's gotFocus is raised by the caller.
+  /// For the window system: the user has moved the focus. The caller raises the control's gotFocus.
   void AdoptFocus(Control* control) { focused_ = control; }
 
-  /// Shows the form and pumps events until it is hidden again; meanwhile the user cannot reach other windows.
+  /// Shows the form and pumps events until the form is hidden again. Until then the user cannot use other
+  /// windows.
   void ShowModal();
   bool Modal() const { return modal_; }
 
-  /// Moves the form. What lies beyond any screen is limited, so that a size can be added to it.
+  /// Moves the form. The coordinates are limited to 1e9 twips in either direction, so that adding a size
+  /// cannot overflow.
   void MoveTo(Twips left, Twips top);
 
-  /// Gives the form its outer size, in the middle of a place on the screen.
+  /// Sets the outer size of the form and centres it over a rectangle on the screen.
   void Centre(const Rect& over, Twips width, Twips height);
 
-  /// Takes the form off the window system. A window whose members the window system could still reach calls
-  /// it first in its destructor.
+  /// Detaches the form from the window system. A derived class calls it first in its destructor if the window
+  /// system could otherwise still access members of that class.
   void Withdraw();
 
-  /// Set by the window system while it shows the form.
+  /// Set by the window system while the form is attached to it.
   FormObserver* observer = nullptr;
 
   void Changed(Change change) override;

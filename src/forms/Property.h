@@ -6,7 +6,7 @@
 
 namespace corvex {
 
-/// What of a form or a control has changed. One bit each, so that an observer can gather several.
+/// A kind of change of a form or a control. Each kind is one bit, so that an observer can combine several.
 enum class Change : std::uint32_t {
   Caption = 1u << 0,
   Rect = 1u << 1,
@@ -31,16 +31,18 @@ enum class Change : std::uint32_t {
   Dimmed = 1u << 20,
 };
 
-/// Something whose changes are told to one observer.
+/// Base class of objects that are notified when one of their properties changes.
 class Observable {
  public:
+  /// Called by a property after its value has changed.
   virtual void Changed(Change change) = 0;
 
  protected:
   ~Observable() = default;
 };
 
-/// A value that tells its owner when it changes. Setting the value it has already tells nobody.
+/// A value that notifies its owner when it changes. Setting the current value again does not notify the
+/// owner.
 template <typename T>
 class Property {
  public:
@@ -58,9 +60,11 @@ class Property {
   }
 
   const T& Get() const { return value_; }
-  operator const T&() const { return value_; }  // NOLINT(google-explicit-constructor): reads like a member
+  operator const T&() const {
+    return value_;
+  }  // NOLINT(google-explicit-constructor): used like a plain member
 
-  /// For the window system: takes over what the user did without telling it back.
+  /// For the window system: stores a value that the user has set, without notifying the owner.
   void Adopt(T value) { value_ = std::move(value); }
 
   template <typename U>

@@ -12,21 +12,23 @@ namespace corvex {
 
 namespace {
 
-// The kinds of each group, one behind the other: any part of such a text counts as a kind of the group.
+// The type names of each group, without separators. A type belongs to a group if its name is a substring of
+// the group's text.
 constexpr std::string_view kWithFont = "TextBoxLabelFrameCommandButtonListBoxMSFlexGridCheckBoxOptionButton";
 constexpr std::string_view kWithoutFont = "ImageUpDownListViewComboBoxShapeAnimationRichTextBoxTreeView";
 constexpr std::string_view kLine = "Line";
 
 constexpr double kZoomStep = 0.3;
 
-/// A length of so many parts of a window; one that is out of all proportion ends at a bound that leaves room
-/// to add two of them.
+/// Converts a ratio to a length. The result is limited to 1e9 twips in either direction, so that the sum of
+/// two lengths does not overflow.
 Twips Length(float ratio, float whole) {
   constexpr double kMost = 1e9;
   return static_cast<Twips>(RoundHalfEven(std::clamp<double>(ratio * whole, -kMost, kMost)));
 }
 
-/// One point is added even at the size that was registered; that is meant. None if it is no font size.
+/// The font size in points, or nullopt if the result is not a valid size. Intentional: one point is added,
+/// even at the registered size.
 std::optional<std::int16_t> FontSize(float ratio, float whole) {
   const double rounded = RoundHalfEven(ratio * whole + 1);
   if (!(rounded >= 1 && rounded <= std::numeric_limits<std::int16_t>::max())) return std::nullopt;
@@ -42,7 +44,7 @@ clsRez::Group clsRez::GroupOf(std::string_view typeName) {
 }
 
 void clsRez::Register(Form& form) {
-  // First, as it may change the sizes that are taken below.
+  // Run due tasks first, because they may change the sizes that are recorded below.
   form.loop().Pump(form.loop().Now());
   const auto height = static_cast<float>(form.InnerHeight());
   const auto width = static_cast<float>(form.InnerWidth());
@@ -105,7 +107,8 @@ void clsRez::AdjustControls(Form& form, Twips height, Twips width) {
 }
 
 void clsRez::Magnify(Form& form, Twips width, Twips height) {
-  // The third sum stays just below the bound, so that there are three steps; that is meant.
+  // Intentional: after two steps the factor is slightly below 1.6 because of rounding, so a third step is
+  // possible.
   if (zoomFactor_ < 1.6F) Zoom(form, kZoomStep, width, height);
 }
 

@@ -7,8 +7,8 @@
 
 namespace corvex {
 
-/// Makes the layout of one window proportional: once the window has been registered, its controls follow its
-/// size, fonts included. It also keeps the window's zoom.
+/// Scales the layout of one window in proportion to its size, including the fonts. The window must be
+/// registered first. The class also stores the zoom factor of the window.
 class clsRez {
  public:
   void DisableRez() { rezEnabled_ = false; }
@@ -17,20 +17,23 @@ class clsRez {
   bool HasRegistered() const { return rezRegistered_; }
   float ZoomFactor() const { return zoomFactor_; }
 
-  /// Takes the places of all controls in proportion to the window's inner size, which is 1.0 from now on.
-  /// What is pending in the event loop runs before. A window without an inner size changes nothing.
+  /// Records the positions and sizes of all controls in proportion to the inner size of the window. The
+  /// current size becomes zoom factor 1.0. First, all due tasks of the event loop run. If the inner width or
+  /// height is 0, nothing is recorded.
   void Register(Form& form);
 
-  /// Places the controls for an inner size of the window, unless disabled. It knows the controls by their
-  /// order in the window alone; one that has come since they were registered stays as it is.
+  /// Lays out the controls for an inner size of the window. Does nothing while disabled. The controls are
+  /// identified only by their order in the form. A control that was added after the registration is not
+  /// changed.
   void AdjustControls(Form& form, Twips height, Twips width);
 
-  // One step larger or smaller, up to a bound; `width` and `height` are the window's outer size at 1.0.
+  // Zooms one step in or out, up to a limit. `width` and `height` are the outer size of the window at zoom
+  // factor 1.0.
   void Magnify(Form& form, Twips width, Twips height);
   void ReduceSize(Form& form, Twips width, Twips height);
 
  private:
-  /// What of a control is scaled. A line has ends and nothing else.
+  /// Which properties of a control are scaled. A line has end points instead of a rectangle.
   enum class Group { None, RectAndFont, Rect, Ends };
   static Group GroupOf(std::string_view typeName);
 

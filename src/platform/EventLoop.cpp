@@ -6,7 +6,7 @@ namespace corvex {
 
 namespace {
 
-/// How long after its time a pause is given up.
+/// A pause that is this long overdue is abandoned.
 constexpr EventLoop::Time kOverdue = std::chrono::minutes(1);
 
 }  // namespace
@@ -72,11 +72,11 @@ void EventLoop::Pump(Time until) {
 
 void EventLoop::RunDue() {
   TakeFromThreads();
-  // Only what is due now: a task that posts itself again must not keep the platform from its turn.
+  // Runs only the tasks that are queued now. A task that posts itself again must not starve the platform.
   for (std::size_t count = posted_.size(); count > 0 && !posted_.empty() && !ended_; --count) {
     const Task task = std::move(posted_.front());
     posted_.pop_front();
-    Rearm();  // the task may hand over to a loop of the platform's own, from which the rest is to go on
+    Rearm();  // The task may start a nested loop of the platform, which must run the remaining tasks.
     RunTask(task);
   }
   const Time now = Now();
@@ -93,7 +93,7 @@ void EventLoop::RunDue() {
   Rearm();
 }
 
-/// The waits that began in the task have unwound when it is left.
+/// Every wait that began in the task has unwound when this function returns.
 void EventLoop::RunTask(const Task& task) {
   try {
     task();
@@ -118,7 +118,7 @@ void EventLoop::RunTask(const Task& task) {
 
 void EventLoop::PostForQuiet(Task task) {
   quiet_.push_back(std::move(task));
-  Post([] {});  // after which it is served if nothing waits even now
+  Post([] {});  // An empty task, so that RunTask checks `quiet_`.
 }
 
 void EventLoop::AbandonWaits(Task next) {
@@ -137,7 +137,7 @@ bool EventLoop::Enter(const Task& task) {
     RunTask(task);
   } catch (const ProgramEnded&) {
   }
-  // A task that left early by the end of the program may have left others behind; they are not run any more.
+  // The end of the program may have cut the task short. The tasks still in the queue do not run any more.
   return !ended_;
 }
 
@@ -168,11 +168,11 @@ void Pause(EventLoop& loop, double seconds) {
   EventLoop::Wait wait(loop);
   for (double now = clock(); now < deadline; now = clock()) {
     const auto rest = std::chrono::duration<double>(deadline - now);
-    // A whole millisecond at the least: the clock of the day may be coarser than the rest of the pause.
+    // At least one millisecond: the time-of-day clock may be coarser than the remaining time.
     const auto step =
         std::max(std::chrono::ceil<std::chrono::milliseconds>(rest), std::chrono::milliseconds(1));
     wait.Pump(std::min(loop.Now() + step, overdue));
-    // A box above it that has been open for longer makes it late, but not endless.
+    // If a message box on top of this pause stays open for longer, the pause ends late, but it does end.
     if (loop.Now() >= overdue && clock() < deadline) throw WaitAbandoned{.overdue = true};
   }
 }

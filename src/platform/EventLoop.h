@@ -10,37 +10,39 @@
 
 namespace corvex {
 
-/// Thrown by EventLoop::Pump once the program is to end, so that every wait on the stack unwinds. Only
-/// EventLoop::Enter catches it; it must never pass through frames of the window system.
+/// Thrown by EventLoop::Pump when the program ends, so that every wait on the stack unwinds. Only
+/// EventLoop::Enter catches it. It must never pass through stack frames of the window system.
 struct ProgramEnded {};
 
-/// Thrown by a wait that is given up: what was waiting stops where it is, and its guards end with their
-/// scope. It ends the task, the click or the tick in which the wait began, and nothing else: EventLoop::Enter
-/// and EventLoop::RunDue catch it.
+/// Thrown by a wait that is abandoned. The waiting code stops where it is, and its scope guards run. The
+/// exception ends only the task, click or tick in which the wait began: EventLoop::Enter and
+/// EventLoop::RunDue catch it.
 struct WaitAbandoned {
-  bool overdue = false;  ///< Nobody has given the wait up, but it should have ended a minute ago.
+  bool overdue = false;  ///< No call abandoned the wait, but it is one minute overdue.
 };
 
-/// Time as a dependency: the clock, one-shot timers, posted tasks, and the one way of waiting.
+/// The program's source of time: a clock, one-shot timers, posted tasks, and the only way to wait.
 ///
-/// The order of what is due is kept here, the same for every platform; a platform adds its clock and how to
-/// sleep. All calls come from the one thread of the program, but for PostFromAnyThread.
+/// This base class decides the order in which tasks and timers run, so the order is the same on every
+/// platform. A platform adds a clock and a way to sleep. All functions except PostFromAnyThread must be
+/// called from the program's main thread.
 class EventLoop {
  public:
-  using Time = std::chrono::nanoseconds;  ///< A point on the monotonic clock, or a distance on it.
+  using Time = std::chrono::nanoseconds;  ///< A point on the monotonic clock, or a duration.
   using Task = std::function<void()>;
-  using TimerId = std::uint64_t;  ///< 0 is never a timer.
+  using TimerId = std::uint64_t;  ///< 0 is never a valid timer.
 
-  /// A wait that can be given up, for as long as it lives. Only what stands on the stack is made of it.
+  /// A wait that can be abandoned. The wait lasts for the lifetime of the object. Create it on the stack
+  /// only.
   class Wait {
    public:
     explicit Wait(EventLoop& loop) : loop_(loop), began_(loop.abandoned_) { ++loop.waits_; }
     ~Wait() { --loop_.waits_; }
     Wait(const Wait&) = delete;
     Wait& operator=(const Wait&) = delete;
-    /// As EventLoop::Pump, and then Check.
+    /// Calls EventLoop::Pump, then Check.
     void Pump(Time until = Time::max());
-    /// Throws WaitAbandoned if the wait has been given up.
+    /// Throws WaitAbandoned if the wait has been abandoned.
     void Check() const;
 
    private:
@@ -48,8 +50,8 @@ class EventLoop {
     unsigned began_;
   };
 
-  /// The time in which a window or a question holds up everything below it on the stack, until the user
-  /// answers. What is begun in it does not wait for that.
+  /// Marks the time during which a modal window or a question blocks everything below it on the stack, until
+  /// the user answers. A task passed to AbandonWaits in that time does not wait for the user's answer.
   class Modal {
    public:
     explicit Modal(EventLoop& loop) : loop_(loop), below_(loop.waitsBelow_) {
@@ -76,72 +78,75 @@ class EventLoop {
   /// The monotonic clock.
   virtual Time Now() const = 0;
 
-  /// The local time of day in seconds, 0 to below 86400. It falls back to 0 at midnight.
+  /// The local time of day in seconds, from 0 to below 86400. It restarts at 0 at midnight.
   virtual double SecondsSinceMidnight() const = 0;
 
-  /// Local calendar time in seconds since 1970-01-01 00:00 of the local time zone, for names and stamps.
+  /// Local calendar time in seconds since 1970-01-01 00:00 in the local time zone, for file names and time
+  /// stamps.
   virtual std::int64_t LocalSeconds() const = 0;
 
-  /// Queues a task; tasks run in the order of their posting, from the next Pump or RunDue on.
+  /// Queues a task. Tasks run in the order in which they were posted, starting with the next Pump or RunDue.
   void Post(Task task);
 
-  /// Post for the threads that serve a device. The task itself runs on the loop's thread, and has to find out
-  /// there whether the object it was meant for still exists. Such a thread must end before the loop is
-  /// destroyed. A task that comes after the end of the program is not run.
+  /// The variant of Post for threads that serve a device. The task runs on the loop's thread and must check
+  /// there whether its target object still exists. The calling thread must end before the loop is destroyed.
+  /// A task posted after the end of the program does not run.
   void PostFromAnyThread(Task task);
 
-  /// Queues a task that runs when no wait and no Modal is on the stack: one that opens a message box would
-  /// hold them up until the user answers.
+  /// Queues a task that runs when no Wait and no Modal is on the stack. Intended for tasks that open a
+  /// message box, which would block a wait until the user answers.
   void PostForQuiet(Task task);
 
-  /// Runs the task once, `delay` from now.
+  /// Runs the task once, after `delay`.
   TimerId After(Time delay, Task task);
 
-  /// Forgets a timer; an id that has fired or is 0 is ignored.
+  /// Cancels a timer. An id of 0, or of a timer that has fired, is ignored.
   void Cancel(TimerId id);
 
-  /// Runs what is due, or sleeps until something is, at the latest until `until`.
+  /// Runs everything that is due. If nothing is due, sleeps until something is, but no later than `until`.
   /// Throws ProgramEnded once End has been called.
   void Pump(Time until = Time::max());
 
-  /// Runs what was due at the call: tasks first, then timers by their time. Never waits. A platform calls it
-  /// from within Enter.
+  /// Runs everything that is due at the time of the call: first tasks, then timers in order of their due
+  /// time. Never waits. The platform calls it from within Enter.
   void RunDue();
 
-  /// Every entry from the platform into the program (a click, a tick, received bytes) goes through here: runs
-  /// `task` unless the program has ended, and ends a wait that unwinds. Returns false if the program ended.
+  /// The only entry from the platform into the program: every click, tick and arrival of bytes goes through
+  /// it. Runs `task` unless the program has ended. Catches ProgramEnded and WaitAbandoned. Returns false if
+  /// the program has ended.
   bool Enter(const Task& task);
 
-  /// Gives up every Wait on the stack, and runs `next` when they have unwound; at once if there is none. So
-  /// what replaces a dialogue never runs on top of it, and impatient clicks do not pile up on the stack. Of
-  /// several calls before the unwinding the last one counts.
+  /// Abandons every Wait on the stack. Runs `next` when every Wait above the topmost Modal has unwound, or at
+  /// once if there is none. `next` therefore never runs on top of the dialogue that it replaces, and
+  /// impatient clicks do not pile up on the stack. If several calls are made before the waits have unwound,
+  /// only the last one takes effect.
   void AbandonWaits(Task next);
 
-  /// How many waits stand on the stack.
+  /// The number of Wait objects on the stack.
   int Waits() const { return waits_; }
-  /// How many Modals live.
+  /// The number of Modal objects on the stack.
   int ModalsOpen() const { return modal_; }
 
-  /// From now on Pump throws. The windows stay for their owner to destroy.
+  /// Ends the program: from now on Pump throws. The windows remain until their owner destroys them.
   void End();
   bool Ended() const { return ended_; }
 
  protected:
-  /// Sleeps until `until`, until an event of the platform has been handled, or until WakeAt moves the time
-  /// forward. May return early. `until` is never earlier than now by more than the time of the call.
+  /// Sleeps until `until`, until a platform event has been handled, or until WakeAt sets an earlier time. May
+  /// return early. The caller passes a time in the future; it may have just passed when the call begins.
   virtual void Sleep(Time until) = 0;
 
-  /// Lets the platform handle what waits for it without sleeping.
+  /// Lets the platform handle its pending events without sleeping.
   virtual void Poll() = 0;
 
-  /// The earliest due time has changed; Time::max() means that nothing is due.
+  /// Called when the earliest due time may have changed. Time::max() means that no task or timer is pending.
   virtual void WakeAt(Time time) = 0;
 
-  /// Called by another thread: ends a Sleep, one that begins a moment later included, and if a loop of the
-  /// platform's own is running, has it call RunDue.
+  /// Called by another thread. Ends the current Sleep, or the next one if it has not begun yet. If the
+  /// platform runs its own loop instead, makes that loop call RunDue.
   virtual void WakeFromAnyThread() = 0;
 
-  /// The program is to end: leave the platform's own loop.
+  /// Called when the program ends. The platform leaves its own loop.
   virtual void Quit() {}
 
   Time NextDue() const;
@@ -153,14 +158,14 @@ class EventLoop {
   void RunTask(const Task& task);
 
   std::deque<Task> posted_;
-  std::map<std::pair<Time, TimerId>, Task> timers_;  // by time, then by order of starting
+  std::map<std::pair<Time, TimerId>, Task> timers_;  // by due time, then in the order they were started
   std::map<TimerId, Time> dueTimes_;
   TimerId lastId_ = 0;
   bool ended_ = false;
-  int waits_ = 0;       // on the stack,
-  int waitsBelow_ = 0;  // and how many of them below the topmost Modal
-  int modal_ = 0;
-  unsigned abandoned_ = 0;  // counts the calls of AbandonWaits
+  int waits_ = 0;           // number of Wait objects on the stack
+  int waitsBelow_ = 0;      // number of Wait objects below the topmost Modal
+  int modal_ = 0;           // number of Modal objects on the stack
+  unsigned abandoned_ = 0;  // number of calls of AbandonWaits
   Task next_;
   std::deque<Task> quiet_;
 
@@ -168,11 +173,11 @@ class EventLoop {
   std::deque<Task> fromThreads_;  // guarded by threadsMutex_
 };
 
-/// Waits, pumping events, until the clock of the day has moved on by `seconds`.
+/// Pumps events until the time-of-day clock has advanced by `seconds`.
 ///
-/// The clock is read in single precision as the seconds since midnight, and no account is taken of its fall
-/// to 0: a pause that runs over midnight does not end by itself. That is meant. A minute after its time on
-/// the monotonic clock it is given up, so that it does not hold up the program until it is closed.
+/// Intentional: the seconds since midnight are read in single precision, and the restart at midnight is not
+/// handled. A pause that runs over midnight therefore does not end by itself. It throws WaitAbandoned when it
+/// is one minute overdue on the monotonic clock, so that it cannot block the program forever.
 void Pause(EventLoop& loop, double seconds);
 
 /// Pause(0.1).

@@ -4,17 +4,18 @@
 
 namespace corvex {
 
-/// What the program needs of files and the standard library does not offer. Paths are in the encoding of the
-/// system's narrow file names.
+/// File operations that the standard library does not offer. Paths use the system's narrow file name
+/// encoding.
 class Files {
  public:
   virtual ~Files() = default;
-  /// Makes an empty file that only its owner may read and write, from its first moment on. False if that
-  /// fails or something with this name exists. Where rights come from the folder, the file has those.
+  /// Creates an empty file that only its owner may read and write. The file never has other permissions, not
+  /// even briefly. On systems where new files inherit the permissions of their folder, the file has those
+  /// instead. Returns false on failure, or if the path exists already.
   virtual bool MakeOwnerOnly(const std::string& path) = 0;
-  /// Puts the file `by` in the place of `file` in one step, with the owner, the group and all rights of
-  /// `file`. False if the system cannot keep them: both files are still there, and `by` has been given what
-  /// the system allows of the rights of `file`, and no more than those.
+  /// Replaces `file` with the file `by` in one step and keeps the owner, group and permissions of `file`.
+  /// Returns false if the system cannot keep them. Both files then still exist, and `by` has as many of the
+  /// permissions of `file` as the system allows, and no others.
   virtual bool Replace(const std::string& file, const std::string& by) = 0;
 };
 

@@ -6,7 +6,7 @@
 
 namespace corvex {
 
-/// A length on the screen: a twentieth of a point, 15 to the pixel at 96 DPI.
+/// A length on the screen in twips. One twip is a twentieth of a point; a pixel at 96 DPI has 15 twips.
 using Twips = std::int32_t;
 
 struct Rect {
@@ -20,7 +20,7 @@ struct Rect {
   }
 };
 
-/// A straight line from one point to another, within the container.
+/// The two end points of a straight line, relative to its container.
 struct LineEnds {
   Twips x1 = 0;
   Twips y1 = 0;
@@ -32,14 +32,14 @@ struct LineEnds {
   }
 };
 
-/// A colour: blue, green and red from the highest byte of the low 24 bits down, or, with the highest bit set,
-/// the number of one that the system has chosen.
+/// A colour. The low 24 bits hold blue, green and red, from the high byte to the low byte (0xBBGGRR). If the
+/// highest bit is set, the value is the number of a system colour instead.
 using Color = std::uint32_t;
 inline constexpr Color kWindowColor = 0x80000005;
 inline constexpr Color kWindowTextColor = 0x80000008;
 
 struct Font {
-  std::string name = {};  ///< Empty: the font of the system.
+  std::string name = {};  ///< Empty: the system's default font.
   double size = 8;        ///< In points.
   bool bold = false;
   bool italic = false;

@@ -8,7 +8,8 @@
 #include "platform/EventLoop.h"
 #include "platform/Services.h"
 
-// The services that return when the user has answered, with an EventLoop::Modal for that time.
+// Wrappers of Dialogs and Printers. Each call that waits for the user's answer holds an EventLoop::Modal
+// until it returns.
 
 namespace corvex {
 

@@ -10,7 +10,7 @@
 
 namespace corvex {
 
-/// What the program needs of the system it runs on, handed down by reference from where it is made.
+/// Everything that the program needs from the system it runs on. Created once and passed down by reference.
 struct Platform {
   EventLoop& loop;
   WindowSystem& windows;
@@ -21,10 +21,10 @@ struct Platform {
   Printers& printers;
   Sound& sound;
   Shell& shell;
-  /// A date in the system's long form; empty if there is no such date.
+  /// Formats a date in the system's long form. Returns an empty text for an invalid date.
   std::function<std::string(int year, int month, int day)> longDate;
-  /// The closed library that takes the records of the modem's DSP: numbers, the first of which says how many
-  /// of them it may read, itself included, and one more. Empty, or without effect, where it is not installed.
+  /// Passes a DSP record to the closed-source DSP library. numbers[0] is a count n that includes itself, and
+  /// `numbers` must have n + 1 elements. Empty, or without effect, if the library is not installed.
   std::function<void(const std::int16_t* numbers)> dspMsg = {};
 };
 

@@ -8,26 +8,28 @@
 
 namespace corvex {
 
-/// Hands a transport's signals over as posted tasks of the event loop, so that a handler that waits holds
-/// nothing back. A task belongs to the connection it was posted in: once that is over it is not delivered any
-/// more.
+/// Delivers a transport's events as posted tasks of the event loop, so that a handler that waits does not
+/// hold up later events. Each task belongs to the connection in which it was posted. It is dropped if that
+/// connection has ended before the task runs.
 class TransportEvents {
  public:
   explicit TransportEvents(EventLoop& loop) : loop_(loop) {}
 
-  /// Ends the connection for all events posted so far.
+  /// Ends the current connection and drops all events that are still queued.
   void Cut() { connection_ = std::make_shared<Connection>(); }
 
-  /// Says whether the connection that is there now still is, on the loop's thread alone.
+  /// Returns a function that reports whether the connection that is current now still exists. Guard and the
+  /// returned function must be called on the loop's thread.
   std::function<bool()> Guard() const {
     return [alive = std::weak_ptr(connection_)] { return !alive.expired(); };
   }
 
+  /// Posts a task that runs only if the connection still exists.
   void Post(EventLoop::Task task) { loop_.Post(Guarded(std::move(task))); }
 
-  /// Posts `announce` for bytes that wait, once for however many come before it runs. A transport whose
-  /// buffer is full signals no more, so while `stillFull` says so afterwards it is announced again from time
-  /// to time.
+  /// Posts `announce` to report that received bytes are waiting. Further calls before `announce` runs have no
+  /// effect. A transport whose buffer is full signals no new bytes, so `announce` is repeated every 50 ms
+  /// while `stillFull` returns true.
   void PostArrival(EventLoop::Task announce, std::function<bool()> stillFull) {
     if (connection_->arrivalPosted) return;
     connection_->arrivalPosted = true;

@@ -8,82 +8,83 @@
 
 namespace corvex {
 
-/// The serial port as the link uses it. Failures are values: a port that cannot be opened, or whose device
-/// goes away, is simply not open. Events arrive as posted tasks, never from within a call.
+/// The serial port, with the functions that the link uses. Failures are reported as values, not as
+/// exceptions: if a port cannot be opened, or if its device disappears, the port is simply not open. Events
+/// arrive as posted tasks, never during a call.
 class SerialControl {
  public:
   enum CommEvent : int {
-    kEvReceive = 2,   ///< bytes have arrived
-    kEvLineLost = 3,  ///< the device has gone; the port is closed already
+    kEvReceive = 2,   ///< Bytes have arrived.
+    kEvLineLost = 3,  ///< The device has disappeared. The port is closed already.
   };
 
   virtual ~SerialControl() = default;
 
-  /// The port number, 1 and up. Another is refused (false), and so is any while the port is open.
+  /// Sets the port number, which starts at 1. Returns false and changes nothing if the number is below 1 or
+  /// the port is open.
   virtual bool SetCommPort(std::int16_t number) = 0;
   virtual std::int16_t CommPort() const = 0;
 
-  /// Line parameters such as "115200,n,8,1": speed, parity (n, e, o, m, s), data bits, stop bits. The text is
-  /// kept as given; parameters that the system refuses show when the port opens. While the port is open they
-  /// take effect at once.
+  /// Sets the line parameters: speed, parity (n, e, o, m, s), data bits and stop bits, for example
+  /// "115200,n,8,1". The text is stored unchanged. Parameters that the system rejects make Open fail. While
+  /// the port is open, new parameters take effect at once.
   virtual void SetSettings(const std::string& settings) = 0;
   virtual std::string Settings() const = 0;
 
-  /// 0 none, 1 XON/XOFF, 2 RTS/CTS, 3 both.
+  /// Sets the flow control: 0 none, 1 XON/XOFF, 2 RTS/CTS, 3 both.
   virtual void SetHandshaking(std::int32_t handshaking) = 0;
   virtual std::int32_t Handshaking() const = 0;
 
-  /// Opens the port and throws away what had arrived before. False if it is not to be had.
+  /// Opens the port and discards bytes that arrived before. Returns false if the port cannot be opened.
   virtual bool Open() = 0;
-  /// Drops what has not left yet; a caller that wants it to leave waits for that first.
+  /// Closes the port and drops unsent bytes. To send them first, wait until OutBufferCount is 0.
   virtual void Close() = 0;
   virtual bool PortOpen() const = 0;
 
-  /// Takes all bytes that wait.
+  /// Removes all received bytes from the buffer and returns them.
   virtual std::string Input() = 0;
   virtual void DiscardInput() = 0;
 
-  /// Queues bytes. False if they were dropped: the port is closed, or too many wait already.
+  /// Queues bytes to send. Returns false and drops them if the port is closed or the queue is full.
   virtual bool Output(std::string_view bytes) = 0;
-  /// Bytes that were queued and have not left yet, neither from here nor from the system's own queue. 0 on a
-  /// closed port.
+  /// The number of unsent bytes, including those in the system's own queue. 0 if the port is closed.
   virtual std::int32_t OutBufferCount() const = 0;
-  /// Takes back what has not left yet.
+  /// Drops all unsent bytes.
   virtual void DiscardOutput() = 0;
 
-  /// The system's name of the device behind the port number, such as "/dev/ttyUSB0".
+  /// The system's name of the device that belongs to the port number, for example "/dev/ttyUSB0".
   virtual std::string DeviceName() const = 0;
 
-  /// Tells of received bytes or of a change of the line.
+  /// Called when bytes have arrived or the device has disappeared.
   std::function<void(CommEvent)> onComm;
 };
 
-/// Whether a serial device can be used, as far as can be told without opening it.
+/// Whether a serial device can be used, as far as the program can find out without opening it.
 enum class PortState {
   Absent,
-  Usable,  ///< Unless another program has it; only opening tells that.
+  Usable,  ///< Another program may still be using the device. Only opening it shows that.
   NoPermission,
 };
 
 struct PortInfo {
   PortState state = PortState::Absent;
-  std::string description;  ///< What the device calls itself; empty if it does not.
-  std::string group;        ///< With NoPermission: the group that may use it; empty if no group does.
+  std::string description;  ///< The device's own description. Empty if the device has none.
+  std::string group;        ///< With NoPermission: the group that may use the device. Empty if no group may.
 };
 
-/// What the system knows of its serial devices. Nothing of it opens one: that alone moves the lines of a
-/// modem which another program may be working with.
+/// Information from the system about its serial devices. No function opens a device: opening changes the
+/// control lines and could disturb a modem that another program is using.
 class SerialPorts {
  public:
   virtual ~SerialPorts() = default;
-  /// Names of the devices that the system lists; pseudo terminals and links are not among them.
+  /// The names of the devices that the system lists, without pseudo terminals and symbolic links.
   virtual std::vector<std::string> Devices() const = 0;
-  /// Any device, listed or not.
+  /// Returns the state of a device. The device need not be in the list.
   virtual PortInfo Probe(const std::string& device) const = 0;
 };
 
-/// The TCP connection as the link uses it. A failure shows as the state kError, which stays until Close.
-/// Events arrive as posted tasks, never from within a call.
+/// The TCP connection, with the functions that the link uses. After a failure the state is kError until Close
+/// is called. Events arrive as posted tasks, never during a call.
 class SocketControl {
  public:
   enum State : std::int16_t {
@@ -99,23 +100,24 @@ class SocketControl {
 
   virtual State GetState() const = 0;
 
-  /// Begins to connect from the state kClosed. False if it cannot even begin: no host name, a port outside 1
-  /// to 65535, or a state other than kClosed.
+  /// Starts to connect. Returns false if connecting cannot start: the host name is empty, the port is not
+  /// within 1 to 65535, or the state is not kClosed.
   virtual bool Connect(const std::string& host, std::int32_t port) = 0;
-  /// Closes at once for the caller; what was sent before is still delivered.
+  /// Closes the connection; the state is kClosed at once. Bytes sent before are still delivered.
   virtual void Close() = 0;
 
+  /// Queues bytes to send. Drops them if the state is not kConnected or the queue is full.
   virtual void SendData(std::string_view bytes) = 0;
-  /// Takes all bytes that wait.
+  /// Removes all received bytes from the buffer and returns them.
   virtual std::string GetData() = 0;
 
   virtual std::string RemoteHost() const = 0;
   virtual std::int32_t RemotePort() const = 0;
   virtual std::string LocalAddress() const = 0;
 
-  /// Bytes wait to be taken.
+  /// Called when received bytes are waiting.
   std::function<void()> onDataArrival;
-  /// The peer has closed; bytes that came before were announced before.
+  /// Called when the peer has closed the connection. Bytes received before the close are announced first.
   std::function<void()> onClose;
 };
 

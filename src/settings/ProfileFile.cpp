@@ -21,7 +21,7 @@ std::string_view Trim(std::string_view text) {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The name in a section line without the blanks around it; none for other lines.
+/// The name in a section line, without the blanks around it. Returns nullopt for other lines.
 std::optional<std::string_view> SectionName(std::string_view line) {
   line = Trim(line);
   const std::size_t close = line.find(']');
@@ -29,13 +29,13 @@ std::optional<std::string_view> SectionName(std::string_view line) {
   return Trim(line.substr(1, close - 1));
 }
 
-/// Where a key stands in a text, or would go.
+/// The position of a key in a text, or the position where a new key is inserted.
 struct Place {
   bool hasSection = false;
   bool hasKey = false;
-  std::size_t valueBegin = 0;  ///< With hasKey: all behind the "=", to the end of its line.
+  std::size_t valueBegin = 0;  ///< With hasKey: the value is everything from after the "=" to the line end.
   std::size_t valueEnd = 0;
-  std::size_t sectionEnd = 0;  ///< Without hasKey: behind the section's last line that is not blank.
+  std::size_t sectionEnd = 0;  ///< Without hasKey: the position after the section's last non-blank line.
 };
 
 Place FindKey(std::string_view text, std::string_view section, std::string_view key) {
@@ -109,7 +109,7 @@ std::optional<std::string> ReadProfile(const std::string& file, std::string_view
     const auto text = ReadWhole(file, kMaxProfileFile);
     if (!text) return std::nullopt;
     return ProfileValue(*text, section, key, fallback);
-  } catch (const std::exception&) {  // of memory
+  } catch (const std::exception&) {  // Out of memory.
     return std::nullopt;
   }
 }
@@ -121,7 +121,7 @@ bool WriteProfile(Files& files, const std::string& file, std::string_view sectio
     if (!text) return false;
     const std::string changed = WithProfileValue(*text, section, key, value);
     return changed.size() <= kMaxProfileFile && ReplaceFile(files, file, changed, NewFile::OwnerOnly);
-  } catch (const std::exception&) {  // of memory
+  } catch (const std::exception&) {  // Out of memory.
     return false;
   }
 }

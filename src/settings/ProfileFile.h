@@ -7,48 +7,57 @@
 
 #include "platform/Files.h"
 
-// Settings files in the ini format, read and written as the Windows profile calls do, on any system.
+// Settings files in the ini format. On every system, they are read and written like the Windows profile
+// functions do.
 //
-//   [section]          a section lasts until the next such line; blanks in and around the brackets do not
-//   count key = value        blanks around the key and the value do not count ; comment          this, and
-//   every line of no known form, is passed over
+//     [section]
+//     key = value
+//     ; comment
 //
-// Names are compared without case. Of sections or keys with the same name the first counts. A file is at most
-// 16 MiB; what is larger, or is no regular file, or cannot be read, is left alone by every function here.
+// - A section ends at the next section line. Blanks inside and around the brackets are ignored.
+// - Blanks around the key and the value are ignored.
+// - Comments and all lines of any other form are ignored.
+// - Names of sections and keys are not case-sensitive. If a name occurs more than once, the first one counts.
+// - A file can have up to 16 MiB. No function changes a larger file, an unreadable file, or anything that is
+//   not a regular file.
 //
-// The file belongs to its user: a write changes the one value, and all other bytes stay as they are, whatever
-// they are. Lines end in LF, and a CR before it belongs to the line's end; new lines take the form of the
-// file's first line, those of a new file end in CR LF. A UTF-8 mark at the start of the file is passed over.
+// The file belongs to the user. A write changes one value and keeps every other byte of the file. Lines end
+// in LF or CR LF. New lines get the same line end as the first line of the file, or CR LF in a new file. A
+// UTF-8 byte order mark at the start of the file is skipped.
 
 namespace corvex {
 
-/// Longest value that a read gives; more is cut off.
+/// The maximum length of a value that is read. Longer values are cut off.
 inline constexpr std::size_t kMaxProfileValue = 255;
-/// Largest file that is read, and that a write may lead to.
+/// The maximum size of a settings file in bytes, for reading and for writing.
 inline constexpr std::size_t kMaxProfileFile = std::size_t{16} << 20;
 
-/// The value of a key in a profile's text, without blanks (tabs, CR) around it, then without one pair of
-/// enclosing quotes, single or double; `fallback` if the key is not there. Either is cut to kMaxProfileValue.
+/// Returns the value of a key in the text of a settings file, or `fallback` if the key does not exist. First,
+/// blanks, tabs and CRs around the value are removed, then one pair of enclosing single or double quotes. The
+/// result, including `fallback`, is cut to kMaxProfileValue.
 std::string ProfileValue(std::string_view text, std::string_view section, std::string_view key,
                          std::string_view fallback);
 
-/// A profile's text after a key was given a value. A new key goes to the end of its section, before the blank
-/// lines there; a new section to the end of the text.
+/// Returns the text of a settings file after the value of a key has been set. A new key is added at the end
+/// of its section, before the blank lines there. A new section is added at the end of the text.
 ///
-/// The value is written as it comes, so it reads back without the blanks and the quotes that ProfileValue
-/// takes away, and a value with an LF reads back up to it: what follows is lines of their own, as the profile
-/// calls have it. Names must not be empty, nor hold line ends, brackets, "=", outer blanks or a leading ";".
+/// The value is written unchanged. ProfileValue therefore returns it without enclosing blanks and quotes. If
+/// the value contains an LF, the rest of the value becomes separate lines, as with the Windows profile
+/// functions, and ProfileValue returns only the part before the LF. Names must not be empty. They must not
+/// contain line ends, brackets or "=", have blanks at either end, or start with ";".
 std::string WithProfileValue(std::string_view text, std::string_view section, std::string_view key,
                              std::string_view value);
 
-/// ProfileValue of a file. A file that is absent gives `fallback`, one that cannot be read nothing.
+/// Calls ProfileValue for a file. Returns `fallback` if the file does not exist, and nullopt if it cannot be
+/// read.
 std::optional<std::string> ReadProfile(const std::string& file, std::string_view section,
                                        std::string_view key, std::string_view fallback) noexcept;
 
-/// WithProfileValue of a file by ReplaceFile, so that a failure at any point leaves it as it was, and its
-/// rights are kept. If it is absent it is made, readable for its owner alone; its folder is not made. False
-/// if nothing was written: the file cannot be read, its owner may not write it, or the folder takes no new
-/// file.
+/// Sets a value in a file, using WithProfileValue and ReplaceFile. A failure at any point leaves the file
+/// unchanged, and the permissions of the file are kept. If the file does not exist, it is created with access
+/// for its owner only; its folder is not created. Returns false if nothing was written: the file cannot be
+/// read, its owner may not write it, its size would exceed kMaxProfileFile, the folder allows no new file, or
+/// the disk is full.
 bool WriteProfile(Files& files, const std::string& file, std::string_view section, std::string_view key,
                   std::string_view value) noexcept;
 

@@ -10,7 +10,7 @@ SettingsAlarm::SettingsAlarm(SettingsStore& settings, EventLoop& loop, Dialogs& 
     : settings_(settings), loop_(loop), dialogs_(dialogs) {
   settings_.failed = [this](SettingsStore::Failure failure) {
     if (std::exchange(raised_, true)) return;
-    // Not before the first connect has begun, which needs the main window to be the active one.
+    // At program start, wait until the first connect has begun: it requires the main window to be active.
     constexpr auto kAtStart = std::chrono::seconds(1);
     loop_.After(kAtStart, [this, failure] { loop_.PostForQuiet([this, failure] { Tell(failure); }); });
   };

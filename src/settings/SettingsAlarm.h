@@ -6,14 +6,16 @@
 
 namespace corvex {
 
-/// Tells the user of the first failure of the settings file, once in a run of the program.
+/// Shows a message box for the first failure of the settings file. Later failures in the same run of the
+/// program are not reported.
 ///
-/// A setting is read and written in the middle of everything, dialogues with the modem included, and a box
-/// that opens in a wait holds up whatever waits. So the box waits until nothing else does. That keeps it out
-/// of the end of the program too, which is one wait after another.
+/// Settings are read and written at any time, even during a dialogue with the modem. A message box that opens
+/// during a wait would block the code that is waiting. The box therefore opens only when nothing is waiting.
+/// For the same reason it does not appear while the program ends, because waits follow each other without a
+/// break there.
 class SettingsAlarm {
  public:
-  /// Lives until the event loop has ended.
+  /// The object must exist until the event loop has ended.
   SettingsAlarm(SettingsStore& settings, EventLoop& loop, Dialogs& dialogs);
   SettingsAlarm(const SettingsAlarm&) = delete;
   SettingsAlarm& operator=(const SettingsAlarm&) = delete;
