@@ -24,7 +24,7 @@ TerminalLink::TerminalLink(const Platform& platform, SettingsStore& settings, Re
     : loop_(platform.loop),
       comPort_(platform.comPort),
       sock_(platform.sock),
-      dialogs_(platform.dialogs),
+      dialogs_(platform.loop, platform.dialogs),
       settings_(settings),
       received_(received),
       main_(main),
@@ -278,11 +278,9 @@ bool TerminalLink::ErbRelogin() {
 }
 
 bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
-  const Overtaken overtaken(main_);
   while (!login_.LoginFailed() && !login_.LoginComplete()) {
     Pause(loop_, 0.1);
     LoginStep();
-    if (overtaken()) return false;  // a mode change during the password question
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - began).count();
     // Only in exactly this second. A login that was delayed past it can continue until the 10 s limit below.
     if (elapsed == giveUpAt) {

@@ -6,6 +6,7 @@
 
 #include "link/WireLog.h"
 #include "link/modTelnet.h"
+#include "platform/Modal.h"
 #include "platform/Platform.h"
 #include "settings/INIFuncs.h"
 #include "state/MainState.h"
@@ -110,7 +111,7 @@ class TerminalLink {
   EventLoop& loop_;
   SerialControl& comPort_;
   SocketControl& sock_;
-  Dialogs& dialogs_;
+  AbandonableDialogs dialogs_;
   SettingsStore& settings_;
   ReceiveBuffer& received_;
   MainState& main_;

@@ -47,6 +47,35 @@ class ModalDialogs : public Dialogs {
   Dialogs& dialogs_;
 };
 
+/// Asks the user on behalf of a procedure that can be abandoned (see EventLoop::Wait). If the procedure is
+/// abandoned while a box is open, the call throws WaitAbandoned when the user has answered.
+class AbandonableDialogs {
+ public:
+  AbandonableDialogs(EventLoop& loop, Dialogs& dialogs) : loop_(loop), dialogs_(dialogs) {}
+
+  void MessageBox(std::string_view text) {
+    const EventLoop::Wait wait(loop_);
+    dialogs_.MessageBox(text);
+    wait.Check();
+  }
+  bool AskYesNo(std::string_view text) {
+    const EventLoop::Wait wait(loop_);
+    const bool yes = dialogs_.AskYesNo(text);
+    wait.Check();
+    return yes;
+  }
+  std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) {
+    const EventLoop::Wait wait(loop_);
+    auto answer = dialogs_.InputBox(prompt, title);
+    wait.Check();
+    return answer;
+  }
+
+ private:
+  EventLoop& loop_;
+  Dialogs& dialogs_;
+};
+
 class ModalPrinters : public Printers {
  public:
   ModalPrinters(EventLoop& loop, Printers& printers) : loop_(loop), printers_(printers) {}

@@ -23,7 +23,6 @@ void ModeMachine::ConnectProbe() {
 void ModeMachine::FirstConnect() {
   TermControls& window = p_.window;
   MainState& main = p_.main;
-  const Overtaken overtaken(main);
   p_.layout.HideTextView();
   p_.layout.HideConnectPanels();
   p_.reset.ClearScreen();
@@ -34,20 +33,20 @@ void ModeMachine::FirstConnect() {
   switch (word) {
     case ProbeWord::Ok:
       // Over the LAN, where the port is closed, a failure shows nothing and changes nothing.
-      EnterByTagMode(p_.platform.comPort.PortOpen());
+      EnterByTagMode(p_.comPort.PortOpen());
       break;
     case ProbeWord::Busy:
       if (window.visible) ShowPopUp(window, "Port is busy - check running applications");
       break;
     case ProbeWord::None:
       if (!window.visible) break;
-      p_.platform.dialogs.MessageBox("No contact - please check connections");
-      if (!overtaken()) AwaitWatchdog();
+      p_.dialogs.MessageBox("No contact - please check connections");
+      AwaitWatchdog();
       break;
     case ProbeWord::CheckSpeed:
       if (!window.visible) break;
       // Intentional: nothing is detected, whatever the question says. The port settings are shown instead.
-      if (p_.platform.dialogs.AskYesNo("Bad response - try and autodetect modem?") && !overtaken()) {
+      if (p_.dialogs.AskYesNo("Bad response - try and autodetect modem?")) {
         p_.panels.ShowPortSetup();
         main.mode = ModemMode::Failed;
       }
@@ -82,8 +81,7 @@ void ModeMachine::Connect() {
       AwaitWatchdog();  // which is stopped in the mode Offline
       break;
     case ProbeWord::CheckSpeed:
-      ShowPopUp(window,
-                "Invalid response at " + p_.platform.comPort.Settings() + "|Check parameters and try again");
+      ShowPopUp(window, "Invalid response at " + p_.comPort.Settings() + "|Check parameters and try again");
       break;
   }
 }
@@ -134,12 +132,12 @@ void ModeMachine::EnterTerminalMode() {
 void ModeMachine::ShowPortLabel() {
   Label& label = p_.window.lblPort;
   if (p_.link.LinkIsLan()) {
-    const SocketControl& sock = p_.platform.sock;
+    const SocketControl& sock = p_.sock;
     label.caption = "LAN";
     label.toolTip = "Local address " + sock.LocalAddress() + " server " + sock.RemoteHost() + " port " +
                     std::to_string(sock.RemotePort());
   } else {
-    label.caption = "COM" + std::to_string(p_.platform.comPort.CommPort());
+    label.caption = "COM" + std::to_string(p_.comPort.CommPort());
     label.toolTip = " access is via serial port";
   }
 }
@@ -151,7 +149,7 @@ void ModeMachine::Disconnect() {
     p_.reset.StopTimers();  // before the first wait, in which the watchdog could connect again
     {
       const ScopedFlag leaving(p_.main.leaving);
-      const bool serial = !p_.link.LinkIsLan() && p_.platform.comPort.PortOpen();
+      const bool serial = !p_.link.LinkIsLan() && p_.comPort.PortOpen();
       if (serial && p_.main.mode == ModemMode::Terminal) p_.link.SendCancel();
       p_.link.CloseLink();
     }
@@ -279,8 +277,8 @@ void ModeMachine::Watchdog() {
     p_.passages.Begin([this] {
       const ScopedFlag reconnecting(reconnecting_);
       p_.link.CloseLink();
-      p_.platform.comPort.Open();  // over the LAN too, where it has no effect
-      p_.platform.comPort.DiscardInput();
+      p_.comPort.Open();  // over the LAN too, where it has no effect
+      p_.comPort.DiscardInput();
       ShowPopUp(p_.window, "Trying to connect");
       p_.reset.ResetScreen();
       Connect();

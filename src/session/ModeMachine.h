@@ -4,7 +4,8 @@
 
 #include "link/modComSock.h"
 #include "link/modCommSupport.h"
-#include "platform/Platform.h"
+#include "platform/Modal.h"
+#include "platform/Transports.h"
 #include "session/PanelModes.h"
 #include "session/Passages.h"
 #include "session/SessionReset.h"
@@ -28,7 +29,9 @@ namespace corvex {
 class ModeMachine {
  public:
   struct Parts {
-    const Platform& platform;
+    SerialControl& comPort;
+    SocketControl& sock;
+    AbandonableDialogs& dialogs;
     SettingsStore& settings;
     TermControls& window;
     WindowLayout& layout;

@@ -15,6 +15,7 @@ namespace corvex {
 frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
     : TermControls(platform.loop, platform.windows),
       dialogs_(platform.loop, platform.dialogs),
+      passageDialogs_(platform.loop, dialogs_),
       printers_(platform.loop, platform.printers),
       platform_(With(dialogs_, printers_, platform)),
       settings_(settings),
@@ -65,7 +66,9 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
                .link = link_,
                .passages = passages_,
                .reset = reset_}),
-      modes_({.platform = platform_,
+      modes_({.comPort = platform_.comPort,
+              .sock = platform_.sock,
+              .dialogs = passageDialogs_,
               .settings = settings,
               .window = *this,
               .layout = layout_,

@@ -86,6 +86,7 @@ class frmTerm : public TermControls {
   static Platform With(Dialogs& dialogs, Printers& printers, const Platform& platform);
 
   ModalDialogs dialogs_;
+  AbandonableDialogs passageDialogs_;
   ModalPrinters printers_;
   const Platform platform_;
   SettingsStore& settings_;

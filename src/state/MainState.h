@@ -18,7 +18,7 @@ struct MainState {
   int ownBoxes = 0;         ///< Number of open message boxes that were caused by print jobs of periodic logs.
   std::string applicationTitle;  ///< Contains the terminal's name once it has been detected.
   std::string statusNumber;      ///< Read from the modem's status table by the last test log.
-  unsigned passage = 0;          ///< Number of mode changes begun so far; see Overtaken.
+  unsigned passage = 0;          ///< Number of passages between modes that have begun.
 };
 
 /// Returns whether a dialogue with the modem is in progress that user input would disturb.
@@ -34,18 +34,6 @@ inline bool LinkTaken(const MainState& main) {
       return false;
   }
 }
-
-/// Reports whether a mode change has begun since this object was created. A new mode change ends a pending
-/// EventLoop::Wait by itself, but not a question to the user. Use this class after such a question.
-class Overtaken {
- public:
-  explicit Overtaken(const MainState& main) : main_(main), passage_(main.passage) {}
-  bool operator()() const { return main_.passage != passage_; }
-
- private:
-  const MainState& main_;
-  unsigned passage_;
-};
 
 /// Returns the main window's caption: the program's title, followed by a space and `mubInfo` if `mubInfo` is
 /// not empty.
