@@ -8,6 +8,7 @@
 #include "link/WireLog.h"
 #include "panels/modDSPchannel.h"
 #include "panels/modRawCmds.h"
+#include "session/mListView.h"
 #include "session/modLogger.h"
 #include "settings/ProfileFile.h"
 #include "support/FakePlatform.h"
@@ -70,6 +71,14 @@ Words Dsp(const Words& w) {
   return words;
 }
 
+Words Spacing(const Words& w) {
+  test::FakePlatform p;
+  Form form(p.loop, p.windows, "form");
+  ListView list(form, {});
+  SetListSpacing(list, w.at(0), p.dialogs);
+  return {Shown(list.iconSpacing.Get()), p.dialogs.shown.empty() ? "" : p.dialogs.shown[0]};
+}
+
 struct Function {
   std::size_t arguments;
   std::function<Words(const Words&)> call;
@@ -95,6 +104,7 @@ const std::map<std::string, Function> kFunctions{
     {"dec-bytes", {1, [](const Words& w) { return Words{BytesFromNumbers(w[0], false)}; }}},
     {"dsp", {1, Dsp}},
     {"quote", {1, [](const Words& w) { return Words{QuoteBytes(w[0])}; }}},
+    {"list-spacing", {1, Spacing}},
     {"log-due", {3, Logged}},
     {"log-name", {1, [](const Words& w) { return Words{LogName(w)}; }}},
     {"recording-error", {1, [](const Words& w) { return Words{RecordingError(w)}; }}},

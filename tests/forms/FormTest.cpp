@@ -65,22 +65,6 @@ TEST_F(FormTest, TimerTicksWhileEnabledAndNeverInsideItsOwnTick) {
   EXPECT_EQ(ticks, 3);
 }
 
-TEST_F(FormTest, TimerEnabledAnewBeginsAnew) {
-  int ticks = 0;
-  form.timer.tick = [&] {
-    ++ticks;
-    form.timer.enabled = false;
-  };
-  form.timer.enabled = true;
-  loop.Run(0.08);
-  form.timer.enabled = false;
-  form.timer.enabled = true;
-  loop.Run(0.08);
-  EXPECT_EQ(ticks, 0);
-  loop.Run(1);
-  EXPECT_EQ(ticks, 1);
-}
-
 TEST_F(FormTest, AFormMayDestroyItselfInATickOfItsTimer) {
   for (const bool atTheEnd : {false, true}) {
     auto other = std::make_unique<TwoControls>(loop, windows, "other");

@@ -27,22 +27,5 @@ TEST(Login, APasswordTypedAfterTheNextLoginIsStoredAndDisturbsNothing) {
   EXPECT_TRUE(login.LoginComplete());
 }
 
-TEST(Login, AQuestionThatStaysOpenIsNotAskedAgainByTheWatchdog) {
-  test::Program p;
-  p.settings.config.lan.Set(true);
-  p.settings.config.erbaccess.Set(true);
-  p.windows.activates = false;
-  p.sock.onOpened = [&] { p.sock.Arrive("Login incorrect"); };
-  p.dialogs.onBox = [&] { Pause(p.loop, 60); };
-  p.Start(0.2);
-  p.term.tmrWatchdog.enabled = true;
-  p.Do([&] { p.term.mnuTerminal.click(); });
-  EXPECT_EQ(p.dialogs.shown.size(), 1u);
-  EXPECT_EQ(p.sock.connects, 1);
-  p.dialogs.onBox = nullptr;
-  p.loop.Run(9);
-  EXPECT_EQ(p.sock.connects, 2) << "it goes on once the user has answered";
-}
-
 }  // namespace
 }  // namespace corvex

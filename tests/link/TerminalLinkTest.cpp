@@ -206,23 +206,6 @@ TEST_F(LinkTest, ACommandIsSentAgainInTheThirdRoundAndGivenUpAfterTheEighth) {
   }
 }
 
-TEST_F(LinkTest, ThePhaseIsToggledOnlyWhenTheSecondTryWorks) {
-  EXPECT_FALSE(link.EnterTagMode());
-  EXPECT_EQ(settings.config.mmiphase.Get(), 2);
-  int sends = 0;
-  comPort.onSent = [&](std::string_view bytes) {
-    if (bytes == "AT+WQUILSTARTTMLB\r\n" && ++sends == 3) comPort.Arrive("OK");
-  };
-  EXPECT_TRUE(link.EnterTagMode());
-  EXPECT_EQ(settings.config.mmiphase.Get(), 1);
-  sends = 2;
-  EXPECT_TRUE(link.EnterTagMode());
-  EXPECT_EQ(settings.config.mmiphase.Get(), 1);
-  settings.config.mmiphase.Set(std::numeric_limits<std::int32_t>::min());
-  sends = 0;
-  EXPECT_TRUE(link.EnterTagMode());
-}
-
 TEST_F(LinkTest, DrainWaitsUntilThePortHasSentAll) {
   ASSERT_TRUE(link.EnsureLinkOpen());
   comPort.Hold(true);

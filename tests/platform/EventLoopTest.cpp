@@ -15,19 +15,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::VirtualLoop;
-
-TEST(EventLoop, RunsTasksInOrderAndTimersByTime) {
-  VirtualLoop loop;
-  std::string order;
-  loop.After(20ms, [&] { order += 'c'; });
-  loop.After(10ms, [&] { order += 'b'; });
-  const auto cancelled = loop.After(15ms, [&] { order += 'x'; });
-  loop.Post([&] { order += 'a'; });
-  loop.Cancel(cancelled);
-  loop.Run(0.05);
-  EXPECT_EQ(order, "abc");
-}
-
 TEST(EventLoop, TaskThatPostsItselfDoesNotHoldThePumpForEver) {
   VirtualLoop loop;
   int runs = 0;

@@ -55,26 +55,6 @@ TEST(frmSDITest, ALogIsSavedBehindAWindowThatNobodySees) {
   EXPECT_EQ(p.Saved("kept.txt"), "kept\r\n\r\n");
 }
 
-TEST(frmSDITest, TheAutomaticSaveHoldsTheTextHoweverItHasChanged) {
-  PrintView p;
-  p.Print("a", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), "aaaaaa\r\n");
-  p.Print("b", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), "aaaaaabbbbbb\r\n");
-  p.view.txtNote.selection = TextBox::Selection{1, 0};
-  p.Print("c", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), "accccccaaaaabbbbbb\r\n");
-  p.view.txtNote.SelectAll();
-  p.view.mnuEditCut.click();
-  p.view.txtNote.AdoptText("typed");
-  p.view.txtNote.change();
-  p.Print("d", 6);
-  EXPECT_EQ(p.Saved("temp.txt").size(), 11u + 2u);
-  p.folder.Write("temp.txt", "somebody else's");
-  p.Print("e", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), p.view.txtNote.Text() + "\r\n");
-}
-
 TEST(frmSDITest, AJobLeavesTheKeyboardWhereItIs) {
   PrintView p;
   p.view.NewPrintJob();

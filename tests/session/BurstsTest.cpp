@@ -102,18 +102,6 @@ TEST(Bursts, LeaveWhatTheirPacketsLeaveOneByOne) {
   }
 }
 
-TEST(Bursts, AThousandMenusWaitNoLongerThanOne) {
-  LanSession session;
-  const auto menu = [](int i) {
-    return Packet("<MenuScreen><Title>" + std::to_string(i) + " Menu<1>001Call|5<INDEXLINE>1");
-  };
-  std::string burst;
-  for (int i = 1; i <= 1000; ++i) burst += menu(i);
-  session.Feed(burst, 0.07);
-  EXPECT_TRUE(session.p.term.ListMenu.HasFocus());
-  EXPECT_EQ(session.p.term.frmMenu.caption, "1000 Menu");
-}
-
 TEST(Nesting, MenusThatComeInEachOthersPausesDoNotPileUp) {
   LanSession session;
   int deepest = 0;

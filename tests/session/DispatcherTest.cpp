@@ -67,48 +67,6 @@ TEST_F(DispatcherTest, TheModeSaysWhatBecomesOfBytes) {
   }
 }
 
-TEST_F(DispatcherTest, TheTextViewKeepsItsLastPart) {
-  std::string text;
-  while (text.size() < 5000) text += std::to_string(text.size()) + ' ';
-  text.resize(5000);
-  dispatcher.AppendToRx(text);
-  dispatcher.AppendToRx("x");  // up to 5000 characters stay whole
-  EXPECT_EQ(window.txtRx.Text(), text + "x");
-  dispatcher.AppendToRx("y");
-  EXPECT_EQ(window.txtRx.Text(), text.substr(4096) + "xy");
-  dispatcher.AppendToRx(std::string(1'000'000, 'a') + "z");  // however much comes at once
-  EXPECT_EQ(window.txtRx.Text().size(), 906 + 65'536u);
-  EXPECT_TRUE(window.txtRx.Text().ends_with("az"));
-  dispatcher.AppendToRx(text);
-  EXPECT_LT(window.txtRx.Text().size(), 10'000u) << "nothing heaps up";
-}
-
-TEST_F(DispatcherTest, APrintJobGoesToItsFileIfTheSettingsSaySo) {
-  // As one packet, and in pieces that each are served alone.
-  Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><Print>012Two</tml><tml><EndPrint></tml>");
-  for (const char* piece : {"<tml><StartPrint></tml>", "<tml><Print>012One</tml>", "<tml><Sim></tml>",
-                            "<tml><Print>012Two</tml>", "<tml><EndPrint></tml>", "<tml><Sim></tml>"}) {
-    Feed(piece);
-  }
-  EXPECT_EQ(log, (Texts{"job", "line One Two", "complete", "job", "line One", "line Two", "complete"}));
-  log.clear();
-  folder.Write("corvex.ini", "[printer]\nalways=File\n");  // neither to the file nor on paper
-  Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><EndPrint></tml>");
-  EXPECT_EQ(log, Texts{"complete"});
-  EXPECT_EQ(printers.printed, Texts());
-}
-
-TEST_F(DispatcherTest, WhatLeadsOutsideIsHandedOnAndMayGoNowhere) {
-  const std::string burst = "<tml><BookMode></tml><tml><Shutdown></tml><tml><DSPinfo>1 2 3</tml>";
-  Feed(burst);
-  EXPECT_TRUE(window.tmrSpawnBook.enabled);
-  dispatcher.dspInfo = [this](const std::string& numbers) { log.push_back("dsp " + numbers); };
-  dispatcher.shutdown = [this] { log.push_back("shutdown"); };
-  Feed(burst);
-  Feed(kSignal);
-  EXPECT_EQ(log, (Texts{"dsp 1 2 3", "shutdown"}));
-}
-
 TEST_F(DispatcherTest, AnActionMayDispatchAgainAndEachChangeIsServedOnce) {
   dispatcher.newPrintJob = [this] {
     log.push_back("job");

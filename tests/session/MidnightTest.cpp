@@ -57,47 +57,5 @@ TEST(Midnight, AnUnattendedSessionIsBackAfterIt) {
   EXPECT_GT(held, 10) << "this shows nothing if midnight falls into no pause";
 }
 
-TEST(Midnight, AKeyAWalkAndAMenuGoOnAfterIt) {
-  const std::string list = "<tml><ChoiceScreen><Title>Beam<1>A<2>B<3>C<4>D<INDEXLINE>1</tml>";
-  const std::string menu = "<tml><MenuScreen><Title>Main menu<1>001Call|5<INDEXLINE>1</tml>";
-  for (const bool walk : {true, false}) {
-    SCOPED_TRACE(walk);
-    Unattended u(kMidnight - 5);
-    test::Program& p = u.p;
-    if (walk) {
-      u.At(-0.5, [&] { p.comPort.Arrive(list); });
-      u.At(-0.15, [&] {
-        p.term.ListChoice.listIndex = 3;
-        p.term.ListChoice.doubleClick();
-      });
-    } else {
-      u.At(-0.01, [&] { p.comPort.Arrive(menu); });
-    }
-    u.At(30, [&] { EXPECT_EQ(p.loop.Waits(), 1); });
-    p.loop.Run(90);
-    EXPECT_EQ(p.loop.Waits(), 0);
-    EXPECT_FALSE(p.term.keys().Busy());
-    EXPECT_EQ(p.term.frmChoice.visible, walk) << "the unit is in the list";
-    EXPECT_EQ(p.term.frmMenu.visible, !walk);
-    EXPECT_EQ(p.term.lblTime.caption, "10:00");
-    p.comPort.sent.clear();
-    p.Do([&p] { p.term.cmdSK[0].click(); });
-    p.comPort.LetLeave();
-    EXPECT_TRUE(p.comPort.sent.ends_with("\x15"));
-  }
-}
-
-TEST(Midnight, WhatTheUserChoosesInAHeldPauseIsDoneAtOnce) {
-  Unattended u(kMidnight - 5);
-  u.At(-0.03, [&u] { u.p.term.mnuAT.click(); });
-  u.At(10, [&u] {
-    EXPECT_EQ(u.p.term.main().mode, ModemMode::Terminal) << "the farewell is held";
-    u.p.term.mnuTerminal.click();
-  });
-  u.At(13, [&u] { EXPECT_EQ(u.p.loop.Waits(), 0); });
-  u.p.loop.Run(90);
-  EXPECT_EQ(u.p.term.main().mode, ModemMode::Terminal) << "what was given up does not come again";
-}
-
 }  // namespace
 }  // namespace corvex

@@ -4,7 +4,6 @@
 #include <set>
 #include <string>
 
-#include "session/mListView.h"
 #include "support/Program.h"
 
 namespace corvex {
@@ -12,7 +11,6 @@ namespace {
 
 // What no script in tests/data/streams can tell of the main window.
 
-using KeysTest = test::SessionTest;
 using test::HeronModem;
 using test::kConnect;
 using test::Program;
@@ -36,36 +34,6 @@ TEST(Start, FollowsTheSettingsAndKeepsAPositionOnTheScreen) {
     EXPECT_EQ(p.settings.positions.termleft.Get(), left == 3000 ? 3000 : 1200);
     EXPECT_EQ(p.settings.positions.termtop.Get(), left == 3000 ? 2000 : 900);
   }
-}
-
-TEST(Start, LeavesOnlyThePortAndThePrinterPathInTheSettings) {
-  Program p;
-  p.Start(0.01);
-  std::string path = p.settings.printer.path.Get();
-  EXPECT_EQ(p.folder.Read("corvex.ini"),
-            "[printer]\r\npath=" + path + "\r\n[port]\r\nsettings=115200,n,8,1\r\nflow=2\r\ncom=1\r\n");
-  EXPECT_EQ(p.folder.Count(), 1) << "no recording unless asked for";
-}
-
-TEST_F(KeysTest, TheWayBackToTheTopIsSevenTimesClear) {
-  p.comPort.sent.clear();
-  p.Do([&] { term.keys().SendEscapeSeries(); });
-  EXPECT_EQ(p.comPort.sent, std::string(7, '\x1B'));
-  p.loop.After(std::chrono::seconds(1), [&] { term.mnuOffline.click(); });
-  p.Do([&] { term.keys().SendEscapeSeries(); });
-  EXPECT_EQ(p.comPort.sent, std::string(10, '\x1B') + "\x18");
-}
-
-TEST(ListSpacing, ATextThatIsNoPairOfNumbersIsTold) {
-  Program p;
-  auto& list = p.term.ListMenu;
-  for (const char* bad : {"75", "a,b", "", "75,99999"}) {
-    SetListSpacing(list, bad, p.dialogs);
-    EXPECT_EQ(p.dialogs.shown.back(), std::string("Error interpreting value: ") + bad);
-  }
-  EXPECT_EQ(list.iconSpacing, 0u);
-  SetListSpacing(list, "75,-1", p.dialogs);
-  EXPECT_EQ(list.iconSpacing, 0xFFFF004Bu);
 }
 
 /// What a connect sends to a modem that does not answer.
@@ -135,20 +103,6 @@ TEST(Overtaken, WhatLeavesTheMenusSendsNothingMoreWhenTheUserGoesElsewhere) {
       }
     }
   }
-}
-
-TEST(Overtaken, TheWayIntoThePortPanelDoesNotFailASessionBegunMeanwhile) {
-  Program p;
-  std::optional<Responder> modem;
-  p.comPort.onSent = [&](std::string_view) { p.comPort.Arrive("\xF0\x0F"); };
-  p.dialogs.answer = Answer::Yes;  // to the port panel after rubbish
-  p.dialogs.onBox = [&] {
-    modem.emplace(p.comPort, HeronModem());
-    p.loop.After(std::chrono::milliseconds(20), [&] { p.loop.Enter([&] { p.term.mnuTerminal.click(); }); });
-  };
-  p.Start(6);
-  EXPECT_EQ(p.dialogs.shown.size(), 1u);
-  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
 }
 
 }  // namespace

@@ -100,55 +100,6 @@ TEST(TestLogTest, KeepsItsReadingsWhereEachPrintoutBeginsAnew) {
   ExpectAsInFile(r.File(), "Blog03311001.txt");
 }
 
-TEST(TestLogTest, BeginsOnlyWhereItCanGoThroughWithIt) {
-  struct Case {
-    const char* what;
-    std::function<void(Logged&)> prepare;
-    double timeOfDay = 36000;
-    const char* lastTime = kLongAgo;
-  };
-  const Case cases[]{
-      {"a PIN is asked for", [](Logged& r) { r.Press("53"); }},
-      {"a PIN is asked for on a screen that is not painted yet",
-       [](Logged& r) { r.p.sock.Arrive("<tml><FieldScreen></tml>\x1B[5;2HPIN:<tml><Sig>30</tml>"); }},
-      {"the PIN of a SIM is asked for", [](Logged& r) { r.Show("SIM pin2"); }},
-      {"a row ends with a PIN", [](Logged& r) { r.Show("PIN "); }},
-      {"the AT panel is open", [](Logged& r) { r.p.Do([&] { r.term.mnuAT.click(); }); }},
-      {"it is switched off", [](Logged& r) { r.p.settings.logging.active.Set(false); }},
-      {"a walk of the cursor is under way",
-       [](Logged& r) {
-         r.Press("41");
-         r.term.ListChoice.listIndex = 4;
-         r.p.loop.After(std::chrono::milliseconds(650),
-                        [&r] { r.p.Do([&r] { r.term.ListChoice.doubleClick(); }); });
-       }},
-      {"a message box is open",
-       [](Logged& r) {
-         r.p.KeepBoxesOpen(std::chrono::seconds(3));
-         r.p.loop.After(std::chrono::milliseconds(500), [&r] { r.p.Do([&r] { r.term.mnuManual.click(); }); });
-       }},
-      {"a window is open",
-       [](Logged& r) {
-         r.p.loop.After(std::chrono::milliseconds(500), [&r] { r.p.Do([&r] { r.term.mnuAbout.click(); }); });
-         r.p.loop.After(std::chrono::seconds(3), [&r] { r.p.windows.attached.back()->visible = false; });
-       }},
-      {"midnight is near", [](Logged&) {}, 86400 - 90},
-      {"its last time is no time", [](Logged&) {}, 36000, "31.03.2006 09:00"},
-      {"it was minutes ago", [](Logged&) {}, 36000, "2006-03-31 09:56:59"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    Logged r(c.lastTime, c.timeOfDay);
-    c.prepare(r);
-    const std::string sent = r.Sent();
-    r.p.loop.Run(1.2);
-    EXPECT_FALSE(r.term.frmMsg.visible && r.term.LblMsg[0].caption.Get().starts_with("Generating"));
-    EXPECT_EQ(r.LastTime(), c.lastTime);
-    r.p.loop.Run(3);
-    EXPECT_LE(r.p.folder.Count(), 1) << "beside the settings";
-  }
-}
-
 TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
   const struct {
     const char* what;
@@ -192,33 +143,6 @@ TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
       EXPECT_EQ(r.LastTime(), "2006-03-31 10:00:50");
     }
   }
-}
-
-TEST(TestLogTest, IsNotHeldUpByABoxThatItsOwnPrintJobsHaveCaused) {
-  Logged r;
-  r.p.settings.printer.always.SetPrint();
-  r.p.printers.present = false;
-  r.p.KeepBoxesOpen(std::chrono::seconds(1000));
-  r.p.loop.Run(2);
-  r.p.loop.Run(1);
-  EXPECT_EQ(r.p.dialogs.shown, std::vector<std::string>{"No printer configured"});
-  EXPECT_NE(r.File(), "");
-  EXPECT_EQ(r.UnitShows(), "idle");
-  EXPECT_NE(r.File("Blog03311005.txt"), "") << "the next one";
-}
-
-TEST(TestLogTest, KeepsInThePrintViewWhatItCannotSave) {
-  Logged r;
-  r.During(25, [&r] { std::filesystem::remove_all(r.p.folder.Path()); });
-  r.p.loop.Run(20);
-  EXPECT_EQ(r.p.dialogs.shown, std::vector<std::string>());
-  std::filesystem::create_directory(r.p.folder.Path());
-  r.p.settings.logging.active.Set(true);
-  r.p.settings.logging.lasttime.Set(kLongAgo);
-  r.p.loop.Run(90);
-  const std::string both = r.File("Blog03311002.txt");
-  const std::string reading = "Readings from the Idle Screen\r\n";
-  EXPECT_NE(both.find(reading), both.rfind(reading)) << both.size();
 }
 
 }  // namespace

@@ -75,6 +75,17 @@ inline std::string Joined(const Words& texts, std::size_t first = 0) {
   return all;
 }
 
+/// The `after` lines that an `every` line stands for.
+inline std::vector<Words> AfterLines(const Words& every) {
+  const int interval = std::stoi(every.at(1));
+  std::vector<Words> lines;
+  for (int at = interval; at <= std::stoi(every.at(2)); at += interval) {
+    lines.push_back({"after", std::to_string(at)});
+    lines.back().insert(lines.back().end(), every.begin() + 3, every.end());
+  }
+  return lines;
+}
+
 inline std::vector<Script> LoadScripts(const std::filesystem::path& path) {
   std::ifstream in(path);
   std::vector<Script> scripts;
@@ -88,7 +99,11 @@ inline std::vector<Script> LoadScripts(const std::filesystem::path& path) {
         Script& script = scripts.at(scripts.size() - 1);
         script.wholeProgram |= words[0] == "program" || words[0] == "start";
         script.dependsOnPieces |= text == "pieces-matter";
-        if (text != "pieces-matter") script.lines.emplace_back(number, words);
+        if (words[0] == "every") {
+          for (const Words& line : AfterLines(words)) script.lines.emplace_back(number, line);
+        } else if (text != "pieces-matter") {
+          script.lines.emplace_back(number, words);
+        }
       }
     } catch (const std::exception& error) {
       ADD_FAILURE_AT(path.string().c_str(), number) << error.what();

@@ -9,20 +9,21 @@
 
 namespace corvex::test {
 
-/// A folder of its own for one test, gone with all that is in it at the end.
+/// A folder for one test, removed with its contents at the end. It is called "corvex" and is alone in its
+/// parent folder, which is removed too: a program writes one file beside its own folder.
 class TempFolder {
  public:
   TempFolder() {
     std::random_device random;
     path_ = std::filesystem::temp_directory_path() /
-            ("corvex-" + std::to_string(random()) + "-" + std::to_string(random()));
-    std::filesystem::create_directory(path_);
+            ("corvex-" + std::to_string(random()) + "-" + std::to_string(random())) / "corvex";
+    std::filesystem::create_directories(path_);
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
   ~TempFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    std::filesystem::remove_all(path_.parent_path(), ignored);
   }
 
   const std::filesystem::path& Path() const { return path_; }
