@@ -1,4 +1,4 @@
-// Functions of a text, line by line of tests/data/tables.
+// Runs each line of tests/data/tables: a function, its arguments and its results.
 
 #include <gtest/gtest.h>
 
@@ -50,7 +50,7 @@ std::string Written(const Words& w) {
   EXPECT_EQ(ProfileValue(after, "port", "com", ""), "7");
   return after;
 }
-/// On 31 March 2006 at a second of the day: whether a log is due, and the last time afterwards.
+/// Arguments: last time, interval, second of 31 March 2006. Results: whether a log is due, the new last time.
 Words Logged(const Words& w) {
   test::FakePlatform p(std::stod(w.at(2)));
   p.settings.logging.lasttime.Set(w[0]);
@@ -129,7 +129,7 @@ TEST(Tables, HoldInEachLine) {
   EXPECT_GT(lines, 0u);
 }
 
-TEST(Text, AWildcardIsNotTriedAgainAndAgain) {
+TEST(Text, ManyWildcardsAreMatchedInShortTime) {
   std::string stars;
   for (int i = 0; i < 50; ++i) stars += "a*";
   EXPECT_FALSE(Matches(std::string(10000, 'a'), stars + "b"));

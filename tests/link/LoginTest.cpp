@@ -3,8 +3,7 @@
 #include "link/modTelnet.h"
 #include "support/Program.h"
 
-// The password's question, which can stay open while the session goes on. The login itself is in
-// tests/data/streams/login.txt.
+// The rest of the login is tested in tests/data/streams/login.txt.
 
 namespace corvex {
 namespace {

@@ -13,7 +13,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// A dispatcher with all that it serves, and no link: bytes are fed to it.
+/// A dispatcher with the parts that it serves. It has no link: the tests feed it with bytes.
 struct DispatcherTest : ::testing::Test, test::FakePlatform {
   DispatcherTest() {
     main.mode = ModemMode::Terminal;
@@ -47,26 +47,6 @@ struct DispatcherTest : ::testing::Test, test::FakePlatform {
 
 const std::string kSignal = "<tml><Sig>31</tml>";
 
-TEST_F(DispatcherTest, TheModeSaysWhatBecomesOfBytes) {
-  using M = ModemMode;
-  enum class Fate { Dropped, Shown, Scanned, Left };
-  const std::pair<M, Fate> fates[] = {{M::AwaitIntro, Fate::Dropped}, {M::Offline, Fate::Dropped},
-                                      {M::PortSetup, Fate::Dropped},  {M::TestInterface, Fate::Shown},
-                                      {M::AtMode, Fate::Shown},       {M::Terminal, Fate::Scanned},
-                                      {M::DeviceManager, Fate::Left}, {M::Closing, Fate::Left},
-                                      {M::Failed, Fate::Left},        {M::Upgrade, Fate::Left}};
-  for (const auto& [mode, fate] : fates) {
-    SCOPED_TRACE(static_cast<int>(mode));
-    window.txtRx.SetText({});
-    state.sigText.clear();
-    main.mode = mode;
-    Feed(kSignal);
-    EXPECT_EQ(window.txtRx.Text(), fate == Fate::Shown ? kSignal : "");
-    EXPECT_EQ(state.sigText, fate == Fate::Scanned ? "31" : "");
-    EXPECT_EQ(decoder.received.TakeRx(), fate == Fate::Left ? kSignal : "");
-  }
-}
-
 TEST_F(DispatcherTest, AnActionMayDispatchAgainAndEachChangeIsServedOnce) {
   dispatcher.newPrintJob = [this] {
     log.push_back("job");
@@ -74,14 +54,14 @@ TEST_F(DispatcherTest, AnActionMayDispatchAgainAndEachChangeIsServedOnce) {
     log.push_back(window.corvexLbl[TermControls::kSignal].caption);
   };
   Feed("<tml><StartPrint></tml><tml><Print>012One </tml>");
-  // The inner dispatch has served all that there was; nothing is left for the outer one.
+  // The inner dispatch serves all changes. Nothing is left for the outer one.
   EXPECT_EQ(log, (Texts{"job", "line One Two", "complete", "31"}));
 }
 
-TEST_F(DispatcherTest, BytesThatComeWhileAPacketIsDecodedWaitForTheNextEvent) {
+TEST_F(DispatcherTest, BytesThatComeDuringDecodingWaitForTheNextEvent) {
   decoder.tags.onCompression = [this](TagToken, std::string_view) {
     Feed(kSignal);
-    // What was decoded before is served, and what has just come is not.
+    // The earlier packet has been served, the new bytes have not.
     log.push_back(window.lblTime.caption);
     log.push_back(state.sigText);
   };

@@ -9,14 +9,14 @@
 namespace corvex {
 namespace {
 
-// What no script in tests/data/streams can tell of the main window.
+// Tests of the main window that cannot be scripts in tests/data/streams.
 
 using test::HeronModem;
 using test::kConnect;
 using test::Program;
 using test::Responder;
 
-TEST(Start, FollowsTheSettingsAndKeepsAPositionOnTheScreen) {
+TEST(Start, FollowsTheSettingsAndStoresOnlyAPositionOnTheScreen) {
   for (const Twips left : {3000, 1920 * 15}) {
     Program p;
     p.settings.positions.termleft.Set(1200);
@@ -36,17 +36,17 @@ TEST(Start, FollowsTheSettingsAndKeepsAPositionOnTheScreen) {
   }
 }
 
-/// What a connect sends to a modem that does not answer.
+/// The bytes that a connect sends to a silent modem.
 const std::string kFruitless =
     "\x18"
     "ate1\r\nat+gmm\r\n"
     "\x18"
     "at+gmm\r\n";
 
-TEST(Overtaken, AProbeEndsWithoutAFurtherByteWhenTheUserGoesElsewhere) {
+TEST(Overtaken, AProbeSendsNothingMoreWhenTheUserChangesTheMode) {
   struct Case {
     MenuItem frmTerm::*entry;
-    ModemMode mode;  // with a modem that answers
+    ModemMode mode;  // with an answering modem
     ModemMode silent;
   };
   for (const Case& c : {Case{&frmTerm::mnuTerminal, ModemMode::Terminal, ModemMode::Failed},
@@ -77,7 +77,7 @@ TEST(Overtaken, AProbeEndsWithoutAFurtherByteWhenTheUserGoesElsewhere) {
   }
 }
 
-TEST(Overtaken, WhatLeavesTheMenusSendsNothingMoreWhenTheUserGoesElsewhere) {
+TEST(Overtaken, AModeChangeSendsNothingMoreWhenTheUserChangesTheModeAgain) {
   for (MenuItem frmTerm::*first :
        {&frmTerm::mnuAT, &frmTerm::mnuTest, &frmTerm::mnuPort, &frmTerm::mnuSlaveONSlave}) {
     for (MenuItem frmTerm::*second : {&frmTerm::mnuOffline, &frmTerm::mnuTerminal}) {

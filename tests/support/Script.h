@@ -13,7 +13,7 @@
 
 #include "support/Program.h"
 
-// Reads the files in tests/data/streams; the README there describes their language.
+// Reads the files in tests/data/streams. The README there describes their language.
 
 namespace corvex::test {
 
@@ -22,8 +22,8 @@ using Words = std::vector<std::string>;
 struct Script {
   std::string name;
   bool wholeProgram = false;
-  bool dependsOnPieces = false;  ///< What comes out depends on how the stream is cut; that is meant.
-  std::vector<std::pair<int, Words>> lines = {};  ///< With their numbers; the quotes are still there.
+  bool dependsOnPieces = false;  ///< Intentional: the result depends on how the stream is cut.
+  std::vector<std::pair<int, Words>> lines = {};  ///< Line numbers, and words still in quotes.
 };
 
 inline Words SplitWords(const std::string& line) {
@@ -56,7 +56,7 @@ inline std::string Unquote(const std::string& word) {
   return text;
 }
 
-/// The texts of a line after its first word, each as often as the number before it says.
+/// The texts of a line after its first word. A number repeats the text that follows it.
 inline Words Repeated(const Words& quoted) {
   Words texts;
   int count = 1;
@@ -75,7 +75,8 @@ inline std::string Joined(const Words& texts, std::size_t first = 0) {
   return all;
 }
 
-/// The `after` lines that an `every` line stands for.
+/// The `after` lines that an `every` line is short for: "every 5 60 ..." is "after 5 ...", "after 10 ..." and
+/// so on to "after 60 ...".
 inline std::vector<Words> AfterLines(const Words& every) {
   const int interval = std::stoi(every.at(1));
   std::vector<Words> lines;

@@ -9,8 +9,8 @@
 
 namespace corvex::test {
 
-/// A folder for one test, removed with its contents at the end. It is called "corvex" and is alone in its
-/// parent folder, which is removed too: a program writes one file beside its own folder.
+/// A folder for one test, removed at the end. It is called "corvex" and has a parent folder of its own, which
+/// is removed as well, because the program writes one file beside its folder.
 class TempFolder {
  public:
   TempFolder() {
@@ -37,7 +37,7 @@ class TempFolder {
     std::ifstream in(path_ / file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
   }
-  /// How many files and folders are in it.
+  /// The number of files and folders in it.
   std::ptrdiff_t Count() const {
     return std::distance(std::filesystem::directory_iterator(path_), std::filesystem::directory_iterator());
   }
