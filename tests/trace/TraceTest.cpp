@@ -9,7 +9,7 @@
 namespace corvex {
 namespace {
 
-TEST(SecondCopy, OfTheProgramGivesItsFilesNamesOfTheirOwn) {
+TEST(SecondCopy, OfTheProgramUsesItsOwnFileNames) {
   test::FakePlatform p;
   SettingsStore settings(p.folder.Name(), p.files, 2);
   frmTracer master(p.platform, settings);
@@ -28,14 +28,14 @@ TEST(SecondCopy, OfTheProgramGivesItsFilesNamesOfTheirOwn) {
   for (const char* name : {"trace-2.log", "trace 3-2.log", "temp-2.txt", "wire-20060331-100000-2.log"}) {
     EXPECT_NE(p.folder.Read(name), "") << name;
   }
-  EXPECT_EQ(p.folder.Count(), 5) << "and the settings";
+  EXPECT_EQ(p.folder.Count(), 5) << "these files and the settings";
 }
 
 using TraceTest = test::SessionTest;
 
-TEST_F(TraceTest, AModemThatCountsItsChannelsOnAndOnDoesNotFillTheScreen) {
+TEST_F(TraceTest, TheNumberOfChannelWindowsIsLimited) {
   for (int i = 0; i < 100; ++i) Feed("<tml><Channel>" + std::to_string(i) + ",x</tml>");
-  EXPECT_EQ(p.windows.attached.size(), 1u + 32) << "the main window and some channels";
+  EXPECT_EQ(p.windows.attached.size(), 1u + 32) << "the main window and the windows of the channels";
 }
 
 }  // namespace
