@@ -105,26 +105,6 @@ TEST_F(LinkTest, ALostLineCountsAsASignOfLifeLikeEveryEventOfThePort) {
   EXPECT_TRUE(main.rxSeen);
 }
 
-TEST_F(LinkTest, BytesThatComeWhileTheDispatcherWaitsAreLeftForTheNextEvent) {
-  main.mode = ModemMode::Terminal;
-  ASSERT_TRUE(link.EnsureLinkOpen());
-  std::vector<std::string> dispatched;
-  link.processReceived = [&] {
-    dispatched.push_back(received.TakeRx());
-    if (dispatched.size() == 1) {
-      comPort.Arrive("second");
-      Pause(loop, 0.5);
-      EXPECT_FALSE(received.RxAvailable());
-    }
-  };
-  comPort.Arrive("first");
-  loop.Run(1);
-  EXPECT_EQ(dispatched, std::vector<std::string>{"first"});
-  comPort.Arrive(" third");
-  loop.Run(1);
-  EXPECT_EQ(dispatched, (std::vector<std::string>{"first", "second third"}));
-}
-
 TEST_F(LinkTest, ADialogueThatStartsInAWaitOfTheDispatcherGetsItsAnswers) {
   main.mode = ModemMode::Terminal;
   ASSERT_TRUE(link.EnsureLinkOpen());
