@@ -167,7 +167,7 @@ TEST_F(LinkTest, ACommandIsSentAgainAfterTheThirdRoundAndGivenUpAfterTheEighth) 
     int sends;
   };
   for (const Case& c : {Case{"\r\nok\r\n", 1, true, 1}, Case{"<tml><Sig>2", 1, true, 1},
-                        Case{"<TML>", 1, false, 2},  // the case of the letters counts
+                        Case{"<TML>", 1, false, 2},  // case-sensitive
                         Case{"ERROR", 1, false, 2},  // does not end the wait
                         Case{"OK", 2, true, 2}, Case{"", 0, false, 2}}) {
     int sends = 0;

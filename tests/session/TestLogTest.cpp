@@ -71,7 +71,7 @@ TEST(TestLogTest, KeepsItsReadingsWhereEachPrintJobClearsTheView) {
   r.p.settings.printer.fileuse.SetNew();
   r.During(20, [&r] {
     EXPECT_TRUE(r.p.windows.attached.back()->visible);
-    EXPECT_FALSE(r.p.windows.attached.back()->Active()) << "it takes the keyboard";
+    EXPECT_FALSE(r.p.windows.attached.back()->Active()) << "it must not take the focus";
   });
   r.p.loop.Run(45);
   test::ExpectRecorded(r.File(), kData + "Blog03311001.txt");

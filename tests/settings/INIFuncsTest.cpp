@@ -40,7 +40,7 @@ TEST_F(StoredSettings, TextsAreReadByTheirType) {
                "[logging]\ninterval=ten\n[positions]\ntermtop=99999999999\ntermleft=-15.5\n"
                "[printer]\nalways=File\nfileuse=yes\n[devices]\ncom3=/dev/ttyUSB0\n");
   EXPECT_EQ(settings.config.phone.Get(), "R1");
-  EXPECT_FALSE(settings.config.testmode.Get()) << "the case of the word counts";
+  EXPECT_FALSE(settings.config.testmode.Get()) << "the word is case-sensitive";
   EXPECT_FALSE(settings.config.lan.Get());
   EXPECT_EQ(settings.config.mmiphase.Get(), 1);
   EXPECT_FALSE(settings.config.sound.IsBeep());
