@@ -27,7 +27,7 @@ class FileBrowserTest : public ::testing::Test {
   FileBrowser& browser = form.browser;
 };
 
-TEST_F(FileBrowserTest, ThePathPickedGoesIntoTheBox) {
+TEST_F(FileBrowserTest, ThePickedPathGoesIntoTheBox) {
   dialogs.file = "  /tmp/a b.txt ";
   browser.cmdBrowse.click();
   EXPECT_EQ(browser.Text(), "/tmp/a b.txt");
@@ -58,7 +58,7 @@ TEST_F(FileBrowserTest, ThePathPickedGoesIntoTheBox) {
   EXPECT_EQ(dialogs.shown, (std::vector<std::string>{open, save, save, "hello"}));
 }
 
-TEST_F(FileBrowserTest, PropertiesGoThroughTheBag) {
+TEST_F(FileBrowserTest, ReadsAndWritesItsPropertiesInABag) {
   PropertyBag bag{{"BackColor", "255"},
                   {"Enabled", "no"},
                   {"FileDialogType", "-5"},

@@ -32,13 +32,13 @@ class FormTest : public ::testing::Test {
   TwoControls form{loop, windows, "form"};
 };
 
-TEST_F(FormTest, TellsItsObserverOfChangesAndOnlyOfThose) {
+TEST_F(FormTest, NotifiesItsObserverOfChangesOnly) {
   Recorder recorder;
   form.observer = &recorder;
   form.label.caption = "a";
   form.label.caption = "b";
   form.label.BringToFront();
-  form.label.BringToFront();  // is in front already
+  form.label.BringToFront();  // already in front
   form.text.SetFocus();
   const std::vector<std::pair<std::string, Change>> expected{
       {"label", Change::Caption}, {"label", Change::Order}, {"text", Change::Focus}};
@@ -46,7 +46,7 @@ TEST_F(FormTest, TellsItsObserverOfChangesAndOnlyOfThose) {
   EXPECT_TRUE(form.text.HasFocus());
 }
 
-TEST_F(FormTest, TimerTicksWhileEnabledAndNeverInsideItsOwnTick) {
+TEST_F(FormTest, TimerTicksWhileEnabledAndNeverWithinItsOwnTick) {
   int ticks = 0;
   int depth = 0;
   int deepest = 0;
@@ -57,28 +57,12 @@ TEST_F(FormTest, TimerTicksWhileEnabledAndNeverInsideItsOwnTick) {
     --depth;
   };
   form.timer.enabled = true;
-  loop.Run(1.05);  // ticks begin at about 0.1, 0.55 and 1.0
+  loop.Run(1.05);  // ticks at about 0.1, 0.55 and 1.0
   EXPECT_EQ(ticks, 3);
   EXPECT_EQ(deepest, 1);
   form.timer.enabled = false;
   loop.Run(1.0);
   EXPECT_EQ(ticks, 3);
-}
-
-TEST_F(FormTest, TimerEnabledAnewBeginsAnew) {
-  int ticks = 0;
-  form.timer.tick = [&] {
-    ++ticks;
-    form.timer.enabled = false;
-  };
-  form.timer.enabled = true;
-  loop.Run(0.08);
-  form.timer.enabled = false;
-  form.timer.enabled = true;
-  loop.Run(0.08);
-  EXPECT_EQ(ticks, 0);
-  loop.Run(1);
-  EXPECT_EQ(ticks, 1);
 }
 
 TEST_F(FormTest, AFormMayDestroyItselfInATickOfItsTimer) {
@@ -87,7 +71,7 @@ TEST_F(FormTest, AFormMayDestroyItselfInATickOfItsTimer) {
     std::string log;
     other->timer.tick = [&] {
       other.reset();
-      log += "gone";  // what the tick has captured is still there
+      log += "gone";  // the captures of the tick are still alive
       if (atTheEnd) loop.End();
       Pause(loop, 0.5);
       log += " and done";
@@ -98,7 +82,7 @@ TEST_F(FormTest, AFormMayDestroyItselfInATickOfItsTimer) {
   }
 }
 
-TEST_F(FormTest, TheCaretStaysOnItsPlaceInTheText) {
+TEST_F(FormTest, TheCaretKeepsItsPlaceInAnEditedText) {
   const auto after = [&](TextBox::Selection selection, std::size_t position, std::size_t removed,
                          std::string_view inserted) {
     form.text.SetText("abcdef");
@@ -108,12 +92,12 @@ TEST_F(FormTest, TheCaretStaysOnItsPlaceInTheText) {
     return std::make_pair(start, length);
   };
   using Place = std::pair<std::size_t, std::size_t>;
-  EXPECT_EQ(after({6, 0}, 6, 0, "gh"), Place(8, 0)) << "at the end, as a text grows";
+  EXPECT_EQ(after({6, 0}, 6, 0, "gh"), Place(8, 0)) << "at the end it follows the text";
   EXPECT_EQ(after({2, 0}, 6, 0, "gh"), Place(2, 0));
   EXPECT_EQ(after({4, 1}, 0, 3, ""), Place(1, 1));
-  EXPECT_EQ(after({4, 2}, 6, 0, "gh"), Place(4, 2)) << "what was marked stays so";
+  EXPECT_EQ(after({4, 2}, 6, 0, "gh"), Place(4, 2)) << "the marked text stays marked";
   EXPECT_EQ(after({1, 4}, 2, 1, "xyz"), Place(1, 6));
-  EXPECT_EQ(after({1, 3}, 0, 6, "xy"), Place(0, 0)) << "all of it is gone";
+  EXPECT_EQ(after({1, 3}, 0, 6, "xy"), Place(0, 0)) << "all of the marked text is gone";
   form.text.SetText("abcdef");
   form.text.selection = TextBox::Selection{2, 3};
   form.text.ReplaceSelection("-");
@@ -121,16 +105,16 @@ TEST_F(FormTest, TheCaretStaysOnItsPlaceInTheText) {
   EXPECT_EQ(form.text.selection.Get(), (TextBox::Selection{3, 0}));
 }
 
-TEST_F(FormTest, ALargeWindowOverASmallOneStaysWithinReach) {
+TEST_F(FormTest, ALargeWindowOverASmallOneKeepsItsTitleOnTheScreen) {
   form.Centre({3000, 3000, 9000, 6000}, 3000, 2000);
   EXPECT_EQ(form.rect, (Rect{6000, 5000, 3000, 2000}));
   form.Centre({500, 500, 4000, 4000}, 6000, 8000);
   EXPECT_EQ(form.rect, (Rect{0, 0, 6000, 8000}));
   form.Centre({-9000, 500, 4000, 4000}, 6000, 4000);
-  EXPECT_EQ(form.rect, (Rect{-10000, 500, 6000, 4000})) << "on a second screen at the left";
+  EXPECT_EQ(form.rect, (Rect{-10000, 500, 6000, 4000})) << "on a second screen to the left";
 }
 
-TEST_F(FormTest, EnterAndEscClickTheirButtonsUnlessTheFocusOrTheLogicHasTakenThem) {
+TEST_F(FormTest, EnterAndEscClickTheirButtonsUnlessTheFocusOrTheLogicTakesThem) {
   struct Asking : TwoControls {
     using TwoControls::TwoControls;
     Button ok{*this, {.name = "ok"}};
@@ -146,7 +130,7 @@ TEST_F(FormTest, EnterAndEscClickTheirButtonsUnlessTheFocusOrTheLogicHasTakenThe
   asking.cancelButton = &asking.other;
   const auto press = [&](KeyEvent key) {
     asking.TakeKey(key);
-    const std::string within = clicks;  // none before the key has been answered
+    const std::string within = clicks;  // must be empty until the key has been answered
     loop.Run(0);
     return within + '/' + std::exchange(clicks, {}) + (key.handled ? "!" : "");
   };
@@ -159,7 +143,7 @@ TEST_F(FormTest, EnterAndEscClickTheirButtonsUnlessTheFocusOrTheLogicHasTakenThe
   asking.text.SetFocus();
   EXPECT_EQ(press({.keyCode = 13}), "/O!");
   asking.text.multiLine = true;
-  EXPECT_EQ(press({.keyCode = 13}), "/") << "it is a line end there";
+  EXPECT_EQ(press({.keyCode = 13}), "/") << "it types a line end";
   asking.cancelButton->enabled = false;
   EXPECT_EQ(press({.keyCode = 27}), "/");
   asking.cancelButton->enabled = true;
@@ -167,7 +151,7 @@ TEST_F(FormTest, EnterAndEscClickTheirButtonsUnlessTheFocusOrTheLogicHasTakenThe
   asking.label.SetFocus();
   EXPECT_EQ(press({.keyCode = 13}), "/!");
 
-  // Two keys at once, of which the first closes the form: the second one presses nothing, nor does a third.
+  // Of two keys at once the first closes the form. The second key and a later one must click nothing.
   asking.keyDown = Event<KeyEvent&>::Handler();
   asking.other.click = [&] { asking.visible = false; };
   for (int keyCode : {27, 13}) {

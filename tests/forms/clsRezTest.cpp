@@ -10,7 +10,7 @@
 namespace corvex {
 namespace {
 
-/// A control of a kind that the table of kinds does not name as a whole.
+/// A control whose kind is only a part of a name in the table of kinds.
 struct Other : Control {
   Other(Container& parent, std::string_view type)
       : Control(parent, {.rect = {100, 200, 300, 400}}), type_(type) {}
@@ -41,30 +41,31 @@ class clsRezTest : public ::testing::Test {
   clsRez rez;
 };
 
-TEST_F(clsRezTest, ControlsFollowByTheirKind) {
+TEST_F(clsRezTest, ControlsAreScaledByTheirKind) {
   Size(8000, 4000);
   rez.Register(form);
   rez.AdjustControls(form, 6000, 16000);
   EXPECT_EQ(form.frame.rect, (Rect{2000, 750, 8000, 3000}));
-  EXPECT_EQ(form.frame.font.Get().size, 21) << "by the width, which has grown more, and a point";
+  EXPECT_EQ(form.frame.font.Get().size, 21)
+      << "in proportion to the width, which has grown more, plus a point";
   EXPECT_EQ(form.label.rect, (Rect{400, 150, 2000, 450}));
   EXPECT_EQ(form.label.font.Get(), (Font{.name = "Courier", .size = 20}));
   EXPECT_EQ(form.line.ends, (LineEnds{800, 1200, 4800, 1200}));
   EXPECT_EQ(form.image.rect, (Rect{200, 300, 600, 600}));
   EXPECT_EQ(form.image.font.Get().size, 10);
-  EXPECT_EQ(form.box.rect, (Rect{200, 300, 600, 600})) << "part of a kind's name";
+  EXPECT_EQ(form.box.rect, (Rect{200, 300, 600, 600})) << "a part of a kind's name counts";
   EXPECT_EQ(form.lines.rect, (Rect{100, 200, 300, 400}));
   EXPECT_EQ(form.tabs.rect, (Rect{100, 200, 300, 400}));
-  // Back at the size of before: all as it was, but for the point.
+  // At the first size again all is as before, except for the added point.
   rez.AdjustControls(form, 4000, 8000);
   EXPECT_EQ(form.frame.rect, (Rect{1000, 500, 4000, 2000}));
   EXPECT_EQ(form.frame.font.Get().size, 11);
-  EXPECT_EQ(form.label.font.Get().size, 10) << "a half goes to the even side";
+  EXPECT_EQ(form.label.font.Get().size, 10) << "a half is rounded to the even number";
 }
 
-TEST_F(clsRezTest, OnlyWhileEnabledAndWithARecord) {
+TEST_F(clsRezTest, ScalesOnlyWhileEnabledAndRegistered) {
   rez.Register(form);
-  EXPECT_FALSE(rez.HasRegistered()) << "a window without an inner size";
+  EXPECT_FALSE(rez.HasRegistered()) << "the window has no inner size";
   Size(8000, 4000);
   rez.Register(form);
   Other late(form, "Image");
@@ -76,12 +77,12 @@ TEST_F(clsRezTest, OnlyWhileEnabledAndWithARecord) {
   rez.AdjustControls(form, 8000, 16000);
   EXPECT_EQ(form.frame.rect, (Rect{2000, 1000, 8000, 4000}));
   EXPECT_EQ(late.rect, (Rect{100, 200, 300, 400}));
-  // Registered anew: what is seen now is the measure. Sizes out of all proportion end at a bound.
+  // Registered again: the present sizes are the measure. Excessive sizes end at a bound.
   rez.Register(form);
   constexpr Twips kMost = std::numeric_limits<Twips>::max();
   rez.AdjustControls(form, kMost, 4000);
   EXPECT_EQ(form.frame.rect, (Rect{1000, 536'870'912, 4000, 1'000'000'000}));
-  EXPECT_EQ(form.frame.font.Get().size, 21) << "no font is so large";
+  EXPECT_EQ(form.frame.font.Get().size, 21) << "no font can be that large";
   EXPECT_EQ(late.rect.Get().width, 150);
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A link with nothing above it.
+/// A link without the rest of the program.
 struct LinkTest : ::testing::Test, test::FakePlatform {
   ReceiveBuffer received{loop};
   MainState main;
@@ -20,7 +20,7 @@ struct LinkTest : ::testing::Test, test::FakePlatform {
   double Seconds() const { return std::chrono::duration<double>(loop.Now()).count(); }
 };
 
-TEST_F(LinkTest, WritesOnAClosedLinkAreDroppedAndOnlyABlockTells) {
+TEST_F(LinkTest, WritesOnAClosedLinkAreDroppedAndOnlyABlockReportsIt) {
   for (const bool lan : {false, true}) {
     settings.config.lan.Set(lan);
     link.WriteText("text");
@@ -46,7 +46,7 @@ TEST_F(LinkTest, TheSettingChoosesTheTransportAtEachUse) {
   loop.Run(0.01);
   EXPECT_EQ(sock.sent.back(), 'a');
   EXPECT_EQ(comPort.sent, "b");
-  // With the socket down a text falls back to an open port, a byte does not.
+  // While the socket is closed a text goes to an open port. A byte does not.
   settings.config.lan.Set(true);
   sock.Close();
   link.WriteText("c");
@@ -62,17 +62,17 @@ TEST_F(LinkTest, AByteWaitsForTheLogin) {
   ASSERT_EQ(sock.GetState(), SocketControl::kConnected);
   link.WriteByte('x');
   EXPECT_EQ(sock.sent, "");
-  link.WriteText("y");  // a text does not: the login itself is made of texts
+  link.WriteText("y");  // a text does not wait: the login itself sends texts
   EXPECT_EQ(sock.sent, "y");
 }
 
-TEST_F(LinkTest, ClosingTheSerialPortDropsItsBuffersAndHandshaking) {
+TEST_F(LinkTest, ClosingTheSerialPortClearsItsBuffersAndHandshaking) {
   comPort.SetHandshaking(2);
   ASSERT_TRUE(link.EnsureLinkOpen());
   comPort.Hold(true);
   link.WriteText("text");
   link.CloseLink();
-  EXPECT_NEAR(Seconds(), 1.05, 0.01) << "it waits a second for a line that takes nothing";
+  EXPECT_NEAR(Seconds(), 1.05, 0.01) << "waits one second for a line that takes nothing";
   EXPECT_FALSE(comPort.PortOpen());
   EXPECT_EQ(comPort.Handshaking(), 0);
   EXPECT_EQ(comPort.OutBufferCount(), 0);
@@ -82,10 +82,10 @@ TEST_F(LinkTest, ClosingTheSerialPortDropsItsBuffersAndHandshaking) {
   const double began = Seconds();
   ASSERT_TRUE(link.EnsureLinkOpen());
   link.CloseLink();
-  EXPECT_NEAR(Seconds() - began, 0.05, 0.002) << "with nothing to leave it waits for nothing";
+  EXPECT_NEAR(Seconds() - began, 0.05, 0.002) << "without output there is nothing to wait for";
 }
 
-TEST_F(LinkTest, AClosingThatIsGivenUpInItsWaitPurgesNothing) {
+TEST_F(LinkTest, AnAbandonedClosePurgesNothing) {
   ASSERT_TRUE(link.EnsureLinkOpen());
   comPort.Hold(true);
   link.WriteText("text");
@@ -98,34 +98,14 @@ TEST_F(LinkTest, AClosingThatIsGivenUpInItsWaitPurgesNothing) {
   EXPECT_EQ(comPort.sent, "text");
 }
 
-TEST_F(LinkTest, ALostLineIsASignOfLifeAsEveryEventOfThePort) {
+TEST_F(LinkTest, ALostLineCountsAsASignOfLifeLikeEveryEventOfThePort) {
   ASSERT_TRUE(link.EnsureLinkOpen());
   comPort.Vanish();
   loop.Run(0.1);
   EXPECT_TRUE(main.rxSeen);
 }
 
-TEST_F(LinkTest, BytesThatComeWhileTheDispatcherWaitsStayForTheNextEvent) {
-  main.mode = ModemMode::Terminal;
-  ASSERT_TRUE(link.EnsureLinkOpen());
-  std::vector<std::string> dispatched;
-  link.processReceived = [&] {
-    dispatched.push_back(received.TakeRx());
-    if (dispatched.size() == 1) {
-      comPort.Arrive("second");
-      Pause(loop, 0.5);
-      EXPECT_FALSE(received.RxAvailable());
-    }
-  };
-  comPort.Arrive("first");
-  loop.Run(1);
-  EXPECT_EQ(dispatched, std::vector<std::string>{"first"});
-  comPort.Arrive(" third");
-  loop.Run(1);
-  EXPECT_EQ(dispatched, (std::vector<std::string>{"first", "second third"}));
-}
-
-TEST_F(LinkTest, ADialogueStartedFromAWaitOfTheDispatcherGetsItsAnswers) {
+TEST_F(LinkTest, ADialogueThatStartsInAWaitOfTheDispatcherGetsItsAnswers) {
   main.mode = ModemMode::Terminal;
   ASSERT_TRUE(link.EnsureLinkOpen());
   int calls = 0;
@@ -148,7 +128,7 @@ TEST_F(LinkTest, ADialogueStartedFromAWaitOfTheDispatcherGetsItsAnswers) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(LinkTest, AFullReceiveBufferLeavesBytesInTheTransportAndLosesNone) {
+TEST_F(LinkTest, AFullReceiveBufferLeavesBytesInTheTransport) {
   main.mode = ModemMode::DeviceManager;
   ASSERT_TRUE(link.EnsureLinkOpen());
   const std::string chunk(1 << 20, 'x');
@@ -162,14 +142,14 @@ TEST_F(LinkTest, AFullReceiveBufferLeavesBytesInTheTransportAndLosesNone) {
   EXPECT_EQ(first.size() + received.TakeRx().size(), 20u << 20);
 }
 
-TEST_F(LinkTest, ABufferThatFilledUpUnreadDoesNotSilenceAModeThatDispatches) {
+TEST_F(LinkTest, ABufferThatWasNeverReadDoesNotSilenceAModeThatDispatches) {
   for (const bool lan : {false, true}) {
     settings.config.lan.Set(lan);
     ASSERT_TRUE(link.EnsureLinkOpen());
     const auto arrive = [&](std::string_view bytes) { lan ? sock.Arrive(bytes) : comPort.Arrive(bytes); };
     std::size_t taken = 0;
     link.processReceived = [&] { taken += received.TakeRx().size(); };
-    main.mode = ModemMode::Offline;  // nobody takes
+    main.mode = ModemMode::Offline;  // nothing reads the buffer
     arrive(std::string(ReceiveBuffer::kCapacity, 'x'));
     loop.Run(0.01);
     main.mode = ModemMode::AtMode;
@@ -179,16 +159,16 @@ TEST_F(LinkTest, ABufferThatFilledUpUnreadDoesNotSilenceAModeThatDispatches) {
   }
 }
 
-TEST_F(LinkTest, ACommandIsSentAgainInTheThirdRoundAndGivenUpAfterTheEighth) {
+TEST_F(LinkTest, ACommandIsSentAgainAfterTheThirdRoundAndGivenUpAfterTheEighth) {
   struct Case {
     const char* reply;
-    int afterSends;  // how many times the command goes out before the reply comes
+    int afterSends;  // the reply comes after so many sends of the command
     bool expected;
     int sends;
   };
   for (const Case& c : {Case{"\r\nok\r\n", 1, true, 1}, Case{"<tml><Sig>2", 1, true, 1},
-                        Case{"<TML>", 1, false, 2},  // only as the modem writes it
-                        Case{"ERROR", 1, false, 2},  // is no end
+                        Case{"<TML>", 1, false, 2},  // case-sensitive
+                        Case{"ERROR", 1, false, 2},  // does not end the wait
                         Case{"OK", 2, true, 2}, Case{"", 0, false, 2}}) {
     int sends = 0;
     comPort.sent.clear();
@@ -206,24 +186,7 @@ TEST_F(LinkTest, ACommandIsSentAgainInTheThirdRoundAndGivenUpAfterTheEighth) {
   }
 }
 
-TEST_F(LinkTest, ThePhaseIsToggledOnlyWhenTheSecondTryWorks) {
-  EXPECT_FALSE(link.EnterTagMode());
-  EXPECT_EQ(settings.config.mmiphase.Get(), 2);
-  int sends = 0;
-  comPort.onSent = [&](std::string_view bytes) {
-    if (bytes == "AT+WQUILSTARTTMLB\r\n" && ++sends == 3) comPort.Arrive("OK");
-  };
-  EXPECT_TRUE(link.EnterTagMode());
-  EXPECT_EQ(settings.config.mmiphase.Get(), 1);
-  sends = 2;
-  EXPECT_TRUE(link.EnterTagMode());
-  EXPECT_EQ(settings.config.mmiphase.Get(), 1);
-  settings.config.mmiphase.Set(std::numeric_limits<std::int32_t>::min());
-  sends = 0;
-  EXPECT_TRUE(link.EnterTagMode());
-}
-
-TEST_F(LinkTest, DrainWaitsUntilThePortHasSentAll) {
+TEST_F(LinkTest, ABlockWaitsUntilAllOutputHasLeft) {
   ASSERT_TRUE(link.EnsureLinkOpen());
   comPort.Hold(true);
   link.WriteText("text");

@@ -8,8 +8,8 @@
 namespace corvex {
 namespace {
 
-// More of it is in tests/data/streams/wire-log.txt and tests/data/routes.
-TEST(WireLog, HoldsWhatHasLeftAndNotWhatNeverDid) {
+// More tests are in tests/data/streams/wire-log.txt and tests/data/routes.
+TEST(WireLog, HoldsOnlyWhatHasLeftThePort) {
   using namespace std::chrono_literals;
   test::FakePlatform p;
   p.settings.logging.wirelog.Set(true);

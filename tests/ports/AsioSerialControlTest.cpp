@@ -21,14 +21,14 @@ namespace {
 using namespace std::chrono_literals;
 using test::Becomes;
 
-/// The far end of a line: a pseudo terminal.
+/// The far end of a serial line: a pseudo terminal.
 class FarEnd {
  public:
   FarEnd() {
     std::array<char, 128> path{};
     int line = -1;
     EXPECT_EQ(openpty(&master_, &line, path.data(), nullptr, nullptr), 0);
-    // The line's settings outlive this: the far end stays there without a near one.
+    // Stays open, so that the line keeps its settings while no port has it open.
     line_ = line;
     device = path.data();
     fcntl(master_, F_SETFL, O_NONBLOCK);
@@ -46,7 +46,7 @@ class FarEnd {
     if (line_ >= 0) close(line_);
     master_ = line_ = -1;
   }
-  /// Returns how many of the bytes went out; the line may be full.
+  /// Returns how many bytes the line took; it may be full.
   std::size_t Send(std::string_view bytes) {
     const ssize_t sent = write(master_, bytes.data(), bytes.size());
     return sent < 0 ? 0 : static_cast<std::size_t>(sent);
@@ -64,7 +64,7 @@ class FarEnd {
   int line_ = -1;
 };
 
-/// A block of bytes in which a piece in a wrong place is noticed.
+/// A block of bytes in which no two pieces are alike.
 std::string Block(std::size_t size) {
   std::string block(size, ' ');
   for (std::size_t i = 0; i < size; ++i) block[i] = static_cast<char>(i * 7 + i / 251);
@@ -87,12 +87,12 @@ class AsioSerialControlTest : public ::testing::Test,
   std::vector<int> events;
 };
 
-TEST_F(AsioSerialControlTest, PassesAllBytesBothWaysButNoneFromBefore) {
+TEST_F(AsioSerialControlTest, PassesAllBytesBothWaysButNoneFromBeforeItsOpening) {
   far.Send("stale");
   ASSERT_TRUE(port.Open());
   std::string all = Block(256);
   far.Send(all);
-  EXPECT_TRUE(events.empty());  // never from within a call
+  EXPECT_TRUE(events.empty());  // events never come within a call
   ASSERT_TRUE(Becomes(loop, [&] { return received.size() >= all.size(); }));
   EXPECT_EQ(received, all);
 
@@ -105,10 +105,10 @@ TEST_F(AsioSerialControlTest, PassesAllBytesBothWaysButNoneFromBefore) {
   ASSERT_TRUE(Becomes(loop, [&] { return port.OutBufferCount() == 0; }));
 }
 
-TEST_F(AsioSerialControlTest, ABurstBeyondTheBufferIsLateAndComplete) {
+TEST_F(AsioSerialControlTest, ABurstLargerThanTheBufferArrivesCompletely) {
   ASSERT_TRUE(port.Open());
   const std::string burst = Block(300'000);
-  bool taking = false;  // at first the handler leaves the bytes where they are
+  bool taking = false;  // at first the handler leaves the bytes in the port
   port.onComm = [&](SerialControl::CommEvent) {
     if (taking) received += port.Input();
   };
@@ -127,7 +127,7 @@ TEST_F(AsioSerialControlTest, ABurstBeyondTheBufferIsLateAndComplete) {
   EXPECT_TRUE(received == burst);
 }
 
-TEST_F(AsioSerialControlTest, AHangUpClosesThePortOnceAndLeavesTheProcessIdle) {
+TEST_F(AsioSerialControlTest, AHangUpClosesThePortOnceAndTheProcessIsIdle) {
   ASSERT_TRUE(port.Open());
   far.Send("last words");
   ASSERT_TRUE(Becomes(loop, [&] { return !received.empty(); }));
@@ -145,16 +145,16 @@ TEST_F(AsioSerialControlTest, AHangUpClosesThePortOnceAndLeavesTheProcessIdle) {
 TEST_F(AsioSerialControlTest, EventsOfAClosedPortAreNotDelivered) {
   ASSERT_TRUE(port.Open());
   far.Send("old");
-  std::this_thread::sleep_for(50ms);  // the bytes have come, and their event is posted and has not run
+  std::this_thread::sleep_for(50ms);  // the bytes have arrived; their event is posted but has not run
   port.Close();
   ASSERT_TRUE(port.Open());
   test::Elapse(loop, 30ms);
   EXPECT_TRUE(events.empty());
 }
 
-TEST_F(AsioSerialControlTest, RefusesWhatIsNotToBeHad) {
+TEST_F(AsioSerialControlTest, RefusesPortsAndSettingsThatCannotWork) {
   ASSERT_TRUE(port.Open());
-  EXPECT_FALSE(port.SetCommPort(2));  // not while it is open
+  EXPECT_FALSE(port.SetCommPort(2));  // while the port is open
 
   const auto link = std::filesystem::temp_directory_path() / ("corvex-link-" + std::to_string(getpid()));
   std::filesystem::remove(link);
@@ -167,7 +167,7 @@ TEST_F(AsioSerialControlTest, RefusesWhatIsNotToBeHad) {
 
   port.Close();
   EXPECT_TRUE(port.SetCommPort(2));
-  EXPECT_FALSE(port.Open()) << "a device that is not there";
+  EXPECT_FALSE(port.Open()) << "the device does not exist";
   EXPECT_FALSE(port.PortOpen());
   EXPECT_TRUE(port.SetCommPort(1));
   for (const char* line :
@@ -181,9 +181,8 @@ TEST_F(AsioSerialControlTest, RefusesWhatIsNotToBeHad) {
   EXPECT_TRUE(port.Open());
 }
 
-// What a line that is held has not taken must never come out once it goes again, and what is written after
-// that must.
-TEST_F(AsioSerialControlTest, WhatIsTakenBackOrClosedNeverLeaves) {
+// Output that a held line has not taken must never leave later. Output that is written after that must.
+TEST_F(AsioSerialControlTest, DiscardedOutputNeverLeaves) {
   for (const bool close : {false, true}) {
     ASSERT_TRUE(port.Open());
     int taken = 0;
@@ -213,7 +212,7 @@ TEST_F(AsioSerialControlTest, WhatIsTakenBackOrClosedNeverLeaves) {
   }
 }
 
-TEST_F(AsioSerialControlTest, TheFarewellOfALinkArrives) {
+TEST_F(AsioSerialControlTest, TheLastBytesOfALinkArrive) {
   const Platform real{loop, windows, port, serialPorts, sock, dialogs, printers, sound, shell, LongDate, {}};
   ReceiveBuffer buffer(loop);
   MainState main;
@@ -225,7 +224,7 @@ TEST_F(AsioSerialControlTest, TheFarewellOfALinkArrives) {
   EXPECT_EQ(far.Take(), "quit\r\nat\r\n");
 }
 
-TEST_F(AsioSerialControlTest, SetsTheLineUpAndChangesItWhileOpen) {
+TEST_F(AsioSerialControlTest, SetsUpTheLineAndChangesItWhileOpen) {
   const struct {
     const char* line;
     bool flow;
@@ -243,16 +242,16 @@ TEST_F(AsioSerialControlTest, SetsTheLineUpAndChangesItWhileOpen) {
   }
 }
 
-TEST_F(AsioSerialControlTest, AnIdlePortCostsNothingAndItsEndLeavesNothingBehind) {
+TEST_F(AsioSerialControlTest, AnIdlePortUsesNoProcessorTimeAndItsEndLeavesNothing) {
   ASSERT_TRUE(port.Open());
   const double cpu = test::CpuMilliseconds();
   test::Elapse(loop, 300ms);
   EXPECT_LT(test::CpuMilliseconds() - cpu, 20);
-  // A control that ends while its thread is telling of bytes.
+  // A control that ends while its thread reports bytes.
   for (int i = 0; i < 50; ++i) {
     FarEnd end;
     AsioSerialControl brief(loop, [&](int) { return end.device; });
-    brief.onComm = [](SerialControl::CommEvent) { ADD_FAILURE() << "an event of a control that is gone"; };
+    brief.onComm = [](SerialControl::CommEvent) { ADD_FAILURE() << "an event of a destroyed control"; };
     ASSERT_TRUE(brief.Open());
     end.Send("bytes");
     if (i % 2 == 0) std::this_thread::sleep_for(1ms);

@@ -11,7 +11,7 @@
 namespace corvex {
 namespace {
 
-TEST(SystemSerialPorts, ListsWhatHasHardwareBehindItAndKnowsWhatIsThere) {
+TEST(SystemSerialPorts, ListsDevicesWithHardwareAndProbesAnyDevice) {
   const test::TempFolder kernel;
   for (const char* folder : {"usb", "usb/line", "usb/line/ttyUSB0", "ttyS0", "ttyS1", "tty1", "ptmx"}) {
     std::filesystem::create_directory(kernel.Path() / folder);
@@ -29,7 +29,8 @@ TEST(SystemSerialPorts, ListsWhatHasHardwareBehindItAndKnowsWhatIsThere) {
   EXPECT_EQ(ports.Probe("/dev/ptmx").state, PortState::Usable);
   EXPECT_EQ(ports.Probe("/dev/ptmx").description, "USB serial adapter \xE9?");
   EXPECT_EQ(ports.Probe("ptmx").state, PortState::Usable);
-  EXPECT_EQ(ports.Probe("/dev/null").state, PortState::Usable) << "there, though the kernel does not list it";
+  EXPECT_EQ(ports.Probe("/dev/null").state, PortState::Usable)
+      << "exists, but the kernel does not list it as hardware";
   kernel.Write("file", "");
   for (const std::string& name : {std::string("/dev/no-such-device"), std::string("/dev"), std::string(),
                                   kernel.Name() + "/file", std::string(10'000, 'x')}) {

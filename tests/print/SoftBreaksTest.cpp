@@ -9,11 +9,11 @@
 namespace corvex {
 namespace {
 
-// Against a list of characters each of which knows whether it is one of the line ends in question.
-TEST(SoftBreaks, AreTrackedThroughAnyEdits) {
+// Compares with a list of characters, each of which knows to which soft line end it belongs.
+TEST(SoftBreaks, KeepTheirPlacesThroughAnyEdits) {
   struct Character {
     char c;
-    int lineEnd = 0;  ///< Which one it is a part of, 0 for none.
+    int lineEnd = 0;  ///< The number of its soft line end, or 0.
   };
   std::minstd_rand random(7);
   for (int round = 0; round < 50; ++round) {
@@ -25,7 +25,7 @@ TEST(SoftBreaks, AreTrackedThroughAnyEdits) {
       shown.insert(shown.erase(from, from + static_cast<std::ptrdiff_t>(removed)), inserted.begin(),
                    inserted.end());
       breaks.Edited(at, removed, inserted.size());
-      // Half a line end, or one with something in it, is text.
+      // Half a line end is text, and so is one with text inserted in it.
       for (std::size_t i = 0; i < shown.size(); ++i) {
         const int end = shown[i].lineEnd;
         const bool whole =

@@ -25,7 +25,7 @@ struct PrintView : test::FakePlatform {
   frmSDI view{owner, platform, settings};
 };
 
-TEST(frmSDITest, ALogIsSavedBehindAWindowThatNobodySees) {
+TEST(frmSDITest, ALogIsSavedWhileTheWindowIsHidden) {
   PrintView p;
   p.view.PrintLine("log\r\n");
   EXPECT_FALSE(p.view.visible);
@@ -33,20 +33,20 @@ TEST(frmSDITest, ALogIsSavedBehindAWindowThatNobodySees) {
   EXPECT_EQ(p.Saved("Blog1.txt"), "log\r\n\r\n");
   EXPECT_EQ(p.view.txtNote.Text(), "");
 
-  // What cannot be saved stays, and is asked for at the end.
+  // A log that cannot be saved stays, and closing asks about it.
   std::filesystem::create_directory(p.folder.Path() / "Blog2.txt");
   p.view.PrintLine("more\r\n");
   EXPECT_FALSE(p.view.SaveLogToFile("Blog2.txt"));
   EXPECT_EQ(p.view.txtNote.Text(), "more\r\n");
   p.dialogs.answer = Answer::Cancel;
-  // A log that comes while the user is being asked is saved and takes no text away from under him.
+  // A log that is saved while the question is open leaves the text in the window.
   p.dialogs.onBox = [&] { EXPECT_TRUE(p.view.SaveLogToFile("Blog3.txt")); };
   EXPECT_FALSE(p.view.ClosePrintForm());
   EXPECT_TRUE(p.view.visible);
   EXPECT_EQ(p.view.txtNote.Text(), "more\r\n");
-  EXPECT_TRUE(p.view.ClosePrintForm()) << "it is saved by now";
+  EXPECT_TRUE(p.view.ClosePrintForm()) << "the text has been saved";
 
-  // So does a job that would clear it.
+  // A print job that would clear the text leaves it as well.
   p.settings.printer.fileuse.SetNew();
   p.view.PrintLine("kept\r\n");
   p.dialogs.file = (p.folder.Path() / "kept.txt").string();
@@ -55,53 +55,33 @@ TEST(frmSDITest, ALogIsSavedBehindAWindowThatNobodySees) {
   EXPECT_EQ(p.Saved("kept.txt"), "kept\r\n\r\n");
 }
 
-TEST(frmSDITest, TheAutomaticSaveHoldsTheTextHoweverItHasChanged) {
-  PrintView p;
-  p.Print("a", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), "aaaaaa\r\n");
-  p.Print("b", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), "aaaaaabbbbbb\r\n");
-  p.view.txtNote.selection = TextBox::Selection{1, 0};
-  p.Print("c", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), "accccccaaaaabbbbbb\r\n");
-  p.view.txtNote.SelectAll();
-  p.view.mnuEditCut.click();
-  p.view.txtNote.AdoptText("typed");
-  p.view.txtNote.change();
-  p.Print("d", 6);
-  EXPECT_EQ(p.Saved("temp.txt").size(), 11u + 2u);
-  p.folder.Write("temp.txt", "somebody else's");
-  p.Print("e", 6);
-  EXPECT_EQ(p.Saved("temp.txt"), p.view.txtNote.Text() + "\r\n");
-}
-
-TEST(frmSDITest, AJobLeavesTheKeyboardWhereItIs) {
+TEST(frmSDITest, APrintJobDoesNotTakeTheFocus) {
   PrintView p;
   p.view.NewPrintJob();
   EXPECT_TRUE(p.view.visible);
-  EXPECT_FALSE(p.view.Active()) << "what is typed for the modem gets into the printout";
+  EXPECT_FALSE(p.view.Active()) << "the user types for the modem";
   p.view.PrintLine("x");
   p.view.windowState.Adopt(WindowState::Minimized);
   p.view.NewPrintJob();
   EXPECT_EQ(p.view.windowState, WindowState::Normal);
   EXPECT_FALSE(p.view.takesFocus);
-  p.dialogs.onBox = [&] { EXPECT_TRUE(p.view.takesFocus) << "the user has to answer"; };
+  p.dialogs.onBox = [&] { EXPECT_TRUE(p.view.takesFocus) << "the user must answer"; };
   p.dialogs.answer = Answer::Cancel;
   EXPECT_FALSE(p.view.ClosePrintForm());
   p.view.NewPrintJob();
   EXPECT_FALSE(p.view.takesFocus);
 }
 
-TEST(frmSDITest, ALongPrintoutCostsItsLengthAndNotItsSquare) {
+TEST(frmSDITest, TheCostOfALongPrintoutIsLinear) {
   PrintView p;
   const std::clock_t begin = std::clock();
   const std::string line(122, '\n');
-  p.Print(line, 40'000);  // 16 GB in all if each save wrote the whole text
+  p.Print(line, 40'000);  // 16 GB if each save wrote the whole text
   EXPECT_LT((std::clock() - begin) / CLOCKS_PER_SEC, 4);
   EXPECT_EQ(p.Saved("temp.txt").size(), 39'996u * 122u + 2u);
 }
 
-TEST(frmSDITest, TheViewEndsWithWordsWhenItIsFull) {
+TEST(frmSDITest, AFullViewSaysSo) {
   PrintView p;
   const std::string line(4000, 'x');
   p.Print(line, 2);

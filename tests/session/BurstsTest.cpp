@@ -1,4 +1,4 @@
-// The stream comes in arbitrary pieces: what it leaves on the screen must not depend on them.
+// The stream comes in arbitrary pieces. The screen at the end must not depend on them.
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A session over the LAN, where receive events nest in the pauses of a menu.
+/// A session over the LAN, where a receive event can come within the pause of a menu.
 struct LanSession {
   LanSession() {
     p.settings.config.lan.Set(true);
@@ -45,7 +45,7 @@ std::string Painted(const std::string& screen, const std::string& row) {
   return Packet('<' + screen + '>') + "\x1B[3;2H" + row + Packet("<Paint>");
 }
 
-TEST(Bursts, LeaveWhatTheirPacketsLeaveOneByOne) {
+TEST(Bursts, LeaveTheSameScreenAsTheirPacketsOneByOne) {
   const std::vector<std::string> packets{
       Painted("TextScreen", "a text"),
       Painted("FieldScreen", "a form"),
@@ -65,7 +65,7 @@ TEST(Bursts, LeaveWhatTheirPacketsLeaveOneByOne) {
   };
   LanSession oneByOne;
   LanSession burst;
-  LanSession nested;  // each packet in a pause of the menu before it
+  LanSession nested;  // each packet comes within the pause of the menu before it
   const auto feed = [&](const std::vector<std::size_t>& places) {
     std::string all;
     for (const std::size_t place : places) {
@@ -80,7 +80,7 @@ TEST(Bursts, LeaveWhatTheirPacketsLeaveOneByOne) {
   const auto settle = [&] {
     for (LanSession* session : {&oneByOne, &burst, &nested}) {
       session->p.printers.printed.clear();
-      session->Feed(Packet("<Time>10:00"), 2.5);  // the message is gone then
+      session->Feed(Packet("<Time>10:00"), 2.5);  // until the message is gone
     }
   };
   const auto compare = [&](const std::vector<std::size_t>& places) {
@@ -102,19 +102,7 @@ TEST(Bursts, LeaveWhatTheirPacketsLeaveOneByOne) {
   }
 }
 
-TEST(Bursts, AThousandMenusWaitNoLongerThanOne) {
-  LanSession session;
-  const auto menu = [](int i) {
-    return Packet("<MenuScreen><Title>" + std::to_string(i) + " Menu<1>001Call|5<INDEXLINE>1");
-  };
-  std::string burst;
-  for (int i = 1; i <= 1000; ++i) burst += menu(i);
-  session.Feed(burst, 0.07);
-  EXPECT_TRUE(session.p.term.ListMenu.HasFocus());
-  EXPECT_EQ(session.p.term.frmMenu.caption, "1000 Menu");
-}
-
-TEST(Nesting, MenusThatComeInEachOthersPausesDoNotPileUp) {
+TEST(Nesting, MenusWithinThePausesOfMenusDoNotPileUp) {
   LanSession session;
   int deepest = 0;
   int seen = 0;
@@ -132,13 +120,13 @@ TEST(Nesting, MenusThatComeInEachOthersPausesDoNotPileUp) {
   }
   session.p.loop.Run(4.2);
   EXPECT_EQ(deepest, 1);
-  EXPECT_GT(seen, 40) << "a menu is shown in each round of the pauses";
+  EXPECT_GT(seen, 40) << "some menus must be shown";
   EXPECT_EQ(session.p.term.frmMenu.caption, "2000 Menu");
   EXPECT_TRUE(session.p.term.ListMenu.HasFocus());
 }
 
-TEST(Nesting, ImpatientClicksDoNotPileUp) {
-  // Every entry that begins a passage, again and again in the waits of the ones before, with menus meanwhile.
+TEST(Nesting, ClicksOfAnImpatientUserDoNotPileUp) {
+  // Every entry that starts a mode change is clicked during the waits of earlier ones, while menus come.
   for (const bool lan : {false, true}) {
     SCOPED_TRACE(lan);
     test::Program p;
@@ -163,7 +151,7 @@ TEST(Nesting, ImpatientClicksDoNotPileUp) {
       });
     }
     p.loop.Run(30);
-    EXPECT_LE(deepest, 3) << "a passage, a menu and a key";
+    EXPECT_LE(deepest, 3) << "a mode change, a menu and a key";
     p.Do([&] { p.term.mnuTerminal.click(); });
     p.loop.Run(20);
     EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);

@@ -13,7 +13,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// A dispatcher with all that it serves, and no link: bytes are fed to it.
+/// A dispatcher with the parts that it serves. It has no link: the tests feed it with bytes.
 struct DispatcherTest : ::testing::Test, test::FakePlatform {
   DispatcherTest() {
     main.mode = ModemMode::Terminal;
@@ -47,68 +47,6 @@ struct DispatcherTest : ::testing::Test, test::FakePlatform {
 
 const std::string kSignal = "<tml><Sig>31</tml>";
 
-TEST_F(DispatcherTest, TheModeSaysWhatBecomesOfBytes) {
-  using M = ModemMode;
-  enum class Fate { Dropped, Shown, Scanned, Left };
-  const std::pair<M, Fate> fates[] = {{M::AwaitIntro, Fate::Dropped}, {M::Offline, Fate::Dropped},
-                                      {M::PortSetup, Fate::Dropped},  {M::TestInterface, Fate::Shown},
-                                      {M::AtMode, Fate::Shown},       {M::Terminal, Fate::Scanned},
-                                      {M::DeviceManager, Fate::Left}, {M::Closing, Fate::Left},
-                                      {M::Failed, Fate::Left},        {M::Upgrade, Fate::Left}};
-  for (const auto& [mode, fate] : fates) {
-    SCOPED_TRACE(static_cast<int>(mode));
-    window.txtRx.SetText({});
-    state.sigText.clear();
-    main.mode = mode;
-    Feed(kSignal);
-    EXPECT_EQ(window.txtRx.Text(), fate == Fate::Shown ? kSignal : "");
-    EXPECT_EQ(state.sigText, fate == Fate::Scanned ? "31" : "");
-    EXPECT_EQ(decoder.received.TakeRx(), fate == Fate::Left ? kSignal : "");
-  }
-}
-
-TEST_F(DispatcherTest, TheTextViewKeepsItsLastPart) {
-  std::string text;
-  while (text.size() < 5000) text += std::to_string(text.size()) + ' ';
-  text.resize(5000);
-  dispatcher.AppendToRx(text);
-  dispatcher.AppendToRx("x");  // up to 5000 characters stay whole
-  EXPECT_EQ(window.txtRx.Text(), text + "x");
-  dispatcher.AppendToRx("y");
-  EXPECT_EQ(window.txtRx.Text(), text.substr(4096) + "xy");
-  dispatcher.AppendToRx(std::string(1'000'000, 'a') + "z");  // however much comes at once
-  EXPECT_EQ(window.txtRx.Text().size(), 906 + 65'536u);
-  EXPECT_TRUE(window.txtRx.Text().ends_with("az"));
-  dispatcher.AppendToRx(text);
-  EXPECT_LT(window.txtRx.Text().size(), 10'000u) << "nothing heaps up";
-}
-
-TEST_F(DispatcherTest, APrintJobGoesToItsFileIfTheSettingsSaySo) {
-  // As one packet, and in pieces that each are served alone.
-  Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><Print>012Two</tml><tml><EndPrint></tml>");
-  for (const char* piece : {"<tml><StartPrint></tml>", "<tml><Print>012One</tml>", "<tml><Sim></tml>",
-                            "<tml><Print>012Two</tml>", "<tml><EndPrint></tml>", "<tml><Sim></tml>"}) {
-    Feed(piece);
-  }
-  EXPECT_EQ(log, (Texts{"job", "line One Two", "complete", "job", "line One", "line Two", "complete"}));
-  log.clear();
-  folder.Write("corvex.ini", "[printer]\nalways=File\n");  // neither to the file nor on paper
-  Feed("<tml><StartPrint></tml><tml><Print>012One </tml><tml><EndPrint></tml>");
-  EXPECT_EQ(log, Texts{"complete"});
-  EXPECT_EQ(printers.printed, Texts());
-}
-
-TEST_F(DispatcherTest, WhatLeadsOutsideIsHandedOnAndMayGoNowhere) {
-  const std::string burst = "<tml><BookMode></tml><tml><Shutdown></tml><tml><DSPinfo>1 2 3</tml>";
-  Feed(burst);
-  EXPECT_TRUE(window.tmrSpawnBook.enabled);
-  dispatcher.dspInfo = [this](const std::string& numbers) { log.push_back("dsp " + numbers); };
-  dispatcher.shutdown = [this] { log.push_back("shutdown"); };
-  Feed(burst);
-  Feed(kSignal);
-  EXPECT_EQ(log, (Texts{"dsp 1 2 3", "shutdown"}));
-}
-
 TEST_F(DispatcherTest, AnActionMayDispatchAgainAndEachChangeIsServedOnce) {
   dispatcher.newPrintJob = [this] {
     log.push_back("job");
@@ -116,14 +54,14 @@ TEST_F(DispatcherTest, AnActionMayDispatchAgainAndEachChangeIsServedOnce) {
     log.push_back(window.corvexLbl[TermControls::kSignal].caption);
   };
   Feed("<tml><StartPrint></tml><tml><Print>012One </tml>");
-  // The inner dispatch has served all that there was; nothing is left for the outer one.
+  // The inner dispatch serves all changes. Nothing is left for the outer one.
   EXPECT_EQ(log, (Texts{"job", "line One Two", "complete", "31"}));
 }
 
-TEST_F(DispatcherTest, BytesThatComeWhileAPacketIsDecodedWaitForTheNextEvent) {
+TEST_F(DispatcherTest, BytesThatComeDuringDecodingWaitForTheNextEvent) {
   decoder.tags.onCompression = [this](TagToken, std::string_view) {
     Feed(kSignal);
-    // What was decoded before is served, and what has just come is not.
+    // The earlier packet has been served, the new bytes have not.
     log.push_back(window.lblTime.caption);
     log.push_back(state.sigText);
   };

@@ -8,9 +8,9 @@
 
 #include "session/Route.h"
 
-// A user at work on a bad line. Each seed is one run: its route, its ERB unit, and several phases in which
-// the line drops, garbles, delays, cuts or hangs up. CORVEX_SEEDS sets how many are run, CORVEX_SEED runs one
-// alone.
+// A user works on a bad line. Each seed makes one run with its own route, ERB unit and phases in which the
+// line drops, garbles, delays or cuts bytes, or hangs up. CORVEX_SEEDS sets the number of runs, CORVEX_SEED
+// runs one seed alone.
 
 namespace corvex {
 namespace {
@@ -20,7 +20,7 @@ using simulation::MubState;
 using test::Routed;
 using test::Step;
 
-/// Whether a send is none of the user's keys: cancel, repaint, the lines of a dialogue, the end of a session.
+/// Whether a send is not a key of the user: cancel, repaint, a line of a dialogue or the end of a session.
 bool IsProgramsOwn(std::string_view bytes) {
   return bytes == "\x18" || bytes == "\x12" || bytes == "\x1b\x12\x1b" || bytes.ends_with("\n") ||
          bytes == "AT+ERB_TRANSPARENT_MODE";
@@ -58,8 +58,8 @@ class FaultWalk {
     return options;
   }
 
-  /// Spoils the line for a while. That while ends by itself: a socket whose peer closes it at once is opened
-  /// again without an end, and the program is meant to.
+  /// Spoils the line for 5 to 24 seconds. The time is limited because the program never stops opening a
+  /// socket that its peer closes at once (intended).
   void Spoil() {
     r_.p.loop.After(std::chrono::seconds(5 + random_() % 20), [this] { r_.setFaults({}); });
     Faults faults{.seed = static_cast<std::uint32_t>(random_()), .garble = Share(0.01), .drop = Share(0.01)};
@@ -70,13 +70,13 @@ class FaultWalk {
     r_.setFaults(faults);
   }
 
-  /// The user does what he can for so long: goes on with his walk where he sees a screen of it, and now and
-  /// then loses his patience or takes another MUB. An adapter that was lost is plugged in again.
+  /// For so many seconds the user continues the walk wherever one of its screens is visible. At random the
+  /// user presses Clear, connects again, chooses another MUB or plugs in a lost adapter.
   void Work(double seconds) {
     const double until = r_.Now() + seconds;
     while (r_.Now() < until) {
       r_.p.loop.Run(0.3 + 0.1 * (random_() % 5));
-      if (r_.Now() < cleared_ + 0.3) continue;  // he has to see what has come of it
+      if (r_.Now() < cleared_ + 0.3) continue;  // the user needs to see the result
       if (Chance(4)) r_.p.comPort.available = true;
       if (Chance(60)) {
         r_.p.Do([this] { r_.term.cmdTop[0].click(); });
@@ -85,15 +85,15 @@ class FaultWalk {
       } else if (Chance(40)) {
         Clear();
       } else if (const Step* step = StepInSight(); step != nullptr && step->act) {
-        // He may think better of it before it is done.
+        // The user may change their mind before the step is done.
         if (Chance(5)) r_.p.loop.After(std::chrono::milliseconds(random_() % 600), [this] { Clear(); });
         Do(step->AllKeys(r_.term), step->act);
       }
     }
   }
 
-  /// A step of the walk whose screen is seen, if the unit has it on its display as well: a user whom the line
-  /// has left with an old screen cannot know where his keys go.
+  /// A step of the walk whose screen is visible here and on the unit. If a fault has left an old screen here,
+  /// the user cannot know where a key will go.
   const Step* StepInSight() {
     std::vector<const Step*> steps;
     for (const Step& step : test::Walk()) {
@@ -110,7 +110,7 @@ class FaultWalk {
     due_.clear();
   }
 
-  /// Presses the clear key, which ends a walk through a list if one is going on.
+  /// Presses the clear key. It ends a walk through a list.
   void Clear() {
     const auto due = std::exchange(due_, {"\x1b"});
     const std::string screen = std::exchange(screen_, std::string(r_.UnitShows()));
@@ -121,8 +121,8 @@ class FaultWalk {
     screen_ = screen;
   }
 
-  /// The unit hears a key: it has to be the next of those that the user is pressing, on the screen for which
-  /// they are meant. One that finds no session any more, whose link had to be opened for it, does no harm.
+  /// The unit receives a key. It must be the next key that the user is pressing, and the unit must still show
+  /// the screen it was pressed on. A key that had to open the link may find no session; it does no harm.
   void Hear(std::string_view key) {
     ASSERT_FALSE(due_.empty()) << "nobody has pressed " << testing::PrintToString(key);
     EXPECT_EQ(key, due_.front());
@@ -137,18 +137,18 @@ class FaultWalk {
     r_.p.loop.Run(45);
     test::ExpectSessionOrWait(r_);
     r_.p.Do([this] { r_.term.cmdTop[0].click(); });
-    r_.p.loop.Run(15);  // a MUB that was in use is had at the second try
+    r_.p.loop.Run(15);  // a MUB in use is free at the second attempt
     test::WalkThrough(r_, [this](const Step& step) { Do(step.AllKeys(r_.term), step.act); });
   }
 
   std::mt19937 random_;
   Routed r_;
-  std::deque<std::string> due_;  // the keys that are being pressed
+  std::deque<std::string> due_;  // the keys that the user is pressing
   double cleared_ = 0;           // when the clear key was last pressed
-  std::string screen_;           // what the unit had on its display when that began
+  std::string screen_;           // the unit's screen when the user began to press them
 };
 
-TEST(FaultWalks, ComeBackAndSendEachKeyOnceWhereItWasPressed) {
+TEST(FaultWalks, RecoverAndSendEachKeyOnceToItsScreen) {
   const auto number = [](const char* name, int otherwise) {
     const char* text = std::getenv(name);
     return text == nullptr ? otherwise : std::atoi(text);

@@ -4,21 +4,19 @@
 #include <set>
 #include <string>
 
-#include "session/mListView.h"
 #include "support/Program.h"
 
 namespace corvex {
 namespace {
 
-// What no script in tests/data/streams can tell of the main window.
+// Tests of the main window that cannot be scripts in tests/data/streams.
 
-using KeysTest = test::SessionTest;
 using test::HeronModem;
 using test::kConnect;
 using test::Program;
 using test::Responder;
 
-TEST(Start, FollowsTheSettingsAndKeepsAPositionOnTheScreen) {
+TEST(Start, FollowsTheSettingsAndStoresOnlyAPositionOnTheScreen) {
   for (const Twips left : {3000, 1920 * 15}) {
     Program p;
     p.settings.positions.termleft.Set(1200);
@@ -38,47 +36,17 @@ TEST(Start, FollowsTheSettingsAndKeepsAPositionOnTheScreen) {
   }
 }
 
-TEST(Start, LeavesOnlyThePortAndThePrinterPathInTheSettings) {
-  Program p;
-  p.Start(0.01);
-  std::string path = p.settings.printer.path.Get();
-  EXPECT_EQ(p.folder.Read("corvex.ini"),
-            "[printer]\r\npath=" + path + "\r\n[port]\r\nsettings=115200,n,8,1\r\nflow=2\r\ncom=1\r\n");
-  EXPECT_EQ(p.folder.Count(), 1) << "no recording unless asked for";
-}
-
-TEST_F(KeysTest, TheWayBackToTheTopIsSevenTimesClear) {
-  p.comPort.sent.clear();
-  p.Do([&] { term.keys().SendEscapeSeries(); });
-  EXPECT_EQ(p.comPort.sent, std::string(7, '\x1B'));
-  p.loop.After(std::chrono::seconds(1), [&] { term.mnuOffline.click(); });
-  p.Do([&] { term.keys().SendEscapeSeries(); });
-  EXPECT_EQ(p.comPort.sent, std::string(10, '\x1B') + "\x18");
-}
-
-TEST(ListSpacing, ATextThatIsNoPairOfNumbersIsTold) {
-  Program p;
-  auto& list = p.term.ListMenu;
-  for (const char* bad : {"75", "a,b", "", "75,99999"}) {
-    SetListSpacing(list, bad, p.dialogs);
-    EXPECT_EQ(p.dialogs.shown.back(), std::string("Error interpreting value: ") + bad);
-  }
-  EXPECT_EQ(list.iconSpacing, 0u);
-  SetListSpacing(list, "75,-1", p.dialogs);
-  EXPECT_EQ(list.iconSpacing, 0xFFFF004Bu);
-}
-
-/// What a connect sends to a modem that does not answer.
+/// The bytes that a connect sends to a silent modem.
 const std::string kFruitless =
     "\x18"
     "ate1\r\nat+gmm\r\n"
     "\x18"
     "at+gmm\r\n";
 
-TEST(Overtaken, AProbeEndsWithoutAFurtherByteWhenTheUserGoesElsewhere) {
+TEST(Overtaken, AProbeSendsNothingMoreWhenTheUserChangesTheMode) {
   struct Case {
     MenuItem frmTerm::*entry;
-    ModemMode mode;  // with a modem that answers
+    ModemMode mode;  // with an answering modem
     ModemMode silent;
   };
   for (const Case& c : {Case{&frmTerm::mnuTerminal, ModemMode::Terminal, ModemMode::Failed},
@@ -109,7 +77,7 @@ TEST(Overtaken, AProbeEndsWithoutAFurtherByteWhenTheUserGoesElsewhere) {
   }
 }
 
-TEST(Overtaken, WhatLeavesTheMenusSendsNothingMoreWhenTheUserGoesElsewhere) {
+TEST(Overtaken, AModeChangeSendsNothingMoreWhenTheUserChangesTheModeAgain) {
   for (MenuItem frmTerm::*first :
        {&frmTerm::mnuAT, &frmTerm::mnuTest, &frmTerm::mnuPort, &frmTerm::mnuSlaveONSlave}) {
     for (MenuItem frmTerm::*second : {&frmTerm::mnuOffline, &frmTerm::mnuTerminal}) {
@@ -135,20 +103,6 @@ TEST(Overtaken, WhatLeavesTheMenusSendsNothingMoreWhenTheUserGoesElsewhere) {
       }
     }
   }
-}
-
-TEST(Overtaken, TheWayIntoThePortPanelDoesNotFailASessionBegunMeanwhile) {
-  Program p;
-  std::optional<Responder> modem;
-  p.comPort.onSent = [&](std::string_view) { p.comPort.Arrive("\xF0\x0F"); };
-  p.dialogs.answer = Answer::Yes;  // to the port panel after rubbish
-  p.dialogs.onBox = [&] {
-    modem.emplace(p.comPort, HeronModem());
-    p.loop.After(std::chrono::milliseconds(20), [&] { p.loop.Enter([&] { p.term.mnuTerminal.click(); }); });
-  };
-  p.Start(6);
-  EXPECT_EQ(p.dialogs.shown.size(), 1u);
-  EXPECT_EQ(p.term.main().mode, ModemMode::Terminal);
 }
 
 }  // namespace

@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "support/Program.h"
+#include "support/Recorded.h"
 #include "support/Seen.h"
 #include "unit/Playback.h"
 
-// Recorded sessions, played to the whole program: it must send what was recorded, and end in the screen that
-// stands beside the recording. scripts/recordings.sh runs them alone, or writes the screens anew.
+// Recorded sessions are played to the whole program. It must send what was recorded, and its screen at the
+// end must be the one in the .screen file beside the recording.
 
 namespace corvex {
 namespace {
@@ -20,12 +17,7 @@ using simulation::Playback;
 using simulation::WireEvent;
 using test::Program;
 
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-/// Plays the modem's side into a port of fakes, from the start of the program until the recorded close.
+/// Plays the modem's side into a fake port, from the start of the program to the recorded close.
 template <typename Port>
 void Play(Program& p, Port& port, const std::vector<WireEvent>& events, const std::function<void()>& hangUp) {
   Playback playback(
@@ -45,8 +37,8 @@ void Play(Program& p, Port& port, const std::vector<WireEvent>& events, const st
 
 class RecordingsTest : public ::testing::TestWithParam<std::filesystem::path> {};
 
-TEST_P(RecordingsTest, EndsInItsScreen) {
-  const std::string text = ReadFile(GetParam());
+TEST_P(RecordingsTest, EndsWithItsScreen) {
+  const std::string text = test::ReadFile(GetParam());
   const auto parsed = simulation::ParseWireLog(text);
   const auto& events = std::get<std::vector<WireEvent>>(parsed);
   Program p;
@@ -67,13 +59,7 @@ TEST_P(RecordingsTest, EndsInItsScreen) {
   }
   const std::string& sent = lan ? p.sock.sent : p.comPort.sent;
   EXPECT_EQ(sent, recorded.substr(0, sent.size()));
-
-  auto screen = GetParam();
-  screen.replace_extension(".screen");
-  if (std::getenv("CORVEX_RENEW_RECORDINGS") != nullptr) {
-    std::ofstream(screen, std::ios::binary) << test::Seen(p.term);
-  }
-  EXPECT_EQ(test::Seen(p.term), ReadFile(screen));
+  test::ExpectRecorded(test::Seen(p.term), std::filesystem::path(GetParam()).replace_extension(".screen"));
 }
 
 std::vector<std::filesystem::path> Recordings() {

@@ -13,8 +13,8 @@
 #include "support/Program.h"
 #include "support/UnitLink.h"
 
-// The whole program at the end of each of its four routes to a terminal, and a user who walks through the
-// terminal's screens.
+// The whole program on one of its four routes to a terminal, and a user who walks through the terminal's
+// screens.
 
 namespace corvex::test {
 
@@ -26,7 +26,7 @@ inline const char* RouteName(Route route) {
   return kNames[static_cast<int>(route)];
 }
 
-/// A program with a simulated unit at the end of one route, behind an ERB unit where that belongs to it.
+/// A program with a simulated unit at the far end of a route. Some routes lead through an ERB unit.
 struct Routed {
   explicit Routed(Route taken, simulation::ErbOptions options = {}, double timeOfDay = 36000)
       : route(taken), p(timeOfDay) {
@@ -45,7 +45,7 @@ struct Routed {
   bool IsLan() const { return route == Route::Lan || route == Route::LanErb; }
   bool HasErb() const { return route == Route::LanErb || route == Route::SerialErb; }
   const std::string& Sent() const { return IsLan() ? p.sock.sent : p.comPort.sent; }
-  /// What the unit that is reached has on its display; empty if none is, or it shows none.
+  /// The name of the screen on the display of the reached unit; empty without a unit or a screen.
   std::string_view UnitShows() const { return unit() == nullptr ? std::string_view() : unit()->Shows(); }
   double Now() const { return std::chrono::duration<double>(p.loop.Now()).count(); }
 
@@ -53,11 +53,11 @@ struct Routed {
   Program p;
   frmTerm& term = p.term;
   std::function<void(simulation::Faults)> setFaults;
-  std::function<void(std::string_view)> hear;  ///< The far side hears what the program has not said.
-  std::function<void()> hangUp;  ///< A serial port is gone then until `available` says otherwise.
-  std::function<const simulation::Unit*()> unit;  ///< The unit that is reached, or null.
+  std::function<void(std::string_view)> hear;     ///< Gives the far side bytes that the program has not sent.
+  std::function<void()> hangUp;                   ///< A serial port stays away until its `available` is set.
+  std::function<const simulation::Unit*()> unit;  ///< The reached unit, or null.
   std::function<void(std::string_view)>
-      onHeard;  ///< Called with each send of the program, before it is served.
+      onHeard;  ///< Called with each send of the program before the far side receives it.
 
  private:
   static const simulation::Unit* Reached(const simulation::Unit& alone) { return &alone; }
@@ -81,13 +81,13 @@ using Keys = std::vector<std::string>;
 inline const std::string kDown = "\x1b[B";
 inline const std::string kUp = "\x1b[A";
 
-/// One thing that a user does when he sees a screen, and what he sees then.
+/// One action of the user, and the screen on which the user does it.
 struct Step {
-  const char* screen;  ///< the unit's name of the screen on which it is done
-  const char* seen;    ///< what stands on the PC's then: in a message, a list's title, or the first row
-  Keys keys;           ///< what has to reach the unit, key by key
+  const char* screen;  ///< the unit's name of the screen
+  const char* seen;    ///< a part of what Title returns for it
+  Keys keys;           ///< the keys that must reach the unit
   std::function<void(frmTerm&)> act;
-  /// Where he chooses from a list first: what else has to reach the unit for that, before `keys`.
+  /// Chooses from a list first. Returns the keys that must reach the unit before `keys`.
   std::function<Keys(frmTerm&)> choose = nullptr;
 
   Keys AllKeys(frmTerm& term) const {
@@ -97,8 +97,7 @@ struct Step {
   }
 };
 
-/// Chooses an entry of a menu, which goes out as its number. On a bad line the entry in its place may be
-/// another.
+/// Chooses an entry of a menu. Its number must reach the unit; on a bad line this may be another number.
 inline Keys ChooseEntry(frmTerm& term, std::size_t entry) {
   if (entry >= term.ListMenu.Items().size()) return {};
   term.ListMenu.selected = static_cast<int>(entry) + 1;
@@ -106,16 +105,15 @@ inline Keys ChooseEntry(frmTerm& term, std::size_t entry) {
   return {key.substr(0, key.find("Men"))};
 }
 
-/// Chooses a row of a choice list. The unit's cursor has to be led there from where it is; the unit remembers
-/// what was chosen before.
+/// Chooses a row of a choice list. The keys move the unit's cursor there from the row that was chosen before.
 inline Keys ChooseRow(frmTerm& term, int row) {
   const int way = row - ChoiceIndexOfCurrent(term.state().choiceScreen);
   term.ListChoice.listIndex = row;
   return Keys(static_cast<std::size_t>(std::abs(way)), way > 0 ? kDown : kUp);
 }
 
-/// A walk from the idle screen and back to it: a menu by its list and by number, a choice that is walked, the
-/// message that goes by itself, a table that is walked, a text, and the ways back.
+/// A walk from the idle screen and back to it: menus by list and by number, choice lists, a message that
+/// disappears by itself, a table, a text, and the ways back.
 inline const std::vector<Step>& Walk() {
   const std::string kEscape = "\x1b";
   const auto digit = [](char c) { return [c](frmTerm& term) { term.ListMenu.keyPress(c); }; };
@@ -147,7 +145,7 @@ inline const std::vector<Step>& Walk() {
   return kWalk;
 }
 
-/// What stands on the PC's screen where it is named: the message, the list's title, or the first row.
+/// The text that identifies the visible screen: the message, the list's title, or the first row.
 inline std::string Title(const frmTerm& term) {
   if (term.main().mode != ModemMode::Terminal) return {};
   if (term.frmMsg.visible) return term.LblMsg[0].caption.Get() + '/' + term.LblMsg[1].caption.Get();
@@ -161,10 +159,10 @@ inline bool Sees(const frmTerm& term, const Step& step) {
   return Title(term).find(step.seen) != std::string::npos;
 }
 
-/// Walks all of it, step by step with `take`. Each screen has to be there within four seconds, on the unit
+/// Walks all steps and calls `take` for each action. Each screen must appear within four seconds, on the unit
 /// and on the PC.
 inline void WalkThrough(Routed& r, const std::function<void(const Step&)>& take) {
-  constexpr double kLook = 0.3;  // what a user needs to see it; less could meet two screens in one burst
+  constexpr double kLook = 0.3;  // a user needs this time; with less, two screens could come in one burst
   for (const Step& step : Walk()) {
     const double began = r.Now();
     do {
@@ -176,8 +174,8 @@ inline void WalkThrough(Routed& r, const std::function<void(const Step&)>& take)
   }
 }
 
-/// What has to be seen of a program whose line has been whole again for a while: a session, if it does not
-/// wait for its user. It does so offline, and where a probe was refused before the first session.
+/// Expects a session on a line that has worked again for a while, unless the program waits for its user. It
+/// waits offline, and after a refused probe before the first session.
 inline void ExpectSessionOrWait(Routed& r) {
   const ModemMode mode = r.term.main().mode;
   const bool waits =

@@ -1,16 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 
 #include "session/Route.h"
+#include "support/Recorded.h"
 
-// Whole sessions on each route, from the start of the program to its end. What passes in both directions
-// stands byte for byte and with its times in tests/data/routes; scripts/recordings.sh writes it anew.
+// Whole sessions on each route, from the start of the program to its end. tests/data/routes holds the bytes
+// of both directions and their times.
 
 namespace corvex {
 namespace {
@@ -18,32 +14,12 @@ namespace {
 using test::Route;
 using test::Routed;
 
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 /// What the program has recorded of its link.
 std::string Recorded(const Routed& r) {
   for (const auto& file : std::filesystem::directory_iterator(r.p.settings.AppFolder())) {
-    if (file.path().filename().string().starts_with("wire-")) return ReadFile(file.path());
+    if (file.path().filename().string().starts_with("wire-")) return test::ReadFile(file.path());
   }
   return {};
-}
-
-/// The first line that two recordings do not share; empty if they are the same.
-std::string FirstDifference(const std::string& got, const std::string& wanted) {
-  std::istringstream a(got);
-  std::istringstream b(wanted);
-  std::string lineA;
-  std::string lineB;
-  for (int line = 1;; ++line) {
-    const bool moreA = static_cast<bool>(std::getline(a, lineA));
-    const bool moreB = static_cast<bool>(std::getline(b, lineB));
-    if (!moreA && !moreB) return "";
-    if (moreA == moreB && lineA == lineB) continue;
-    return "line " + std::to_string(line) + "\n  " + lineA + "\nwanted\n  " + lineB;
-  }
 }
 
 class RoutesTest : public ::testing::TestWithParam<Route> {};
@@ -74,12 +50,8 @@ TEST_P(RoutesTest, PassesTheBytesOfItsRecording) {
   r.p.Do([&] { r.term.mnuExit.click(); });
   EXPECT_TRUE(r.p.loop.Ended());
 
-  const auto path = std::filesystem::path(CORVEX_TEST_DATA "/routes") / test::RouteName(GetParam());
-  const std::string recorded = Recorded(r);
-  if (std::getenv("CORVEX_RENEW_RECORDINGS") != nullptr) {
-    std::ofstream(path.string() + ".log", std::ios::binary) << recorded;
-  }
-  EXPECT_EQ(FirstDifference(recorded, ReadFile(path.string() + ".log")), "");
+  const std::string name = test::RouteName(GetParam());
+  test::ExpectRecorded(Recorded(r), CORVEX_TEST_DATA "/routes/" + name + ".log");
 }
 
 TEST_P(RoutesTest, AKeyThatFindsTheLinkDownOpensItOnce) {
@@ -101,7 +73,7 @@ TEST_P(RoutesTest, AKeyThatFindsTheLinkDownOpensItOnce) {
   EXPECT_EQ(r.UnitShows(), r.route == Route::SerialErb ? "main" : "idle");
 }
 
-TEST_P(RoutesTest, ComesBackFromAHangUpBehindAnyByteOfItsDialogue) {
+TEST_P(RoutesTest, ComesBackFromAHangUpAfterAnyByteOfItsDialogue) {
   constexpr std::uint64_t kWholeDialogue = 210;
   for (std::uint64_t bytes = 1; bytes <= kWholeDialogue; ++bytes) {
     SCOPED_TRACE("hung up after " + std::to_string(bytes));
@@ -119,7 +91,15 @@ TEST_P(RoutesTest, ComesBackFromAHangUpBehindAnyByteOfItsDialogue) {
   }
 }
 
-TEST_P(RoutesTest, ComesBackWhenTheFarSideHasBegunAnew) {
+TEST_P(RoutesTest, ATickingUnitKeepsItsSessionForAnHour) {
+  Routed r(GetParam());
+  r.p.Start(3600);
+  EXPECT_EQ(r.term.main().mode, ModemMode::Terminal);
+  EXPECT_EQ(r.UnitShows(), "idle");
+  EXPECT_EQ(std::count(r.Sent().begin(), r.Sent().end(), 'g'), 1) << "more than one probe: " << r.Sent();
+}
+
+TEST_P(RoutesTest, ComesBackWhenTheFarSideHasStartedOver) {
   Routed r(GetParam());
   r.p.Start(2);
   r.hear("AT+ERB_TRANSPARENT_MODE\x18");
@@ -131,7 +111,7 @@ TEST_P(RoutesTest, ComesBackWhenTheFarSideHasBegunAnew) {
 
 class ErbRoutesTest : public RoutesTest {};
 
-TEST_P(ErbRoutesTest, TakesAnotherMubForAnImpatientUserToo) {
+TEST_P(ErbRoutesTest, AnImpatientUserGetsAnotherMubToo) {
   for (int after = 10; after < 500; after += 40) {
     SCOPED_TRACE(after);
     Routed r(GetParam());
@@ -145,7 +125,7 @@ TEST_P(ErbRoutesTest, TakesAnotherMubForAnImpatientUserToo) {
   }
 }
 
-// An empty prompt is met by whatever comes, so that a login cannot succeed with some. Nothing may run away.
+// An empty prompt matches any text, so a login with one may never succeed. Sends and boxes must stay bounded.
 TEST_P(ErbRoutesTest, SaysLittleWhateverThePromptsAre) {
   for (std::string text : {std::string(), std::string(" "), std::string("*"), std::string(100'000, 'x')}) {
     for (const char* prompt :
@@ -161,7 +141,7 @@ TEST_P(ErbRoutesTest, SaysLittleWhateverThePromptsAre) {
   }
 }
 
-TEST_P(ErbRoutesTest, IsNotDrownedByPrompts) {
+TEST_P(ErbRoutesTest, AFloodOfPromptsCausesFewSends) {
   for (const char* prompt :
        {"\r\nERB login: ", "Password:", "ERB>", "modem 0 already in use", "Login incorrect", "<tml>"}) {
     SCOPED_TRACE(prompt);

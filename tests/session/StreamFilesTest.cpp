@@ -1,5 +1,4 @@
-// Every test of the files in tests/data/streams, run as written and byte by byte; the README there describes
-// their language.
+// Runs every test in tests/data/streams as written and byte by byte. The README there describes the language.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +18,7 @@ using test::Script;
 using test::Unquote;
 using test::Words;
 
-// ---- What can be expected: each rendered as the words that stand behind its name in the files.
+// ---- Expectations: each is rendered as the words that follow its name in the files.
 
 #define FIELD(name) \
   { #name, &SessionState::name }
@@ -80,9 +79,9 @@ Words RenderUncleanRows(const SessionState& state) {
   return words;
 }
 
-// ---- Running them.
+// ---- The interpreter.
 
-/// The decoders with what they call noted.
+/// The decoders, and a record of their calls.
 class DecoderScript {
  public:
   explicit DecoderScript(bool byteByByte) : byteByByte_(byteByByte) {
@@ -117,7 +116,7 @@ class DecoderScript {
     }
   }
 
-  void Finish() const { EXPECT_EQ(events_, std::deque<Words>()) << "not expected"; }
+  void Finish() const { EXPECT_EQ(events_, std::deque<Words>()) << "calls that were not expected"; }
 
  private:
   void Feed(std::string_view bytes) {
@@ -125,7 +124,7 @@ class DecoderScript {
     for (std::size_t at = 0; at < bytes.size(); at += size) decoder_.Feed(bytes.substr(at, size));
   }
 
-  /// What there is of the name that the expectation begins with, behind that name.
+  /// The actual words for an expectation, beginning with its name.
   Words Actual(const Words& expected) {
     const SessionState& state = decoder_.state;
     const std::string& name = expected[0];
@@ -180,7 +179,7 @@ void RunScript(const std::string& file, const Script& script, Options... options
   runner.Finish();
 }
 
-TEST(StreamFiles, AllThatTheyExpectIsFound) {
+TEST(StreamFiles, MeetTheirExpectations) {
   std::size_t count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(CORVEX_TEST_DATA "/streams")) {
     if (entry.path().extension() != ".txt") continue;

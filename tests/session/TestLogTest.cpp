@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
-
 #include "session/Route.h"
+#include "support/Recorded.h"
 
-// Periodic logs: the whole program takes one from a simulated unit. The macro's keys and the file that comes
-// of them stand in tests/data/test-log; scripts/recordings.sh writes them anew.
+// The whole program takes a periodic log from a simulated unit. tests/data/test-log holds the macro's keys
+// and the log's file. When a log begins is tested in tests/data/streams/periodic-log.txt.
 
 namespace corvex {
 namespace {
@@ -17,48 +14,29 @@ namespace {
 using test::Route;
 using test::Routed;
 
-constexpr const char* kLongAgo = "2006-03-31 09:00:00";
+const std::string kData = CORVEX_TEST_DATA "/test-log/";
 constexpr double kFirstCheck = 50;  // seconds after the start, which is at 10:00
 
-/// A program whose periodic log is on, in the unit's screens, shortly before its first check.
+/// A program in the unit's menus with periodic logs switched on, one second before its first check.
 struct Logged : Routed {
-  explicit Logged(const std::string& lastTime = kLongAgo, double timeOfDay = 36000)
-      : Routed(Route::Lan, {.unit = {.startTime = 1143806400, .trace = false}}, timeOfDay) {
+  Logged() : Routed(Route::Lan, {.unit = {.startTime = 1143806400, .trace = false}}) {
     p.settings.logging.active.Set(true);
-    if (!lastTime.empty()) p.settings.logging.lasttime.Set(lastTime);
+    p.settings.logging.lasttime.Set("2006-03-31 09:00:00");
     onHeard = [this](std::string_view bytes) { keys.emplace_back(Now(), bytes); };
     p.Start(kFirstCheck - 1);
     EXPECT_EQ(UnitShows(), "idle");
     keys.clear();
   }
-  void Show(const std::string& row) { p.sock.Arrive("\x1B[5;2H" + row + "<tml><Sig>30</tml>"); }
-  void Press(const std::string& digits) {
-    for (const char digit : digits) {
-      p.Do([&] { term.link().WriteText({&digit, 1}); });
-      p.loop.Run(0.1);
-    }
-  }
-  /// In the middle of the macro that the first check begins, so many seconds from its beginning.
+  /// Calls `act` so many seconds after the beginning of the macro.
   void During(double seconds, const EventLoop::Task& act) {
     const std::chrono::duration<double> delay(kFirstCheck + seconds - Now());
     p.loop.After(std::chrono::duration_cast<EventLoop::Time>(delay), [this, act] { p.loop.Enter(act); });
   }
   std::string LastTime() { return p.settings.logging.lasttime.Get(); }
   std::string File(const std::string& name = "Blog03311001.txt") const { return p.folder.Read(name); }
-  std::string Sent() const {
-    std::string sent;
-    for (const auto& [at, bytes] : keys) sent += bytes;
-    return sent;
-  }
-  std::vector<std::pair<double, std::string>> keys;
-};
 
-void ExpectAsInFile(const std::string& got, const std::string& name) {
-  const std::string path = CORVEX_TEST_DATA "/test-log/" + name;
-  if (std::getenv("CORVEX_RENEW_RECORDINGS") != nullptr) std::ofstream(path, std::ios::binary) << got;
-  std::ifstream in(path, std::ios::binary);
-  EXPECT_EQ(got, std::string(std::istreambuf_iterator<char>(in), {})) << name;
-}
+  std::vector<std::pair<double, std::string>> keys;  ///< Each send with its time.
+};
 
 TEST(TestLogTest, WalksTheUnitsMenusAndSavesWhatItFinds) {
   Logged r;
@@ -76,80 +54,30 @@ TEST(TestLogTest, WalksTheUnitsMenusAndSavesWhatItFinds) {
     seen += time.data();
   }
   seen += '\n';
-  ExpectAsInFile(seen, "keys.txt");
-  ExpectAsInFile(r.File(), "Blog03311001.txt");
+  test::ExpectRecorded(seen, kData + "keys.txt");
+  test::ExpectRecorded(r.File(), kData + "Blog03311001.txt");
   EXPECT_EQ(r.UnitShows(), "idle");
   EXPECT_EQ(r.term.main().statusNumber, "002055");
   EXPECT_EQ(r.LastTime(), "2006-03-31 10:00:50");
   EXPECT_FALSE(r.p.windows.attached.back()->visible);
 
-  // Five minutes later the next one, by checks that begin 50 s after the one before has ended.
+  // The next log follows five minutes later. Each check comes 50 s after the end of the one before.
   r.p.loop.Run(300);
   EXPECT_NE(r.File("Blog03311005.txt"), "") << r.LastTime();
 }
 
-TEST(TestLogTest, KeepsItsReadingsWhereEachPrintoutBeginsAnew) {
+TEST(TestLogTest, KeepsItsReadingsWhereEachPrintJobClearsTheView) {
   Logged r;
-  r.Show("SHIPPING Pins 1-4");  // does not ask for a PIN
   r.p.settings.printer.fileuse.SetNew();
   r.During(20, [&r] {
     EXPECT_TRUE(r.p.windows.attached.back()->visible);
-    EXPECT_FALSE(r.p.windows.attached.back()->Active()) << "it takes the keyboard";
+    EXPECT_FALSE(r.p.windows.attached.back()->Active()) << "it must not take the focus";
   });
   r.p.loop.Run(45);
-  ExpectAsInFile(r.File(), "Blog03311001.txt");
+  test::ExpectRecorded(r.File(), kData + "Blog03311001.txt");
 }
 
-TEST(TestLogTest, BeginsOnlyWhereItCanGoThroughWithIt) {
-  struct Case {
-    const char* what;
-    std::function<void(Logged&)> prepare;
-    double timeOfDay = 36000;
-    const char* lastTime = kLongAgo;
-  };
-  const Case cases[]{
-      {"a PIN is asked for", [](Logged& r) { r.Press("53"); }},
-      {"a PIN is asked for on a screen that is not painted yet",
-       [](Logged& r) { r.p.sock.Arrive("<tml><FieldScreen></tml>\x1B[5;2HPIN:<tml><Sig>30</tml>"); }},
-      {"the PIN of a SIM is asked for", [](Logged& r) { r.Show("SIM pin2"); }},
-      {"a row ends with a PIN", [](Logged& r) { r.Show("PIN "); }},
-      {"the AT panel is open", [](Logged& r) { r.p.Do([&] { r.term.mnuAT.click(); }); }},
-      {"it is switched off", [](Logged& r) { r.p.settings.logging.active.Set(false); }},
-      {"a walk of the cursor is under way",
-       [](Logged& r) {
-         r.Press("41");
-         r.term.ListChoice.listIndex = 4;
-         r.p.loop.After(std::chrono::milliseconds(650),
-                        [&r] { r.p.Do([&r] { r.term.ListChoice.doubleClick(); }); });
-       }},
-      {"a message box is open",
-       [](Logged& r) {
-         r.p.KeepBoxesOpen(std::chrono::seconds(3));
-         r.p.loop.After(std::chrono::milliseconds(500), [&r] { r.p.Do([&r] { r.term.mnuManual.click(); }); });
-       }},
-      {"a window is open",
-       [](Logged& r) {
-         r.p.loop.After(std::chrono::milliseconds(500), [&r] { r.p.Do([&r] { r.term.mnuAbout.click(); }); });
-         r.p.loop.After(std::chrono::seconds(3), [&r] { r.p.windows.attached.back()->visible = false; });
-       }},
-      {"midnight is near", [](Logged&) {}, 86400 - 90},
-      {"its last time is no time", [](Logged&) {}, 36000, "31.03.2006 09:00"},
-      {"it was minutes ago", [](Logged&) {}, 36000, "2006-03-31 09:56:59"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    Logged r(c.lastTime, c.timeOfDay);
-    c.prepare(r);
-    const std::string sent = r.Sent();
-    r.p.loop.Run(1.2);
-    EXPECT_FALSE(r.term.frmMsg.visible && r.term.LblMsg[0].caption.Get().starts_with("Generating"));
-    EXPECT_EQ(r.LastTime(), c.lastTime);
-    r.p.loop.Run(3);
-    EXPECT_LE(r.p.folder.Count(), 1) << "beside the settings";
-  }
-}
-
-TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
+TEST(TestLogTest, SendsNothingMoreAfterTheEndOfItsSession) {
   const struct {
     const char* what;
     std::function<void(Logged&)> end;
@@ -157,7 +85,7 @@ TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
   } ends[]{
       {"upgrade", [](Logged& r) { r.term.mnuUpgrade.click(); }},
       {"port panel", [](Logged& r) { r.term.mnuPort.click(); }},
-      {"connected anew", [](Logged& r) { r.term.mnuTerminal.click(); }},
+      {"connected again", [](Logged& r) { r.term.mnuTerminal.click(); }},
       {"offline", [](Logged& r) { r.term.mnuOffline.click(); }},
       {"program ended", [](Logged& r) { r.term.queryUnload(); }},
       {"message box",
@@ -165,12 +93,12 @@ TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
          r.p.KeepBoxesOpen(std::chrono::seconds(20));
          r.term.mnuManual.click();
        }},
-      // The clear key would leave the question again, so this is where the macro types.
+      // Only where the macro types digits: the clear key would leave the question.
       {"PIN is asked for",
        [](Logged& r) {
          r.hear(
-             "\x14"
-             "53");
+             "\0245"
+             "3");
        },
        {2.9, 3.4, 20.0}},
   };
@@ -192,33 +120,6 @@ TEST(TestLogTest, SaysNothingMoreOnceItsSessionHasEnded) {
       EXPECT_EQ(r.LastTime(), "2006-03-31 10:00:50");
     }
   }
-}
-
-TEST(TestLogTest, IsNotHeldUpByABoxThatItsOwnPrintJobsHaveCaused) {
-  Logged r;
-  r.p.settings.printer.always.SetPrint();
-  r.p.printers.present = false;
-  r.p.KeepBoxesOpen(std::chrono::seconds(1000));
-  r.p.loop.Run(2);
-  r.p.loop.Run(1);
-  EXPECT_EQ(r.p.dialogs.shown, std::vector<std::string>{"No printer configured"});
-  EXPECT_NE(r.File(), "");
-  EXPECT_EQ(r.UnitShows(), "idle");
-  EXPECT_NE(r.File("Blog03311005.txt"), "") << "the next one";
-}
-
-TEST(TestLogTest, KeepsInThePrintViewWhatItCannotSave) {
-  Logged r;
-  r.During(25, [&r] { std::filesystem::remove_all(r.p.folder.Path()); });
-  r.p.loop.Run(20);
-  EXPECT_EQ(r.p.dialogs.shown, std::vector<std::string>());
-  std::filesystem::create_directory(r.p.folder.Path());
-  r.p.settings.logging.active.Set(true);
-  r.p.settings.logging.lasttime.Set(kLongAgo);
-  r.p.loop.Run(90);
-  const std::string both = r.File("Blog03311002.txt");
-  const std::string reading = "Readings from the Idle Screen\r\n";
-  EXPECT_NE(both.find(reading), both.rfind(reading)) << both.size();
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ class StoredSettings : public testing::Test {
   SettingsStore settings{folder.Name(), files};
 };
 
-TEST_F(StoredSettings, WithoutAFileEveryReadGivesItsDefaultAndMakesNothing) {
+TEST_F(StoredSettings, WithoutAFileEveryReadReturnsItsDefaultAndCreatesNothing) {
   EXPECT_TRUE(settings.printer.fileuse.IsAppend());
   EXPECT_EQ(settings.port.com.Get(), "1");
   EXPECT_EQ(settings.port.com.GetOrUnsaved(), "?");
@@ -34,13 +34,13 @@ TEST_F(StoredSettings, WithoutAFileEveryReadGivesItsDefaultAndMakesNothing) {
   EXPECT_EQ(folder.Count(), 0);
 }
 
-TEST_F(StoredSettings, TextsAreTakenInTheirShapes) {
+TEST_F(StoredSettings, TextsAreReadByTheirType) {
   folder.Write("corvex.ini",
                "[config]\nphone=r1\ntestmode=YES\nlan=true\nmmiphase=1 or so\nsound=Beep\n"
                "[logging]\ninterval=ten\n[positions]\ntermtop=99999999999\ntermleft=-15.5\n"
                "[printer]\nalways=File\nfileuse=yes\n[devices]\ncom3=/dev/ttyUSB0\n");
   EXPECT_EQ(settings.config.phone.Get(), "R1");
-  EXPECT_FALSE(settings.config.testmode.Get()) << "the case of the word counts";
+  EXPECT_FALSE(settings.config.testmode.Get()) << "the word is case-sensitive";
   EXPECT_FALSE(settings.config.lan.Get());
   EXPECT_EQ(settings.config.mmiphase.Get(), 1);
   EXPECT_FALSE(settings.config.sound.IsBeep());
@@ -53,13 +53,7 @@ TEST_F(StoredSettings, TextsAreTakenInTheirShapes) {
   for (const std::int16_t port : {-1, 0, 17}) EXPECT_EQ(settings.devices.Get(port), "");
 }
 
-TEST_F(StoredSettings, ReadingThePrinterFileSettlesItOnce) {
-  EXPECT_EQ(settings.printer.path.Get(), InFolder("printer.txt"));
-  EXPECT_EQ(File(), "[printer]\r\npath=" + InFolder("printer.txt") + "\r\n");
-  EXPECT_EQ(SettingsStore(folder.Name() + "/", files).printer.path.Get(), InFolder("printer.txt"));
-}
-
-TEST_F(StoredSettings, LineEndsInAValueAreCleanedForTheCallerAndNotForTheFile) {
+TEST_F(StoredSettings, LineEndsAreRemovedFromTheCallersValueButNotInTheFile) {
   std::string value = "a\rb\r\nc";
   settings.WriteSetting("config", "brand", value);
   EXPECT_EQ(value, "a b  c");
@@ -69,20 +63,12 @@ TEST_F(StoredSettings, LineEndsInAValueAreCleanedForTheCallerAndNotForTheFile) {
   EXPECT_EQ(host, "ship ");
 }
 
-TEST_F(StoredSettings, AnotherProgramsWriteIsSeenByTheNextRead) {
+TEST_F(StoredSettings, TheNextReadSeesTheWriteOfAnotherProgram) {
   settings.port.com.Set("3");
   SettingsStore(folder.Name(), files).port.com.Set("4");
   EXPECT_EQ(settings.port.com.GetOrUnsaved(), "4");
   folder.Write("corvex.ini", "[port]\ncom=5\n");
   EXPECT_EQ(settings.port.com.Get(), "5");
-}
-
-TEST_F(StoredSettings, FileThatCannotBeWrittenLosesTheWriteInSilence) {
-  std::filesystem::create_directory(folder.Path() / "corvex.ini");
-  settings.config.lan.Set(true);
-  EXPECT_FALSE(settings.config.lan.Get());
-  EXPECT_EQ(settings.printer.path.Get(), InFolder("printer.txt")) << "built anew at each read then";
-  EXPECT_EQ(folder.Count(), 1);
 }
 
 }  // namespace

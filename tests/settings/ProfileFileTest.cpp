@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 using test::TempFolder;
 
-/// A settings file in a folder of its own; writes set [port] com to 7.
+/// A settings file in a folder of its own. WriteCom sets [port] com to 7.
 class ProfileFile : public testing::Test {
  protected:
   std::string Path(const std::string& name = "corvex.ini") const { return (folder.Path() / name).string(); }
@@ -30,9 +30,9 @@ class ProfileFile : public testing::Test {
   test::FakeFiles files;
 };
 
-TEST_F(ProfileFile, IsMadeByTheFirstWriteAndChangedByTheNext) {
+TEST_F(ProfileFile, IsCreatedByTheFirstWriteAndChangedByTheNext) {
   EXPECT_EQ(Com(Path()), "none");
-  EXPECT_EQ(folder.Count(), 0) << "a read makes nothing";
+  EXPECT_EQ(folder.Count(), 0) << "a read creates nothing";
   EXPECT_TRUE(WriteProfile(files, Path(), "config", "lan", "yes"));
   EXPECT_TRUE(WriteCom(Path()));
   EXPECT_TRUE(WriteProfile(files, Path(), "CONFIG", "LAN", "no"));
@@ -40,7 +40,7 @@ TEST_F(ProfileFile, IsMadeByTheFirstWriteAndChangedByTheNext) {
   EXPECT_EQ(folder.Count(), 1) << "a temporary file is left";
 }
 
-TEST_F(ProfileFile, WhatCannotBeReadIsNeverOverwritten) {
+TEST_F(ProfileFile, AnUnreadableFileIsNeverOverwritten) {
   fs::create_directory(folder.Path() / "folder");
   folder.Write("large", "[port]\ncom=1\n");
   fs::resize_file(folder.Path() / "large", kMaxProfileFile + 1);
@@ -56,7 +56,7 @@ TEST_F(ProfileFile, WhatCannotBeReadIsNeverOverwritten) {
   EXPECT_EQ(folder.Count(), 2) << "a temporary file is left";
 }
 
-TEST_F(ProfileFile, IsNotReplacedByWhatCannotBeReadNorIfItIsReadOnly) {
+TEST_F(ProfileFile, IsNotReplacedByATooLongTextNorIfReadOnly) {
   folder.Write("corvex.ini", "[port]\ncom=1\n");
   EXPECT_FALSE(WriteProfile(files, Path(), "port", "com", std::string(kMaxProfileFile, 'x')));
   fs::permissions(Path(), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
@@ -67,21 +67,21 @@ TEST_F(ProfileFile, IsNotReplacedByWhatCannotBeReadNorIfItIsReadOnly) {
                   fs::perm_options::add);  // some systems cannot remove it otherwise
 }
 
-// What cannot be replaced is written into, which a second name of the file shows.
-TEST_F(ProfileFile, OfSomebodyElseStaysTheSameFile) {
+// A file that cannot be replaced is written in place. Its second name shows that it is the same file.
+TEST_F(ProfileFile, OfAnotherUserStaysTheSameFile) {
   files.othersFiles = true;
   for (const std::string text : {"[port]\ncom=1\n", "[port]\ncom=a longer value than the new one\n", ""}) {
     folder.Write("corvex.ini", text);
     fs::create_hard_link(Path(), Path("second name"));
     EXPECT_TRUE(WriteProfile(files, Path(), "port", "com", "12345"));
     EXPECT_EQ(Com(Path("second name")), "12345");
-    EXPECT_EQ(folder.Read("corvex.ini").size(), text.empty() ? 19u : 17u) << "a rest of the old text";
+    EXPECT_EQ(folder.Read("corvex.ini").size(), text.empty() ? 19u : 17u) << "a part of the old text is left";
     EXPECT_EQ(folder.Count(), 2) << "a temporary file is left";
     fs::remove(Path("second name"));
   }
 }
 
-TEST_F(ProfileFile, IsFinishedAndCleanedUpAfterAKill) {
+TEST_F(ProfileFile, IsRecoveredAfterAKill) {
   const std::string old[] = {"corvex.ini.28172391723917.tmp", "corvex.ini.0.tmp"};
   const std::string others[] = {"corvex.ini.tmp", "corvex.ini..tmp",     "corvex.ini.1x.tmp",
                                 "corvex.ini.old", "my.corvex.ini.1.tmp", "corvex.ini.1.tmp.bak"};
@@ -106,7 +106,7 @@ TEST_F(ProfileFile, IsFinishedAndCleanedUpAfterAKill) {
   for (const std::string& nothing : {Path("no folder/corvex.ini"), "\0x"s, ""s}) FinishReplacing(nothing);
 }
 
-TEST_F(ProfileFile, TenMegabytesAreReadAndChangedAtOnce) {
+TEST_F(ProfileFile, TenMegabytesAreReadAndChangedInLinearTime) {
   std::string bytes = "[config]\n";
   while (bytes.size() < 10'000'000) bytes += "\r\r=\0[;\n\n"s;  // many short lines
   folder.Write("corvex.ini", bytes + "[port]\ncom=1\n");
@@ -119,7 +119,7 @@ TEST_F(ProfileFile, TenMegabytesAreReadAndChangedAtOnce) {
 
 #ifdef __unix__
 
-TEST_F(ProfileFile, IsMadeForItsOwnerAloneAndThenKeepsItsRights) {
+TEST_F(ProfileFile, IsCreatedForItsOwnerAloneAndKeepsItsRights) {
   constexpr fs::perms owner = fs::perms::owner_read | fs::perms::owner_write;
   EXPECT_TRUE(WriteCom(Path()));
   EXPECT_EQ(fs::status(Path()).permissions(), owner);
@@ -133,9 +133,10 @@ TEST_F(ProfileFile, IsMadeForItsOwnerAloneAndThenKeepsItsRights) {
   }
 }
 
-TEST_F(ProfileFile, LinkIsFollowedAndStays) {
+TEST_F(ProfileFile, ALinkIsFollowedAndKept) {
   fs::create_directory(folder.Path() / "far");
-  fs::create_symlink("far/second", Path());  // relative, to another link, to a file that is not there yet
+  fs::create_symlink("far/second",
+                     Path());  // relative, to another link, which leads to a file that does not exist yet
   fs::create_symlink(folder.Path() / "far" / "real.ini", folder.Path() / "far" / "second");
   fs::create_symlink("loop", Path("loop"));
   fs::create_symlink("/dev/full", Path("device"));
@@ -152,9 +153,9 @@ TEST_F(ProfileFile, LinkIsFollowedAndStays) {
   }
 }
 
-TEST_F(ProfileFile, StorageThatFillsUpWhileWritingLeavesTheOldFile) {
+TEST_F(ProfileFile, AFullDiskLeavesTheOldFile) {
   for (const bool othersFile : {false, true})
-    for (const long size : {20, 100'000}) {  // one that fails at the close, and one that fails before
+    for (const long size : {20, 100'000}) {  // the smaller one fails at the close, the larger one before
       const std::string before = "[port]\ncom=1\n;" + std::string(static_cast<std::size_t>(size), 'x');
       folder.Write("corvex.ini", before);
       files.othersFiles = othersFile;

@@ -1,38 +1,37 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 
+#include "support/Recorded.h"
 #include "support/VirtualLoop.h"
 #include "unit/ErbFront.h"
 #include "unit/Unit.h"
 #include "unit/WireLog.h"
 
-// The simulated units by themselves. What they say in whole sessions stands in tests/data/routes.
+// The simulated units alone. tests/data/routes holds what they say in whole sessions.
 
 namespace corvex::simulation {
 namespace {
 
-/// A unit alone, ticking so rarely that its ticks do not get in the way.
+/// A unit without a program.
 template <typename FarSide>
 struct Bench {
   explicit Bench(typename FarSide::Options options)
       : unit(loop, std::move(options), [this](std::string_view bytes) { out += bytes; }) {}
-  /// What the unit sends within this time, having been told these bytes.
+  /// Sends bytes to the unit and returns what it answers within the given time.
   std::string Say(std::string_view bytes, double seconds = 0.1) {
     out.clear();
     unit.Receive(bytes);
     loop.Run(seconds);
     return out;
   }
-  /// Holds a conversation of tests/data/unit, whose README describes them.
+  /// Runs a conversation of tests/data/unit. The README there describes them.
   void Converse(const std::filesystem::path& path) {
     SCOPED_TRACE(path);
-    std::ifstream in(path);
-    const auto log = ParseWireLog(std::string(std::istreambuf_iterator<char>(in), {}));
+    const std::string text = test::ReadFile(path);
+    const auto log = ParseWireLog(text);
     const auto seconds = [this] { return std::chrono::duration<double>(loop.Now()).count(); };
     const double began = seconds();
     out.clear();
@@ -59,6 +58,7 @@ struct Bench {
   FarSide unit;
 };
 
+/// By default the unit does not tick during a test.
 UnitOptions AtNoon(EventLoop::Time tick = std::chrono::hours(1)) {
   return {.startTime = 1143806400, .tick = tick};
 }
@@ -101,19 +101,19 @@ TEST(Unit, PrintsALongLog) {
   }
 }
 
-TEST(ErbFront, IsSlowAndLeavesAMubInUseIfTold) {
+TEST(ErbFront, CanBeSlowAndCanLeaveAMubInUse) {
   Bench<ErbFront> bench({.lingers = true, .answerTime = std::chrono::milliseconds(300)});
   for (const char* answer : {"connected to modem 1\r\n", "modem 1 already in use\r\nERB> "}) {
     bench.unit.LineUp();
     EXPECT_EQ(bench.Say("root\r\nzzz\r\n"), "root\r");
-    EXPECT_EQ(bench.Say("", 1), "\r\nPassword: ") << "what came too early is lost";
+    EXPECT_EQ(bench.Say("", 1), "\r\nPassword: ") << "the text that came too early is lost";
     bench.Say("zzz\r\n", 1);
     EXPECT_TRUE(bench.Say("modem 1\r\n", 1).ends_with(answer));
     bench.unit.LineDown();
   }
 }
 
-TEST(Screens, LeadSomewhereAndFitTheWireAndTheDisplay) {
+TEST(Screens, LeadToScreensAndFitTheWireAndTheDisplay) {
   std::set<std::string_view> names;
   for (const Screen& screen : Screens()) {
     SCOPED_TRACE(screen.name);

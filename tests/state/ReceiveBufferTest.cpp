@@ -17,7 +17,7 @@ struct ReceiveBufferTest : ::testing::Test {
   ReceiveBuffer received{loop};
 };
 
-TEST_F(ReceiveBufferTest, EachWayOfTakingGoesOnWhereAReadByteLeftOff) {
+TEST_F(ReceiveBufferTest, EachWayOfTakingContinuesAfterAReadByte) {
   const auto readOne = [&] {
     received.AppendRx("a\0\xFFz"s);
     EXPECT_EQ(received.ReadByte(), 'a');
@@ -35,20 +35,20 @@ TEST_F(ReceiveBufferTest, EachWayOfTakingGoesOnWhereAReadByteLeftOff) {
   readOne();
   received.ClearRx();
   EXPECT_FALSE(received.RxAvailable());
-  // What comes then is not taken for what has been read before.
+  // New bytes do not count as read.
   received.AppendRx("next");
   EXPECT_EQ(received.TakeRx(), "next");
   EXPECT_EQ(received.TakeRx(), "");
 }
 
-TEST_F(ReceiveBufferTest, ReadByteWaitsForItsByteAndLeavesTheLaterOnes) {
+TEST_F(ReceiveBufferTest, ReadByteWaitsForOneByteAndLeavesTheRest) {
   loop.After(std::chrono::seconds(5), [&] { received.AppendRx("xy"); });
   EXPECT_EQ(received.ReadByte(), 'x');
   EXPECT_EQ(loop.Now(), std::chrono::seconds(5));
   EXPECT_EQ(received.ReadByte(), 'y');
 }
 
-TEST_F(ReceiveBufferTest, TellsOfRoomWhenItIsNoLongerFull) {
+TEST_F(ReceiveBufferTest, ReportsRoomWhenItIsNoLongerFull) {
   const std::string full(ReceiveBuffer::kCapacity, 'x');
   int told = 0;
   received.onRoom = [&] {
@@ -69,9 +69,9 @@ TEST_F(ReceiveBufferTest, TellsOfRoomWhenItIsNoLongerFull) {
   EXPECT_EQ(told, 2);
 }
 
-// Reading costs the same however much waits. The limit is far off, for a busy machine: a cost that grew with
-// the bytes that wait would make it many minutes.
-TEST_F(ReceiveBufferTest, ALongTextIsReadByteByByteInNoTime) {
+// The cost of reading a byte does not depend on how many bytes wait. The limit is generous for a busy
+// machine; a cost in proportion to the waiting bytes would take many minutes.
+TEST_F(ReceiveBufferTest, ReadsALongTextByteByByteInLinearTime) {
   const std::string piece(4 << 20, 'p');
   const auto begin = std::chrono::steady_clock::now();
   received.AppendRx(piece);

@@ -1,4 +1,4 @@
-// However a stream is cut, the same comes out in the same order, and what is held stays bounded.
+// However a stream is cut, the results and their order are the same, and the held text stays bounded.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 using test::Decoder;
 
-/// A decoder that keeps the whole session, with the call, at each call out of the stream.
+/// A decoder that records each call and the whole session at that time.
 struct Recorder : Decoder {
   Recorder() {
     state.traceEnabled = true;
@@ -43,7 +43,7 @@ struct Recorder : Decoder {
   std::vector<SessionState> states;
 };
 
-// Each kind of item once, with marks among them at which the session is recorded.
+// Each kind of item once. The session is recorded at the calls among them.
 const std::string kEachItem =
     "\x1B[2;5Hplain text<tml><Sig>27</tml>\x1B[8;39H<tml><Channel>2,mark</tml>a < b, \r\n and </tml> of no "
     "packet"
@@ -67,7 +67,7 @@ TEST(StreamCuts, EverySingleCutGivesTheSameInTheSameOrder) {
 }
 
 TEST(StreamCuts, DropsAtTheBoundDoNotDependOnTheCuts) {
-  // Long runs without an item, packets without an end, and introducers near every bound.
+  // Long texts without an item, packets without an end, and introducers near all bounds.
   const std::string parts[] = {"<tml><Sig>1", "</tml>", "\x1B[2;5H", "<tml><Channel>2,mark</tml>"};
   const std::string run(5000, '.');
   std::mt19937 random(7);
@@ -88,7 +88,7 @@ TEST(StreamCuts, DropsAtTheBoundDoNotDependOnTheCuts) {
   }
 }
 
-TEST(TagStream, PrintJobWithoutEndIsKeptUpToABoundAndHandedOverWhole) {
+TEST(TagStream, APrintJobWithoutEndIsKeptUpToABound) {
   Decoder decoder;
   const std::string packet = "<tml><Print>001" + std::string(30000, 'x') + "</tml>";
   for (int i = 0; i < 600; ++i) {
@@ -99,7 +99,7 @@ TEST(TagStream, PrintJobWithoutEndIsKeptUpToABoundAndHandedOverWhole) {
   EXPECT_EQ(decoder.state.printText.size(), 16u << 20);
 }
 
-TEST(StreamScanner, DecoderThatThrowsLeavesTheScannerBehindItsItem) {
+TEST(StreamScanner, AnExceptionFromADecoderLeavesTheScannerAfterItsItem) {
   Decoder decoder;
   decoder.tags.traceToInstance = [](std::int32_t, std::string_view) { throw ProgramEnded{}; };
   EXPECT_THROW(decoder.Feed("<tml><Channel>1,a</tml><tml><Sig>2</tml>"), ProgramEnded);

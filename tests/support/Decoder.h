@@ -12,7 +12,7 @@
 
 namespace corvex::test {
 
-/// The decoders of the modem's stream wired up as in the program.
+/// The decoders of the modem's stream, connected as in the program.
 struct Decoder {
   VirtualLoop loop;
   ReceiveBuffer received{loop};

@@ -9,7 +9,7 @@
 
 namespace corvex::test {
 
-/// How large a file may become; one that would become larger is not written, as on a full disk.
+/// Limits the size of files. A write beyond the limit fails as on a full disk.
 class DiskRoom {
  public:
   static constexpr long kAny = -1;
@@ -35,7 +35,7 @@ class DiskRoom {
   void (*handler_)(int);
   rlimit normal_{};
 #else
-  static constexpr bool kWorks = false;  // no system call sets such a limit
+  static constexpr bool kWorks = false;  // the system has no such limit
   void Set(long) {}
 #endif
 };

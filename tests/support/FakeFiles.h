@@ -8,7 +8,7 @@
 
 namespace corvex::test {
 
-/// A system on which all files are the user's own, unless they are somebody else's.
+/// A system where the user owns all files, or with `othersFiles` none that exists.
 class FakeFiles : public Files {
  public:
   bool MakeOwnerOnly(const std::string& path) override {
@@ -27,7 +27,7 @@ class FakeFiles : public Files {
     std::filesystem::rename(by, file, error);
     return !error;
   }
-  bool othersFiles = false;  ///< What stands there belongs to somebody else.
+  bool othersFiles = false;  ///< Existing files belong to another user.
 };
 
 }  // namespace corvex::test

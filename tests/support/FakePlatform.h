@@ -24,10 +24,10 @@
 
 namespace corvex::test {
 
-/// What a test sees of the far side of a port.
+/// The far side of a port, as a test sees it.
 struct FarSide {
   std::string sent;
-  std::function<void(std::string_view)> onSent;  ///< Called for everything that has left.
+  std::function<void(std::string_view)> onSent;  ///< Called with all bytes that have left.
   std::function<void()> onOpened;
   std::function<void()> onClosed;
 
@@ -39,9 +39,9 @@ struct FarSide {
   std::string input_;
 };
 
-/// A serial port without a device: the far side speaks by Arrive, and what is written comes to `sent` when it
-/// has left, at the line's speed and ten bits a byte. A text arrives as a whole when its last byte does, or
-/// what has left of it when the rest is thrown away.
+/// A serial port without a device. The far side speaks through Arrive. Output takes ten bits a byte at the
+/// line's speed and is added to `sent` when it has left: a text as a whole after its last byte, or the part
+/// that has left when the rest is discarded.
 class FakeSerial : public SerialControl, public FarSide {
  public:
   explicit FakeSerial(EventLoop& loop) : loop_(loop) {}
@@ -96,7 +96,7 @@ class FakeSerial : public SerialControl, public FarSide {
   }
   std::string DeviceName() const override { return "fake" + std::to_string(port_); }
 
-  /// Bytes come in from the far side.
+  /// The far side sends bytes.
   void Arrive(std::string_view bytes) {
     if (!open_) return;
     input_ += bytes;
@@ -114,7 +114,7 @@ class FakeSerial : public SerialControl, public FarSide {
     });
   }
 
-  /// The flow control of the far side holds the line, or lets it go again.
+  /// The flow control of the far side stops the line, or releases it.
   void Hold(bool held) {
     Deliver();
     if (held == heldSince_.has_value()) return;
@@ -129,8 +129,7 @@ class FakeSerial : public SerialControl, public FarSide {
     DeliverLater();
   }
 
-  /// Lets a line that is not held take at once what has been written to it, for a test that asks what has
-  /// been sent by now.
+  /// Sends all output now unless the line is held, so that a test can look at `sent`.
   void LetLeave() {
     if (heldSince_) return;
     for (Text& text : output_) text.done = loop_.Now();
@@ -151,7 +150,7 @@ class FakeSerial : public SerialControl, public FarSide {
     const std::int64_t speed = std::max(std::atoi(settings_.c_str()), 1);
     return EventLoop::Time(10 * std::int64_t{1'000'000'000} / speed);
   }
-  /// The time as far as the line has come.
+  /// The time up to which the line has sent.
   EventLoop::Time LineTime() const { return heldSince_.value_or(loop_.Now()); }
   std::size_t Unsent(const Text& text) const {
     if (text.done <= LineTime()) return 0;
@@ -176,7 +175,7 @@ class FakeSerial : public SerialControl, public FarSide {
 
   EventLoop& loop_;
   std::deque<Text> output_;
-  EventLoop::Time free_{0};  ///< When all of it has left.
+  EventLoop::Time free_{0};  ///< When all output has left.
   std::optional<EventLoop::Time> heldSince_;
   EventLoop::TimerId delivery_ = 0;
   bool open_ = false;
@@ -185,7 +184,7 @@ class FakeSerial : public SerialControl, public FarSide {
   std::int32_t handshaking_ = 0;
 };
 
-/// The devices of a system that a test makes up.
+/// Serial devices that a test defines.
 class FakeSerialPorts : public SerialPorts {
  public:
   std::vector<std::string> Devices() const override {
@@ -200,7 +199,7 @@ class FakeSerialPorts : public SerialPorts {
   std::map<std::string, PortInfo> devices;
 };
 
-/// A socket without a network. `reachable` says whether the next Connect will succeed.
+/// A socket without a network.
 class FakeSocket : public SocketControl, public FarSide {
  public:
   explicit FakeSocket(EventLoop& loop) : loop_(loop) {}
@@ -211,7 +210,7 @@ class FakeSocket : public SocketControl, public FarSide {
     ++connects;
     host_ = host;
     port_ = port;
-    if (fallsBack) return true;  // stays closed, as a control does that gives up at once
+    if (fallsBack) return true;  // stays closed, like a control that gives up at once
     state_ = kConnecting;
     const int attempt = connects;
     if (!answers) return true;
@@ -251,7 +250,7 @@ class FakeSocket : public SocketControl, public FarSide {
     });
   }
 
-  bool reachable = true;
+  bool reachable = true;   ///< False: a connect fails.
   bool answers = true;     ///< False: a connect neither succeeds nor fails.
   bool fallsBack = false;  ///< True: a connect leaves the socket closed at once.
   int connects = 0;
@@ -263,7 +262,7 @@ class FakeSocket : public SocketControl, public FarSide {
   std::int32_t port_ = 0;
 };
 
-/// A user who answers every box as told, and remembers what was asked.
+/// A user who answers every box as the test says. Keeps the texts of the boxes.
 class FakeDialogs : public Dialogs {
  public:
   void MessageBox(std::string_view text) override { Show(std::string(text)); }
@@ -293,7 +292,7 @@ class FakeDialogs : public Dialogs {
   std::optional<Font> chosenFont;
   std::optional<std::string> input;
   std::optional<std::string> file;
-  std::function<void()> onBox;  ///< What happens while a box is open.
+  std::function<void()> onBox;  ///< Called while a box is open.
 
  private:
   void Show(std::string text) {
@@ -302,7 +301,7 @@ class FakeDialogs : public Dialogs {
   }
 };
 
-/// Windows that nobody sees. A form becomes the active window when it is first shown, if `activates`.
+/// A window system without a screen. With `activates` a form becomes active when it is first shown.
 class FakeWindows : public WindowSystem {
  public:
   void Attach(Form& form) override {
@@ -318,7 +317,7 @@ class FakeWindows : public WindowSystem {
   std::string applicationTitle;
 };
 
-/// What is printed is kept: the text, with copies and font behind it where it was chosen a printer for.
+/// Keeps each printed text and its font.
 class FakePrinters : public Printers {
  public:
   int Count() const override { return present ? 1 : 0; }
@@ -344,9 +343,9 @@ class FakePrinters : public Printers {
   void ChooseDefault(const Form*) override { name = chosenName; }
   bool present = true;
   bool works = true;
-  bool chooses = true;  ///< The user chooses a printer, and does not give up.
+  bool chooses = true;  ///< False: the user cancels the choice of a printer.
   std::string name = "Office";
-  std::string chosenName = "Bridge";  ///< What the user makes the default.
+  std::string chosenName = "Bridge";  ///< The printer that the user makes the default.
   std::vector<std::string> printed;
   std::vector<Font> fonts;
 };
@@ -372,7 +371,7 @@ class FakeShell : public Shell {
   std::string clipboard;
 };
 
-/// All of these with a loop and a window system, and settings in a folder of its own. Each month has 31 days,
+/// All fakes with a loop and a window system, and settings in a folder of their own. Each month has 31 days,
 /// and a long date reads "31/3/2006".
 template <typename Loop, typename Windows>
 struct FakesWith {
@@ -391,7 +390,7 @@ struct FakesWith {
     }
   }
 
-  /// From now on the user lets each box stand for so long.
+  /// From now on the user answers each box after the given time.
   void KeepBoxesOpen(EventLoop::Time time) {
     dialogs.onBox = [this, time] {
       for (const auto until = loop.Now() + time; loop.Now() < until;) loop.Pump(until);
@@ -411,7 +410,7 @@ struct FakesWith {
   FakePrinters printers;
   FakeSound sound;
   FakeShell shell;
-  std::vector<std::vector<std::int16_t>> dspMessages;  ///< As the library has got them.
+  std::vector<std::vector<std::int16_t>> dspMessages;  ///< The messages that the library has received.
   const Platform platform{
       loop,
       windows,
@@ -426,7 +425,7 @@ struct FakesWith {
       [this](const std::int16_t* numbers) { dspMessages.emplace_back(numbers, numbers + numbers[0] + 1); }};
 };
 
-/// In virtual time, with windows that nobody sees.
+/// The fakes in virtual time, without a screen.
 struct FakePlatform : FakesWith<VirtualLoop, FakeWindows> {
   explicit FakePlatform(double timeOfDay = 36000) : FakesWith(timeOfDay) {}
 };

@@ -14,24 +14,24 @@
 
 namespace corvex::test {
 
-/// The whole program on a platform of fakes.
+/// The whole program on fakes of the platform.
 struct Program : FakePlatform {
   using FakePlatform::FakePlatform;
 
-  /// Loads the main window and lets `seconds` go by.
+  /// Loads the main window and lets `seconds` pass.
   void Start(double seconds) {
     loop.Enter([this] { term.Load(); });
     loop.Run(seconds);
   }
-  /// A click or the like, as the window system delivers it.
+  /// Runs a click or another event as the window system delivers it.
   void Do(const EventLoop::Task& task) { loop.Enter(task); }
 
   frmTerm term{platform, settings};
   SettingsAlarm alarm{settings, loop, dialogs};
 };
 
-/// The far side of a line: answers what is written to it, line by line, by a list of commands and replies. A
-/// command is looked for at the end of what has come since the last answer.
+/// The far side of a line. Answers by a table of commands and replies: the first command with which the bytes
+/// since the last answer end gets its reply.
 class Responder {
  public:
   using Table = std::vector<std::pair<std::string, std::string>>;
@@ -58,7 +58,7 @@ class Responder {
   std::string heard_;
 };
 
-/// A modem that answers the probe as a Heron that allows upgrades, and starts the tag stream.
+/// A modem that answers the probe as a Heron that allows upgrades and starts the tag stream.
 inline Responder::Table HeronModem() {
   return {{"ate1\r\n", "ate1\r\r\nOK\r\n"},
           {"at+gmm\r\n", "at+gmm\r\r\n204417\r\n\r\nOK\r\n"},
@@ -66,7 +66,7 @@ inline Responder::Table HeronModem() {
           {"AT+WQUILSTARTTMLB\r\n", "\r\nOK\r\n"}};
 }
 
-/// What the program sends from its start until the modem's menus are entered, over a serial port.
+/// The bytes that the program sends over a serial port from its start until it enters the modem's menus.
 inline const std::string kConnect =
     "\x18"
     "ate1\r\nat+gmm\r\nat+wquilcswvload\r\n"

@@ -13,7 +13,7 @@
 
 #include "support/Program.h"
 
-// Reads the files in tests/data/streams; the README there describes their language.
+// Reads the files in tests/data/streams. The README there describes their language.
 
 namespace corvex::test {
 
@@ -22,8 +22,8 @@ using Words = std::vector<std::string>;
 struct Script {
   std::string name;
   bool wholeProgram = false;
-  bool dependsOnPieces = false;  ///< What comes out depends on how the stream is cut; that is meant.
-  std::vector<std::pair<int, Words>> lines = {};  ///< With their numbers; the quotes are still there.
+  bool dependsOnPieces = false;  ///< Intentional: the result depends on how the stream is cut.
+  std::vector<std::pair<int, Words>> lines = {};  ///< Line numbers, and words still in quotes.
 };
 
 inline Words SplitWords(const std::string& line) {
@@ -56,7 +56,7 @@ inline std::string Unquote(const std::string& word) {
   return text;
 }
 
-/// The texts of a line after its first word, each as often as the number before it says.
+/// The texts of a line after its first word. A number repeats the text that follows it.
 inline Words Repeated(const Words& quoted) {
   Words texts;
   int count = 1;
@@ -75,6 +75,18 @@ inline std::string Joined(const Words& texts, std::size_t first = 0) {
   return all;
 }
 
+/// The `after` lines that an `every` line is short for: "every 5 60 ..." is "after 5 ...", "after 10 ..." and
+/// so on to "after 60 ...".
+inline std::vector<Words> AfterLines(const Words& every) {
+  const int interval = std::stoi(every.at(1));
+  std::vector<Words> lines;
+  for (int at = interval; at <= std::stoi(every.at(2)); at += interval) {
+    lines.push_back({"after", std::to_string(at)});
+    lines.back().insert(lines.back().end(), every.begin() + 3, every.end());
+  }
+  return lines;
+}
+
 inline std::vector<Script> LoadScripts(const std::filesystem::path& path) {
   std::ifstream in(path);
   std::vector<Script> scripts;
@@ -88,7 +100,11 @@ inline std::vector<Script> LoadScripts(const std::filesystem::path& path) {
         Script& script = scripts.at(scripts.size() - 1);
         script.wholeProgram |= words[0] == "program" || words[0] == "start";
         script.dependsOnPieces |= text == "pieces-matter";
-        if (text != "pieces-matter") script.lines.emplace_back(number, words);
+        if (words[0] == "every") {
+          for (const Words& line : AfterLines(words)) script.lines.emplace_back(number, line);
+        } else if (text != "pieces-matter") {
+          script.lines.emplace_back(number, words);
+        }
       }
     } catch (const std::exception& error) {
       ADD_FAILURE_AT(path.string().c_str(), number) << error.what();

@@ -6,8 +6,9 @@
 
 namespace corvex::test {
 
-/// What a user sees of the main window, as a text: a tool tip stands in braces, a list's current item behind
-/// ">", and what else makes up an item or a key in round brackets.
+/// The visible content of the main window as a text. Tool tips are in braces, the current item of a list
+/// follows
+/// ">", and other properties of an item or a key are in parentheses.
 inline std::string Seen(const frmTerm& term) {
   std::string seen = "title    " + term.caption.Get() + "\nstatus  ";
   for (const Label* label :

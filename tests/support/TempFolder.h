@@ -9,20 +9,21 @@
 
 namespace corvex::test {
 
-/// A folder of its own for one test, gone with all that is in it at the end.
+/// A folder for one test, removed at the end. It is called "corvex" and has a parent folder of its own, which
+/// is removed as well, because the program writes one file beside its folder.
 class TempFolder {
  public:
   TempFolder() {
     std::random_device random;
     path_ = std::filesystem::temp_directory_path() /
-            ("corvex-" + std::to_string(random()) + "-" + std::to_string(random()));
-    std::filesystem::create_directory(path_);
+            ("corvex-" + std::to_string(random()) + "-" + std::to_string(random())) / "corvex";
+    std::filesystem::create_directories(path_);
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
   ~TempFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    std::filesystem::remove_all(path_.parent_path(), ignored);
   }
 
   const std::filesystem::path& Path() const { return path_; }
@@ -36,7 +37,7 @@ class TempFolder {
     std::ifstream in(path_ / file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
   }
-  /// How many files and folders are in it.
+  /// The number of files and folders in it.
   std::ptrdiff_t Count() const {
     return std::distance(std::filesystem::directory_iterator(path_), std::filesystem::directory_iterator());
   }

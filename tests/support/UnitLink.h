@@ -9,11 +9,9 @@
 
 namespace corvex::test {
 
-/// Puts a simulated terminal unit, or an ERB unit with its MUBs, at the far side of a FakeSerial or a
-/// FakeSocket: what the program sends reaches the unit, what the unit answers arrives at the port, and
-/// opening and closing the port is its line going up and down.
-///
-/// The port must outlive the link. With faults the answers come through a line that misbehaves as told.
+/// Connects a FakeSerial or a FakeSocket with a simulated terminal unit, or with an ERB unit and its MUBs.
+/// When the port is opened or closed, the unit's line goes up or down. With faults the answers come through a
+/// FaultyLine. The port must outlive the link.
 template <typename Port, typename FarSide = simulation::Unit>
 class UnitLink {
  public:
@@ -45,10 +43,10 @@ class UnitLink {
   }
 
   void SetFaults(simulation::Faults faults) { line_.SetFaults(faults); }
-  /// The line goes down on the far side: a socket is closed by its peer, a serial port loses its adapter.
+  /// The far side takes the line down: it closes a socket, or a serial port loses its adapter.
   void HangUp() { HangUp(port_); }
 
-  /// Called with each send of the program, before the unit has it.
+  /// Called with each send of the program before the unit receives it.
   std::function<void(std::string_view)> onHeard;
 
  private:

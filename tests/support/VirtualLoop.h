@@ -7,11 +7,11 @@
 
 namespace corvex::test {
 
-/// An event loop whose time is virtual: where a real one would sleep, it jumps to the next due time, so that
-/// a wait costs nothing and every run has the same order of events.
+/// An event loop in virtual time. It jumps to the next due time instead of sleeping, so a wait costs nothing
+/// and every run has the same order of events.
 class VirtualLoop : public EventLoop {
  public:
-  /// `midnight`: the time of day at which the loop starts, in seconds.
+  /// `timeOfDay`: the time at which the loop starts, in seconds after midnight.
   explicit VirtualLoop(double timeOfDay = 36000) : start_(timeOfDay) {}
 
   Time Now() const override { return now_; }
@@ -23,7 +23,7 @@ class VirtualLoop : public EventLoop {
     return kToday + static_cast<std::int64_t>(start_ + std::chrono::duration<double>(now_).count());
   }
 
-  /// Runs everything that falls due within the given time, as the platform's own loop would.
+  /// Runs all that becomes due within the given time, like the platform's own loop.
   void Run(double seconds) {
     const Time until = now_ + std::chrono::duration_cast<Time>(std::chrono::duration<double>(seconds));
     while (!Ended() && NextDue() <= until) {
@@ -33,20 +33,20 @@ class VirtualLoop : public EventLoop {
     if (!Ended()) now_ = std::max(now_, until);
   }
 
-  /// A wait longer than this with nothing due is taken for a hang, and fails the test.
+  /// A longer wait with nothing due counts as a hang and fails the test.
   static constexpr Time kHang = std::chrono::hours(48);
 
  protected:
   void Sleep(Time until) override {
     if (until == Time::max() || until - now_ > kHang) {
-      // Nothing can ever wake this wait; a real program would hang here until it is closed.
+      // Nothing can wake this wait. A real program would hang here until it is closed.
       throw std::runtime_error("the program waits for ever");
     }
     now_ = std::max(now_, until);
   }
   void Poll() override {}
   void WakeAt(Time) override {}
-  void WakeFromAnyThread() override {}  // a thread has no place in virtual time
+  void WakeFromAnyThread() override {}  // threads cannot run in virtual time
 
  private:
   static constexpr std::int64_t kToday = 1143763200;  // 2006-03-31

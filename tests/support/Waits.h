@@ -11,7 +11,7 @@
 
 namespace corvex::test {
 
-/// Pumps until the condition holds; fails the test if it does not within the time.
+/// Pumps until the condition holds. Fails if that takes longer than `seconds`.
 inline ::testing::AssertionResult Becomes(EventLoop& loop, const std::function<bool()>& condition,
                                           double seconds = 5) {
   const auto until =
@@ -28,7 +28,7 @@ inline void Elapse(EventLoop& loop, std::chrono::milliseconds time) {
   for (const auto until = loop.Now() + time; loop.Now() < until;) loop.Pump(until);
 }
 
-/// Processor time of this process, all threads included, in milliseconds.
+/// Processor time of all threads of this process in milliseconds.
 inline double CpuMilliseconds() {
   return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }

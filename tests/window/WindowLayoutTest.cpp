@@ -12,7 +12,7 @@ namespace {
 
 constexpr Rect kScreen{0, 0, 24000, 15000};
 
-/// A window system that tells of new sizes, and has its own mind about that of a maximised window.
+/// A window system that reports new sizes and chooses the size of a maximised window itself.
 struct Sizer : FormObserver {
   explicit Sizer(test::Program& program) : p(program) { p.term.observer = this; }
   ~Sizer() override { p.term.observer = nullptr; }
@@ -39,7 +39,7 @@ struct Sizer : FormObserver {
   }
   void Restore() {
     p.term.windowState.Adopt(WindowState::Normal);
-    Tell();  // the state first, the size a little later
+    Tell();  // the state comes first, the size a little later
     p.loop.After(std::chrono::milliseconds(30), [this] { Drag(normal.width, normal.height); });
   }
   test::Program& p;
@@ -48,7 +48,7 @@ struct Sizer : FormObserver {
 
 struct WindowLayoutTest : test::SessionTest {
   Rect R(const Control& control) { return control.rect; }
-  /// What is to be true of the layout at any time: it fills the window, with and without the panels.
+  /// The layout must always fill the window, with and without the panels.
   void ExpectWhole() {
     const bool full = term.main().mode == ModemMode::PortSetup;
     const auto near = [](Twips a, Twips b) { return std::abs(a - b) <= 15; };
@@ -82,7 +82,7 @@ struct WindowLayoutTest : test::SessionTest {
   Sizer sizer{p};
 };
 
-TEST_F(WindowLayoutTest, ItStaysWholeInAnyOrderOfSteps) {
+TEST_F(WindowLayoutTest, FillsTheWindowAfterAnyOrderOfSteps) {
   const Rect compact = term.rect;
   EXPECT_EQ(compact, (Rect{500, 500, 8950, 4095}));
   for (const char* steps :
@@ -96,16 +96,17 @@ TEST_F(WindowLayoutTest, ItStaysWholeInAnyOrderOfSteps) {
   }
 }
 
-TEST_F(WindowLayoutTest, APanelAddsItsHeightAndTakesItAway) {
+TEST_F(WindowLayoutTest, APanelAddsItsHeightAndRemovesItAgain) {
   Do("port");
   EXPECT_EQ(term.rect.Get().height, 4095 + 2400);
-  EXPECT_EQ(term.lblPort.font.Get().size, 8) << "nothing was placed anew";
+  EXPECT_EQ(term.lblPort.font.Get().size, 8) << "the layout has not been scaled";
   Do("in");
   EXPECT_EQ(term.rect.Get().width, 11635);
   Do("port");
   EXPECT_EQ(term.rect, (Rect{500, 500, 11635, 5324}));
   for (const char* step : {"port", "drag", "port"}) Do(step);
-  EXPECT_NEAR(term.rect.Get().height, 570 + (9000 - 570) * 3525 / 5925, 15) << "what was dragged included it";
+  EXPECT_NEAR(term.rect.Get().height, 570 + (9000 - 570) * 3525 / 5925, 15)
+      << "the dragged height included the panel";
 }
 
 TEST_F(WindowLayoutTest, TheTimeStaysBesideItsZone) {
@@ -116,10 +117,10 @@ TEST_F(WindowLayoutTest, TheTimeStaysBesideItsZone) {
     EXPECT_GT(R(term.lblTime).left, R(term.lblPort).left + R(term.lblPort).width);
   }
   EXPECT_EQ(R(term.lblTime).left, 4905);
-  EXPECT_GT(term.lblTime.order(), term.lblZone.order()) << "where it moves over it";
+  EXPECT_GT(term.lblTime.order(), term.lblZone.order()) << "it is in front where the two overlap";
 }
 
-TEST(Scaling, BeginsLaterForAWindowThatIsMinimisedAtTheStart) {
+TEST(Scaling, BeginsLaterIfTheWindowStartsMinimised) {
   test::Program p;
   const Sizer sizer(p);
   p.term.windowState.Adopt(WindowState::Minimized);
