@@ -284,7 +284,8 @@ bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
     LoginStep();
     if (overtaken()) return false;  // a mode change during the password question
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - began).count();
-    // Intentionally "==": a login that was delayed past this second can continue until the 10 s limit below.
+    // Intentional: gives up only in exactly this second. A login that was delayed past this second continues
+    // until the 10 s limit below.
     if (elapsed == giveUpAt) {
       CloseLink();
       Pause(loop_, 0.2);

@@ -46,8 +46,8 @@ class Dispatcher {
   /// Handles what an earlier packet of the same burst has set. See TagStream::settle.
   void Settle(TagStream::Earlier what);
 
-  /// To be called when a periodic log has been taken. Shows a message about the printer that came up during
-  /// the log.
+  /// To be called when a periodic log has been taken. Shows the message about the printer that was put off
+  /// during the log, if any.
   void LogEnded();
 
   /// Appends text to the text view, which keeps the last part only.

@@ -60,9 +60,8 @@ class Keys {
   /// Whether a walk is in progress or a key waits for the link.
   bool Busy() const { return walking_ || opening_; }
 
-  /// Gives the focus to the control that takes keys now. Does nothing if the window is not active. Does
-  /// nothing either if typed keys do not go to the modem; they go there only in the mode Terminal and in the
-  /// byte editor with auto send.
+  /// Gives the focus to the control that takes keys now. Has an effect only while the window is active and
+  /// typed keys go to the modem: in the mode Terminal, and in the byte editor with auto send.
   void RestoreFocus();
 
  private:

@@ -8,7 +8,7 @@
 
 namespace corvex {
 
-/// A procedure that changes the mode of the main window. It may wait.
+/// A procedure that changes the mode of the main window, and may wait for the modem.
 struct Passage {
   EventLoop::Task run;
   /// The passage that this one has interrupted. Runs again if the link cannot be opened. May be empty.

@@ -30,19 +30,19 @@ class SessionReset {
   explicit SessionReset(const Parts& parts) : p_(parts) {}
 
   /// Stops every timer of the window. Also does what a stopped timer would have done: clears the popup, and
-  /// lets the rows be painted again if they are frozen.
+  /// paints the rows again if they are frozen.
   void StopTimers();
   /// Closes the master trace window if it is open. If the link is open, this also switches the modem's trace
   /// off. Waits.
   void CloseTrace();
-  /// Clears the screen and the indicators, so that nobody takes an old value for a current one.
+  /// Clears the screen and the indicators, so that no old value looks like a current one.
   void ClearSession();
   /// Clears the rows and the soft keys.
   void ClearScreen();
   /// Makes the screen model empty and lets the rows be painted again.
   void ResetScreen();
-  /// Clears the flags of changes that have not been shown. Keeps those of print jobs, which belong to the
-  /// user, and that of the MUB, since the user may just have chosen another one.
+  /// Clears the flags of changes that have not been shown. Keeps the flags of print jobs, since the user may
+  /// need the printout, and the flag of the MUB, since the user may just have selected another MUB.
   void DropChanges();
 
  private:

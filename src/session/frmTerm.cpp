@@ -247,7 +247,7 @@ void frmTerm::ToggleGps() {
 void frmTerm::Close() {
   if (std::exchange(closing_, true)) return;
   testLog_.Finish();
-  // The user may take any time to answer, and the session goes on meanwhile.
+  // The session continues while the user answers, which can take any time.
   if (!printView_.ClosePrintForm()) {
     closing_ = false;
     return;
