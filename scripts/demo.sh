@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Starts the simulated terminal unit and the program. When the program ends, the unit is stopped.
 # Usage: scripts/demo.sh FOLDER lan|serial [pictures]
-#   FOLDER    the folder with the program's executable; its settings are written there
+#   FOLDER    the folder of the program; its settings are written there too
 #   pictures  let the unit play a short session, take pictures of its screens, and close the window
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -30,7 +30,7 @@ where=$(head -n 1 "$demo/unit.log")
 [ -n "$where" ] || { echo "The simulated unit did not start" >&2; exit 1; }
 echo "== The simulated unit: $where"
 
-# The session is recorded, so that this script can see what the unit has sent.
+# Switch the recording on, so that this script can see what the unit has sent.
 rm -f "$demo"/wire-*.log
 {
   # Show all menus, including those for service engineers.
@@ -51,7 +51,7 @@ if [ -z "$pictures" ]; then
   exit
 fi
 
-# Takes a picture of the window after the unit has sent a text and a delay for the window to show it.
+# Waits until the unit has sent a text, gives the window some seconds to show it, and takes a picture.
 picture() {
   local name=$1 sent=$2 delay=$3
   for _ in $(seq 300); do

@@ -31,7 +31,7 @@ void SetOptions(tcp::socket& socket) {
 #endif
 }
 
-/// Rejects an address on which another program listens, but not one that is only held by old connections.
+/// Makes bind fail if another program listens on the address, but not if only old connections still use it.
 void SetOptions(tcp::acceptor& listener) {
 #ifdef _WIN32
   SetOption(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, 1);

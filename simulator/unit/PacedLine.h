@@ -11,7 +11,7 @@ namespace corvex::simulation {
 /// Delays bytes to the speed of a serial line, at ten bits per byte.
 class PacedLine {
  public:
-  /// The most bytes that can wait. A text that does not fit is dropped as a whole.
+  /// The maximum number of waiting bytes. A text that does not fit is dropped completely.
   static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   /// `bitsPerSecond` 0 means no delay.

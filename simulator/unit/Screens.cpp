@@ -30,7 +30,7 @@ std::vector<Screen> MakeScreens() {
                 "Signal    {signal} dB/Hz   Unit {temperature} C"},
        .target = kMainMenu},
 
-      // The main menu reports the mail key, which the PC adds to its own list.
+      // The PC does not show the mail key (image 1). It adds an entry with the key's text to its main menu.
       {.name = kMainMenu,
        .kind = Kind::Menu,
        .title = "Main menu",

@@ -14,7 +14,7 @@
 
 namespace corvex::simulation {
 
-/// The unit's condition: its clock, its measurements and its user's settings.
+/// The state that the unit reports: its clock, its measurements and the settings of its user.
 class Status {
  public:
   /// `start`: the unit's clock at construction, in seconds since 1970; by default the PC's local time.
@@ -25,8 +25,8 @@ class Status {
   /// Returns the packets of a full report, for the start of a session: date, measurements and conditions.
   std::string Report() const;
 
-  /// Advances by one tick, in which the measurements drift a little. Returns the packets that report the
-  /// changes. The time is always among them, as the unit's sign of life.
+  /// Advances by one tick and changes the measurements a little. Returns the packets that report the changes.
+  /// The time is always included, so that the PC sees that the unit is alive.
   std::string Tick();
 
   /// Applies an effect and returns its packet; empty if `effect` has no tag.

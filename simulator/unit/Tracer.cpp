@@ -8,7 +8,7 @@
 namespace corvex::simulation {
 namespace {
 
-// Sent in turn, each with a running number before it.
+// The records are sent in turn. A running number is put before each.
 constexpr std::array<std::string_view, 6> kRecords{
     "rx  frame ok, {signal} dB/Hz, offset +120 Hz",     "agc gain 41, level -3.2 dB",
     "ant heading {heading}, elevation 22, {beam}",      "mac slot 3 granted, queue 0",
@@ -19,8 +19,8 @@ struct ChannelLine {
   std::string_view channel;
   std::string_view text;
 };
-// Channel 1 reports on the satellite, channel 2 on the antenna; channel 3 sends rarely. Texts may contain
-// commas.
+// Channel 1 is about the satellite and channel 2 about the antenna. Channel 3 sends rarely. A text may
+// contain commas.
 constexpr std::array<ChannelLine, 7> kChannelLines{{
     {"1", "su tick, signal {signal}, state idle"},
     {"2", "pointing {heading} deg, error 0.2"},
@@ -53,7 +53,7 @@ void Tracer::Stop() {
 void Tracer::TellRecord() {
   SwitchRecords(true);
   const std::string_view text = kRecords[recordCount_ % kRecords.size()];
-  // The PC appends records unchanged, so each contains its own line end.
+  // The PC adds no line end to a record, so each record contains one.
   send_(TraceRecord(std::to_string(++recordCount_) + ' ' + status_.Text(text) + "\r\n"));
 }
 

@@ -5,7 +5,7 @@
 
 namespace corvex {
 
-/// An event with at most one handler, which the logic sets. Raising an event without a handler does nothing.
+/// An event with at most one handler. Raising an event without a handler does nothing.
 template <typename... Args>
 class Event {
  public:

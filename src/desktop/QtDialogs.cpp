@@ -30,8 +30,8 @@ void Fill(QMessageBox& box, const QString& text, const std::string& title) {
   box.setWindowTitle(ToShown(title).trimmed() + u' ');  // not empty, or Qt would show the program's file name
 }
 
-/// Returns the width in pixels that a title bar needs for a title and the window buttons. The limit of 900
-/// pixels keeps it on the screen.
+/// Returns the width in pixels that a title bar needs for a title and the window buttons. At most 900 pixels,
+/// so that the dialog fits on the screen.
 int TitleWidth(const QString& title) {
   constexpr int kButtons = 140;
   constexpr int kMost = 900;

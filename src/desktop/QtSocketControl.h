@@ -9,8 +9,8 @@
 
 namespace corvex {
 
-/// The TCP connection, implemented with one QTcpSocket per connection. Close releases the socket, which
-/// delivers the data already sent and then deletes itself.
+/// The TCP connection, implemented with one QTcpSocket per connection. After Close, the socket takes up to
+/// two seconds to deliver the data that was passed to SendData, and then deletes itself.
 class QtSocketControl : public QObject, public SocketControl {
  public:
   explicit QtSocketControl(EventLoop& loop);

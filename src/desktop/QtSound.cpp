@@ -11,7 +11,7 @@ namespace corvex {
 
 namespace {
 
-// Limits of a small loudspeaker and of the ear, in hertz.
+// Range that a small loudspeaker can play and an ear can hear, in hertz.
 constexpr double kLowest = 40;
 constexpr double kHighest = 16'000;
 constexpr int kLongest = 2000;  // milliseconds

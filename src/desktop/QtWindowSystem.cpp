@@ -17,7 +17,7 @@ QtWindowSystem::QtWindowSystem(EventLoop& loop) : loop_(loop) {
 }
 
 QtWindowSystem::~QtWindowSystem() {
-  // Includes windows with a pending deleteLater(): no event loop runs any more to delete them.
+  // Also deletes windows with a pending deleteLater(), since no event loop runs any more to delete them.
   for (const QPointer<QWidget>& window : made_) delete window.data();
 }
 

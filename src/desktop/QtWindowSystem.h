@@ -30,7 +30,8 @@ class QtWindowSystem : public QObject, public WindowSystem {
   /// Returns the window to use as parent of a dialog: the active window, otherwise a modal window, otherwise
   /// the newest visible window; null if no window is visible.
   QWidget* FrontWindow() const;
-  /// Closes open menus. Closes modal windows in the same way as their close boxes.
+  /// Closes open menus and modal windows. A modal window is closed as if the user had clicked its close
+  /// button.
   void CallOff();
   /// Returns the window that shows a form, or null if the form is not attached.
   FormWindow* WindowOf(const Form& form) const;

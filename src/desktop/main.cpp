@@ -29,8 +29,8 @@ namespace {
 
 int Run(QApplication& application) {
   using namespace corvex;
-  // The main window ends the program after its farewell to the modem. Hiding the last window must not end the
-  // program.
+  // The main window ends the program itself, after it has ended the session with the modem. Qt must not quit
+  // when the last window is hidden.
   QApplication::setQuitOnLastWindowClosed(false);
   ApplyTheme(application);
   QApplication::setWindowIcon(PictureIcon("logo"));
@@ -81,11 +81,12 @@ int Run(QApplication& application) {
 
 int main(int argc, char** argv) {
 #ifdef SIGXFSZ
-  std::signal(SIGXFSZ, SIG_IGN);  // at the system's file size limit a write fails, and the program continues
+  std::signal(SIGXFSZ,
+              SIG_IGN);  // a write beyond the file size limit then fails instead of ending the program
 #endif
   QApplication application(argc, argv);
   const int status = Run(application);
-  // All objects of the program are destroyed. Skip Qt's cleanup, which waits for a pending host name lookup,
-  // sometimes for many seconds.
+  // All objects of the program have been destroyed. Skip Qt's cleanup: it waits for a pending host name
+  // lookup, which can take many seconds.
   std::_Exit(status);
 }

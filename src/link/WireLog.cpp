@@ -183,7 +183,7 @@ void WireLog::End() {
 bool WireLog::IsOwn(const std::filesystem::path& file) const {
   constexpr std::string_view kStamped = "wire-00000000-000000";
   const std::string shape = settings_.OwnName(kStamped, ".log");
-  // Compared as UTF-8: the name of a foreign file may have no representation as a narrow string.
+  // Compared as UTF-8: another file in the folder may have a name that is not valid as a narrow string.
   const std::u8string name = file.filename().u8string();
   if (name.size() != shape.size()) return false;
   for (std::size_t i = 0; i < shape.size(); ++i) {

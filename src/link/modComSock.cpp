@@ -168,9 +168,9 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
   }
   if (main_.mode == ModemMode::Closing) return;
   const bool dispatches = Dispatches();
-  // While the dispatcher runs (it may wait), the bytes stay in the port until the next event. Intentional.
-  // A dialogue that starts during such a wait reads the buffer itself, in a mode that does not dispatch, and
-  // does get its bytes.
+  // Intentional: while the dispatcher runs, bytes stay in the port until the next event. The dispatcher may
+  // wait, and a dialogue may start during that wait. Its mode does not dispatch, so its bytes are still read
+  // here.
   if (dispatches ? commBusy_ : !received_.HasRoom()) return;
   const std::string text = comPort_.Input();
   RecordOutput();  // first, so that an answer is recorded after its command
@@ -282,7 +282,8 @@ bool TerminalLink::AwaitLogin(EventLoop::Time began, int giveUpAt) {
     Pause(loop_, 0.1);
     LoginStep();
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() - began).count();
-    // Only in exactly this second. A login that was delayed past it can continue until the 10 s limit below.
+    // Intentional: gives up only in exactly this second. A login that was delayed past this second continues
+    // until the 10 s limit below.
     if (elapsed == giveUpAt) {
       CloseLink();
       Pause(loop_, 0.2);

@@ -62,8 +62,8 @@ class TerminalLink {
   // Opening and closing.
 
   /// Opens the link and logs in, if necessary. Returns true if the link can be written to. Cheap when the
-  /// link is already open. Without an ERB login, a serial port that cannot be opened counts as open; the
-  /// caller notices the missing answer.
+  /// link is already open. If no login is due, a serial port that cannot be opened counts as open; the caller
+  /// notices the missing answer.
   bool EnsureLinkOpen();
   /// Returns whether the last EnsureLinkOpen could not start to connect because the address is unusable.
   bool OpenRefused() const { return openRefused_; }

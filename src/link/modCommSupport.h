@@ -28,7 +28,7 @@ enum class ProbeWord {
   Ok,          ///< The modem answered.
   None,        ///< Nothing was received, or the link could not be opened.
   Busy,        ///< Opening the link could not even be started; see TerminalLink::OpenRefused.
-  CheckSpeed,  ///< Received text has neither OK nor ERROR. The line speed may be wrong.
+  CheckSpeed,  ///< The received text contains neither OK nor ERROR. The line speed may be wrong.
 };
 
 /// The modem's answer to the question whether its software can be upgraded.
@@ -51,8 +51,10 @@ class ModemProbe {
   /// function reads them.
   ProbeWord DetectModem();
 
-  Event<> named;                ///< The title names the terminal. The question about upgrades follows.
-  Event<UpgradeOffer> upgrade;  ///< An answer has arrived, or the time is over. Raised several times.
+  Event<> named;  ///< The title names the terminal. The question about upgrades follows.
+  /// Raised several times: with Unknown until an answer has arrived or the time is over, then with the
+  /// result.
+  Event<UpgradeOffer> upgrade;
 
  private:
   ProbeWord AskModel();

@@ -15,8 +15,8 @@ namespace corvex {
 /// displayed text and the real text.
 class SoftBreaks {
  public:
-  /// At position `place` of the displayed text, `removed` characters were replaced by `inserted` others. A
-  /// soft break that was removed in part is forgotten.
+  /// To be called when `removed` characters at position `place` of the displayed text have been replaced by
+  /// `inserted` others. If only a part of a soft break was removed, the rest belongs to the real text.
   void Edited(std::size_t place, std::size_t removed, std::size_t inserted);
   /// Marks the line end at this position of the displayed text as a soft break.
   void Add(std::size_t place);

@@ -21,9 +21,9 @@ struct BrokenText {
   std::vector<std::size_t> breaks;  ///< Positions of the soft breaks in `shown`.
 };
 
-/// Returns `text` with a soft break wherever a line would exceed kLongestLine characters. Every change of a
-/// line lays it out again as a whole; with a line of a megabyte that takes a third of a second. `before`: the
-/// text before the insertion point.
+/// Returns `text` with a soft break wherever a line would exceed kLongestLine characters. After every change,
+/// the text box lays out the whole line again. For a line of one megabyte this would take a third of a
+/// second. `before`: the text before the insertion point.
 BrokenText Broken(std::string_view before, std::string_view text) {
   constexpr std::size_t kLongestLine = 4096;
   before.remove_prefix(before.size() - std::min(before.size(), kLongestLine));
@@ -147,7 +147,7 @@ void frmSDI::Unload() {
 
 void frmSDI::NewPrintJob() {
   Load();
-  Present(false);  // typed keys belong to the modem
+  Present(false);  // the keys that the user types must still go to the modem
   // The text is kept while the user answers a dialog, because the user may be saving this very text. It is
   // also kept during a log, because the job is part of it.
   if (!settings_.printer.fileuse.IsAppend() && !asking_ && !logging_) Clear();

@@ -14,9 +14,9 @@
 
 namespace corvex {
 
-/// The print view: a small editor that shows the modem's print jobs and the program's own output. It is
-/// loaded at its first use, visible or not, and is emptied when it is closed. The search settings are kept
-/// for the whole run.
+/// The print view: a small editor that shows the modem's print jobs and the program's own output. The first
+/// use loads the window but need not show it. Closing the window empties it. The search settings are kept
+/// until the program ends.
 class frmSDI : public Form {
  public:
   /// The largest text in the view, in characters. Further text is dropped, and the view says that it is full.
@@ -33,11 +33,12 @@ class frmSDI : public Form {
     explicit LogInProgress(frmSDI& view) : ScopedFlag(view.logging_) {}
   };
 
-  /// Shows the window, also if it was minimised, without taking the keyboard focus. Clears the text unless
-  /// print jobs are concatenated, the user is answering one of the window's dialogs, or a log is in progress.
+  /// Shows the window without giving it the keyboard focus. Restores it if it is minimised. Clears the text
+  /// unless print jobs are concatenated, the user is answering one of the window's dialogs, or a log is in
+  /// progress.
   void NewPrintJob();
-  /// Inserts a text at the caret, after the selection. The caller supplies line ends. Loads the window but
-  /// does not show it.
+  /// Inserts a text at the caret, or after the selection if there is one. Adds no line end. Loads the window
+  /// but does not show it.
   void PrintLine(std::string_view text);
   void PrintJobComplete() {}
   /// Closes the window. If the text is not saved, asks the user first. Returns false if the user wants to

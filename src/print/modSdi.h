@@ -22,7 +22,7 @@ struct FindState {
   bool findMatchCase = false;
   int findDirection = kDown;
   std::size_t findLastPos = 0;  ///< Start of the selection after the last search.
-  bool findChanged = false;     ///< The user has started a new search since.
+  bool findChanged = false;     ///< The user has opened the find dialog since the last search.
 };
 
 /// Returns the position of the next match, counted from 0, for a selection that starts at `selStart`; none if
@@ -44,8 +44,8 @@ class AutoSave {
   /// file then holds the previous text, and as much of the added text as the disk had room for.
   bool Save(const std::function<std::string(std::size_t place)>& from) noexcept;
 
-  /// The text has changed at this position. If that part is already saved, the next Save writes the whole
-  /// text.
+  /// To be called when the text has changed at this position. If that part has been saved already, the next
+  /// Save writes the whole text.
   void ChangedAt(std::size_t position) {
     if (position < written_) written_ = kNothing;
   }

@@ -23,7 +23,7 @@ bool Taken(bool& flag) {
   return was;
 }
 
-/// The last 64 KiB of a text. To show more of one event would only slow down the window.
+/// Returns the last 64 KiB of a text. Showing more text of one event would only slow down the window.
 std::string_view LastPart(std::string_view text) {
   constexpr std::size_t kWorthShowing = 64 * 1024;
   return text.substr(text.size() - std::min(text.size(), kWorthShowing));
@@ -51,7 +51,7 @@ void Dispatcher::ProcessReceived() {
       if (!p_.main.leaving) ServeFlags();
       break;
     default:
-      break;  // another window reads the buffer
+      break;  // other code reads the buffer
   }
 }
 
@@ -110,7 +110,7 @@ void Dispatcher::Settle(TagStream::Earlier what) {
   if (Taken(s.screenChanged)) p_.main.screenHold = false;
   if (!s.paintHold && Taken(s.rowsChanged)) PaintRows(p_.window, p_.main, s, p_.grid);
   if (Taken(s.closeChoice)) {
-    s.choiceChanged = false;  // set by an older packet, whose list this one closes
+    s.choiceChanged = false;  // this list arrived before the packet that closes it
     p_.lists.HideChoice();
   }
   if (PrintsApart()) ServePrint();
@@ -158,7 +158,7 @@ void Dispatcher::ServeFlags() {
   if (Taken(s.userChanged)) p_.status.ShowUserInfo();
   if (Taken(s.spotChanged)) p_.status.ShowSpotBeam();
   if (Taken(s.shutdown) && shutdown) shutdown();
-  // Not after the end of the session, when the timers have been stopped.
+  // Not after the end of the session, which has stopped the timers.
   if (Taken(s.bookMode) && p_.main.mode == ModemMode::Terminal) window.tmrSpawnBook.enabled = true;
 }
 
@@ -186,9 +186,9 @@ void Dispatcher::PrintToPrinter() {
   if (!p_.platform.printers.PrintText(p_.state.printText, font)) TellOfPrinter(kPrintFailed);
 }
 
-/// Shows the box in a task of its own, when nothing waits, so that it does not hold up the stream. Only one
-/// box is open at a time, since the modem may print a thousand jobs before the user answers. A box would also
-/// hold up a periodic log, so it is shown after the log.
+/// Shows a message box about the printer. The box has a task of its own that runs when nothing waits, so that
+/// the box does not hold up the stream. Only one box is open at a time, since the modem may print a thousand
+/// jobs before the user answers. During a periodic log the box is put off until the log has been taken.
 void Dispatcher::TellOfPrinter(std::string_view text) {
   if (telling_) return;
   if (p_.main.logTaken) {

@@ -46,13 +46,14 @@ class Dispatcher {
   /// Handles what an earlier packet of the same burst has set. See TagStream::settle.
   void Settle(TagStream::Earlier what);
 
-  /// A periodic log has been taken.
+  /// To be called when a periodic log has been taken. Shows the message about the printer that was put off
+  /// during the log, if any.
   void LogEnded();
 
   /// Appends text to the text view, which keeps the last part only.
   void AppendToRx(std::string_view text);
 
-  // Actions outside the main window. An empty one does nothing.
+  // Actions outside the main window. An action that is not set does nothing.
   std::function<void()> newPrintJob;
   std::function<void(const std::string& lines)> printLine;
   std::function<void()> printJobComplete;

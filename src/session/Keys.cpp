@@ -35,15 +35,15 @@ bool IsCharacterKey(int keyCode) {
          (keyCode >= 0xC0 && keyCode <= 0xFF);
 }
 
-/// Whether a screen covers another one, as messages and print jobs do. The covered screen stays. The kind of
-/// the covering screen is reported until the modem's next answer.
+/// Whether a screen of this kind covers another one, as messages and print jobs do. The modem keeps the
+/// covered screen. `screenKind` has the kind of the covering screen until the modem's next answer.
 bool LiesOver(ScreenKind kind) {
   return kind == ScreenKind::MsgScreen || kind == ScreenKind::PrintScreen;
 }
 
 }  // namespace
 
-/// A walk of the modem's cursor on a screen of one kind. Lives as long as the walk.
+/// A walk of the modem's cursor on a screen of one kind. The object exists as long as the walk lasts.
 class Keys::Walk {
  public:
   Walk(Keys& keys, ScreenKind kind)
@@ -70,7 +70,7 @@ class Keys::Walk {
 
 void Keys::Connect() {
   TermControls& window = p_.window;
-  // These events count only while the modem's own screen is shown.
+  // These events have no effect outside the mode Terminal and while the session is being closed.
   const auto inTerminal = [this](auto action) {
     return [this, action](auto... argument) {
       if (p_.main.mode == ModemMode::Terminal && !p_.main.leaving) action(argument...);
@@ -100,7 +100,7 @@ void Keys::Connect() {
 }
 
 void Keys::Send(std::string_view bytes) {
-  // It can take seconds to open the link. Keys that the user presses again in that time are ignored.
+  // Opening the link can take seconds. Ignore the keys that the user presses in that time.
   if (opening_) return;
   {
     const ScopedFlag opening(opening_);
@@ -199,7 +199,7 @@ bool Keys::MoveChoiceTo() {
   return false;
 }
 
-/// After a walk that was given up: shows the list again if the modem still shows it.
+/// Called after a walk was given up. Shows the list again if the modem still shows it.
 void Keys::ShowChoiceAgain() {
   const ScreenKind kind = p_.state.screenKind;
   p_.main.screenHold = false;
@@ -321,7 +321,8 @@ void Keys::KeyDown(KeyEvent& key) {
 /// Presses the soft key whose letter was pressed with Alt.
 ///
 /// Intentional: only the first two characters of a key's text count, of which the first may be "&". A letter
-/// further to the right is underlined but does not work. And a choice list is not walked first.
+/// further to the right is underlined but does not work. The modem's cursor is not walked to the chosen row
+/// of a choice list first.
 void Keys::PressHotKey(int keyCode) {
   if (!IsCharacterKey(keyCode) || walking_) return;
   for (std::size_t place = 0; place < 2; ++place) {
@@ -362,7 +363,7 @@ void Keys::ClickRow(int row) {
   if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
 }
 
-/// Walks the modem's cursor to a row, or presses enter if the cursor is there already. Returns false if the
+/// Walks the modem's cursor to a row. If the cursor is in that row already, sends enter. Returns false if the
 /// walk stopped early.
 bool Keys::WalkTable(int row) {
   const Walk walk(*this, ScreenKind::TableScreen);

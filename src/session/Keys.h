@@ -15,17 +15,18 @@
 
 namespace corvex {
 
-/// Turns the user's actions in the terminal area into exactly the bytes that the modem's own handset sends:
+/// Turns the user's actions in the terminal area into bytes. They are exactly those that the modem's own
+/// handset sends for the same actions:
 ///
 ///   soft keys 1 to 5   characters 21, 9, 15, 16, 20     clear     ESC
 ///   cursor up, down    ESC [ A, ESC [ B                 enter     character 13
-///   menu item          its id as number text            refresh   character 18
+///   menu item          its id in decimal digits         refresh   character 18
 ///
-/// The modem has a cursor of its own. If the user chooses another row of a choice list or a table, the
-/// modem's cursor is walked to that row, key by key, and events are handled between the keys. During a walk
-/// the only key that the user can send is clear, since any other would reach a screen that the user has not
-/// seen. A walk stops early when the user clears, when the modem leaves the list, or when another passage
-/// between modes begins.
+/// The modem has a cursor of its own. If the user chooses another row of a choice list or a table, the class
+/// sends cursor keys until the modem's cursor is in that row. This is called a walk. Events are handled
+/// between the keys. During a walk the user can send no key except clear, since any other key would reach a
+/// screen that the user has not seen. A walk stops early when the user presses clear, when the modem leaves
+/// the list, or when a new passage between modes begins.
 class Keys {
  public:
   struct Parts {
@@ -39,9 +40,10 @@ class Keys {
   };
 
   explicit Keys(const Parts& parts) : p_(parts) {}
-  /// Fills the window's events that lead to keys for the modem.
+  /// Sets the handlers of the window's events that send keys to the modem.
   void Connect();
-  /// Is offered each key first. Returns true if the key belongs to a service panel.
+  /// Called for each key that is not one of the window's own, before the key is handled here. Returns true if
+  /// a service panel has handled the key.
   std::function<bool(const KeyEvent&)> panelKey;
 
   /// `key`: 1 to 5; nothing is sent for any other number.
@@ -49,16 +51,17 @@ class Keys {
   void SendEscape();
   void SendCursorDown();
   void SendCursorUp();
-  /// `item`: an entry of the session's menu, from 1.
+  /// `item`: an entry of the session's menu, from 1. Nothing is sent for any other number.
   void SendMenuItem(int item);
-  /// Walks the modem back to its top level.
+  /// Returns the modem to its top level. Sends clear seven times, with a pause of 0.3 s before the first and
+  /// after each.
   void SendEscapeSeries();
 
-  /// Whether the modem's cursor is being walked or a key waits for the link.
+  /// Whether a walk is in progress or a key waits for the link.
   bool Busy() const { return walking_ || opening_; }
 
-  /// Gives the focus to the control that takes keys now. Does nothing if the window is not active or if typed
-  /// keys do not go to the modem. They do in the mode Terminal and in the byte editor with auto send.
+  /// Gives the focus to the control that takes keys now. Has an effect only while the window is active and
+  /// typed keys go to the modem: in the mode Terminal, and in the byte editor with auto send.
   void RestoreFocus();
 
  private:
@@ -87,13 +90,13 @@ class Keys {
   void Refresh();
 
   void PrintWindow();
-  /// Sends over the link, which is opened if necessary. Does nothing while another key waits for the link.
+  /// Opens the link if necessary and sends `bytes`. Does nothing while another key waits for the link.
   void Send(std::string_view bytes);
 
   Parts p_;
   bool walking_ = false;
   bool opening_ = false;
-  unsigned escapes_ = 0;  ///< How many times the user has cleared.
+  unsigned escapes_ = 0;  ///< How many times the user has pressed clear.
 };
 
 }  // namespace corvex

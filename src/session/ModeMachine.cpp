@@ -32,7 +32,7 @@ void ModeMachine::FirstConnect() {
   if (main.mode == ModemMode::Closing) return;
   switch (word) {
     case ProbeWord::Ok:
-      // Over the LAN, where the port is closed, a failure shows nothing and changes nothing.
+      // Over the LAN the serial port is closed. A failure then shows nothing and changes nothing.
       EnterByTagMode(p_.comPort.PortOpen());
       break;
     case ProbeWord::Busy:
@@ -78,7 +78,7 @@ void ModeMachine::Connect() {
     case ProbeWord::None:
     case ProbeWord::Busy:  // the LAN address cannot be used
       ShowPopUp(window, "No response.|Check connection to modem");
-      AwaitWatchdog();  // which is stopped in the mode Offline
+      AwaitWatchdog();  // its timer may be off, since going offline stops it
       break;
     case ProbeWord::CheckSpeed:
       ShowPopUp(window, "Invalid response at " + p_.comPort.Settings() + "|Check parameters and try again");
@@ -142,8 +142,8 @@ void ModeMachine::ShowPortLabel() {
   }
 }
 
-/// Says goodbye on an open link only, and never opens one for it. A serial modem is sent CAN; over the LAN,
-/// CloseLink sends what is needed.
+/// Ends the session on a link that is open; never opens the link for this. Over a serial port, in the mode
+/// Terminal, sends CAN. Over the LAN, CloseLink sends what is needed.
 void ModeMachine::Disconnect() {
   p_.passages.Begin([this] {
     p_.reset.StopTimers();  // before the first wait, in which the watchdog could connect again
@@ -164,7 +164,7 @@ void ModeMachine::ShutDown() {
   });
 }
 
-/// Ends the session and enters the mode Offline. The caller closes the link.
+/// Ends the session and enters the mode Offline. Does not close the link.
 void ModeMachine::TakeOffline(Farewell farewell) {
   TermControls& window = p_.window;
   p_.layout.HideConnectPanels();

@@ -21,8 +21,8 @@
 
 namespace corvex {
 
-/// The main window's modes apart from those of the service panels: how each is entered and left, and what the
-/// modem is sent on the way.
+/// Enters and leaves the main window's modes, except those of the service panels (see PanelModes). Defines
+/// what is sent to the modem on each change.
 ///
 /// Each procedure waits by pumping events, so clicks, ticks and received bytes are handled during the wait.
 /// If one of them begins another passage, the first is given up (see Passages).
@@ -52,7 +52,7 @@ class ModeMachine {
   /// The first connect after the start of the program.
   void ConnectProbe();
 
-  /// Leaves the current mode, probes the modem and enters its menus.
+  /// Leaves the current mode and probes the modem. Enters the modem's menus if it answers.
   void state_await_tml_intro();
 
   /// Closes the link, then goes offline.
@@ -60,7 +60,8 @@ class ModeMachine {
   /// The terminal is switching off: goes offline, then closes the link.
   void ShutDown();
 
-  /// A service panel has been left. Goes back to the modem's menus if they had been entered before.
+  /// To be called when a service panel has been left. Goes back to the modem's menus if they had been entered
+  /// before; otherwise goes offline.
   void ReturnFromPanel();
 
   // Windows of their own. The first two return when the window has been closed. They then go back to the
@@ -69,10 +70,12 @@ class ModeMachine {
   void OpenPhoneBook();
   void GoUpgrade();
 
-  /// From now on connects to another of the MUBs (0 to 3) of the ERB unit.
+  /// Selects one of the MUBs (0 to 3) of the ERB unit. Ends the session with the old MUB. Connects to the new
+  /// one if the program was connected or trying to connect.
   void SelectMub(int mub);
 
-  /// The tick of tmrWatchdog: connects again if nothing has been received since the last tick.
+  /// The tick of tmrWatchdog. Connects again if nothing has been received since the last tick, or if the last
+  /// attempt to connect has failed.
   void Watchdog();
 
  private:

@@ -95,8 +95,8 @@ void PanelModes::EnterAtMode() {
     ShowTextPanel(kAtPanel);
     p_.main.mode = ModemMode::AtMode;
     MarkMode(p_.window, p_.main.mode);
-    // The mode has been entered. The pause is in a passage of its own, so that midnight cannot repeat the
-    // rest.
+    // A passage whose pause runs over midnight starts over. The mode has been entered and must not be entered
+    // again, so the pause has a passage of its own.
     p_.passages.Begin([this] { FocusAtMode(); });
   });
 }
@@ -127,7 +127,7 @@ void PanelModes::LeaveTerminal() {
 
 void PanelModes::ShowTextPanel(std::size_t panel) {
   TermControls& window = p_.window;
-  p_.received.DiscardRx();  // received while no panel showed it
+  p_.received.DiscardRx();  // bytes that arrived before the panel is shown
   window.pointer = Pointer::Normal;
   window.txtRx.SetText({});
   window.txtRx.visible = true;

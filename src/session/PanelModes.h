@@ -15,8 +15,8 @@
 
 namespace corvex {
 
-/// The modes of the service panels: port setup, test interface and AT mode. How each is entered and left, and
-/// what the modem is sent on the way.
+/// Enters and leaves the modes of the service panels: port setup, test interface and AT mode. Defines what is
+/// sent to the modem on each change.
 class PanelModes {
  public:
   struct Parts {
@@ -38,12 +38,12 @@ class PanelModes {
   void EnterTestInterface();
   void EnterAtMode();
 
-  /// The port setup as a part of a passage that is under way.
+  /// The work of EnterPortSetup without a passage of its own, for use in a passage that is under way.
   void ShowPortSetup();
   /// Hides the panel of the current mode and ends its dialogue with the modem. The link stays open.
   void LeavePanel();
 
-  /// A mode has been left by its own toggle, and no other has been entered yet.
+  /// Raised when a panel's mode has been left by its own toggle and no other mode has been entered yet.
   Event<> left;
 
  private:

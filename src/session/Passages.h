@@ -8,17 +8,19 @@
 
 namespace corvex {
 
-/// A procedure that leads from one mode of the main window into another. It may wait on its way.
+/// A procedure that changes the mode of the main window, and may wait for the modem.
 struct Passage {
   EventLoop::Task run;
-  EventLoop::Task interrupted = {};  ///< Runs again if `run` changes nothing. May be empty.
-  bool connects = false;             ///< The passage ends in the modem's menus if the modem answers.
+  /// The passage that this one has interrupted. Runs again if the link cannot be opened. May be empty.
+  EventLoop::Task interrupted = {};
+  bool connects = false;  ///< The passage ends in the modem's menus if the modem answers.
 };
 
-/// Starts the passages, of which one at most is under way.
+/// Starts passages. At most one passage is under way at a time.
 ///
-/// A passage that begins makes every wait on the stack give up, and runs once the stack has unwound. So the
-/// last of several clicks counts, and the passages that it replaces send nothing more to the modem.
+/// When a passage begins, every wait on the stack is given up (see EventLoop::AbandonWaits). The passage runs
+/// once the waits have unwound. Only the last of several clicks therefore takes effect, and the passages that
+/// were replaced send nothing more to the modem.
 class Passages {
  public:
   Passages(EventLoop& loop, MainState& main, TerminalLink& link) : loop_(loop), main_(main), link_(link) {}
@@ -26,8 +28,8 @@ class Passages {
   void Begin(EventLoop::Task run) { Begin(Passage{std::move(run)}); }
   void Begin(const Passage& passage);
 
-  /// Begins a passage that needs the link, which it opens first. If the link cannot be opened, the passage
-  /// that was interrupted runs again.
+  /// Begins a passage that opens the link and then calls `run`. If the link cannot be opened, `run` is not
+  /// called, and the passage that was interrupted runs again.
   void BeginOnLink(EventLoop::Task run);
 
   /// Whether the passage under way connects to the modem.

@@ -7,7 +7,7 @@ namespace corvex {
 
 namespace {
 
-/// The row with a blank for each character that cannot be shown, such as a line end.
+/// Returns the row with each character that cannot be shown, such as a line end, replaced by a blank.
 std::string Printable(std::string_view row) {
   std::string text(row);
   std::replace_if(

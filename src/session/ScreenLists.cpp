@@ -16,8 +16,8 @@ constexpr std::int16_t kDefaultIcon = 10;
 constexpr int kIcons = 64;
 constexpr double kRepaintTime = 0.02;  // seconds
 
-/// The list entry of a menu item. The modem sends three characters with a number, the label, "|" and the
-/// number of the icon. Nothing if the "|" is missing.
+/// Returns the list entry of a menu item, or nothing if the item has no "|". The modem sends three characters
+/// with a number, the label, "|" and the number of the icon.
 std::optional<ListItem> MenuEntry(const ScreenRecord::Item& item) {
   const auto parts = Split(item.text, '|');
   if (parts.size() < 2) return std::nullopt;

@@ -39,9 +39,9 @@ class ScreenLists {
   TermControls& window_;
   const MainState& main_;
   SessionState& state_;
-  bool menuWanted_ = false;  ///< ShowMenu has been called and HideMenu has not been called since.
+  bool menuWanted_ = false;  ///< False stops the ShowMenu on the stack: the menu has been shown or hidden.
   bool showing_ = false;     ///< ShowMenu is on the stack.
-  int modalsBelow_ = 0;      ///< The number of modal windows below ShowMenu on the stack.
+  int modalsBelow_ = 0;      ///< The number of open message boxes and modal windows when ShowMenu began.
   unsigned menus_ = 0;       ///< Counts the calls of ShowMenu.
   unsigned filledMenu_ = 0;  ///< The value of menus_ when the list was last filled.
 };

@@ -12,7 +12,7 @@
 
 namespace corvex {
 
-/// Puts away what belongs to the session that is left: running timers, the trace window, the modem's screen.
+/// Cleans up when a session ends: stops timers, closes the trace window, and clears the modem's screen.
 class SessionReset {
  public:
   struct Parts {
@@ -29,18 +29,20 @@ class SessionReset {
 
   explicit SessionReset(const Parts& parts) : p_(parts) {}
 
-  /// Stops every timer of the window. Also ends what only a timer would end: the popup, and the hold on the
-  /// rows while the modem's cursor is walked.
+  /// Stops every timer of the window. Also does what a stopped timer would have done: clears the popup, and
+  /// paints the rows again if they are frozen.
   void StopTimers();
-  /// Closes the master trace window if it is open, and tells the modem. Waits.
+  /// Closes the master trace window if it is open. If the link is open, this also switches the modem's trace
+  /// off. Waits.
   void CloseTrace();
-  /// Clears the screen and the indicators, so that nobody takes an old value for a current one.
+  /// Clears the screen and the indicators, so that no old value looks like a current one.
   void ClearSession();
   /// Clears the rows and the soft keys.
   void ClearScreen();
   /// Makes the screen model empty and lets the rows be painted again.
   void ResetScreen();
-  /// Discards the changes that have not been shown, except those of print jobs and of the chosen modem.
+  /// Clears the flags of changes that have not been shown. Keeps the flags of print jobs, since the user may
+  /// need the printout, and the flag of the MUB, since the user may just have selected another MUB.
   void DropChanges();
 
  private:

@@ -39,8 +39,8 @@ class Silence {
   const MainState& main_;
   EventLoop::Time heard_{0};
   EventLoop::TimerId timer_ = 0;
-  std::string port_;     ///< The caption of the port indicator before the silence,
-  std::string portTip_;  ///< and its tool tip.
+  std::string port_;     ///< The caption of the port indicator before the silence.
+  std::string portTip_;  ///< Its tool tip before the silence.
 };
 
 }  // namespace corvex

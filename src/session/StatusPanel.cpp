@@ -9,14 +9,14 @@ namespace corvex {
 
 namespace {
 
-// The left edge of the time with a time zone after it, and without one, at the design width of the screen.
+// The left edge of the time with and without a time zone after it, at the design width of the screen.
 constexpr Twips kTimeLeftWithZone = 4905;
 constexpr Twips kTimeLeft = 6000;
 
 constexpr int kToneMilliseconds = 100;
 
 void ShowDegrees(Label& label, const std::string& text) {
-  // A single blank means that the modem has no such sensor. A number that is too large is treated alike.
+  // A single blank means that the modem has no such sensor. A number that is too large counts as a blank.
   const bool tooLarge = IsNumeric(text) && !ToInt16(text);
   if (text == " " || tooLarge) {
     label.visible = false;
@@ -55,7 +55,7 @@ void StatusPanel::ShowTime() {
 }
 
 void StatusPanel::PlaceTime() {
-  // Without a zone the time covers the zone's place; the text of the old zone stays.
+  // Without a zone, the time covers the label of the zone. That label keeps its old text.
   const std::int64_t left = state_.zoneText.empty() ? kTimeLeft : kTimeLeftWithZone;
   Rect rect = window_.lblTime.rect;
   rect.left = static_cast<Twips>(left * window_.frmScreen.rect.Get().width / TermControls::kScreenWidth);

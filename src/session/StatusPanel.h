@@ -11,8 +11,8 @@
 
 namespace corvex {
 
-/// The indicators around the terminal area. Each procedure shows one value of the session state; the
-/// dispatcher calls it when the value has changed.
+/// The indicators around the terminal area. Each function shows one value of the session. It is called when
+/// the value has changed.
 class StatusPanel {
  public:
   StatusPanel(TermControls& window, MainState& main, SessionState& state, const SettingsStore& settings,

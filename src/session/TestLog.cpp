@@ -18,8 +18,8 @@ constexpr double kPause = 0.3;
 /// If a step takes this much longer than planned, in seconds, the macro cannot know which screen is shown.
 constexpr double kHeldUp = 2;
 
-/// No log begins in the last minute of a day. A pause over midnight is given up, and the log would be lost
-/// with it.
+/// No log begins in the last minute of a day. A pause over midnight is given up, and the rest of the log
+/// would be lost.
 constexpr double kLastStart = 86400 - 60;
 
 const std::string& Row(const TermControls& window, std::size_t row) {
@@ -99,14 +99,15 @@ class TestLog::Macro {
     ReadPage(7);  // intentional: the last of these rows is the signal display
     Line(std::string(10, ' '));
     TurnPage();
-    ReadPage(5);  // intentional: the third page begins on the last line of the second
+    ReadPage(5);  // intentional: leaves out the last line of the second page
     TurnPage();
     ReadPage(6);
     TurnPage();
     ReadPage(6);
   }
 
-  /// Begins with the third row, which has the modem's cursor marker.
+  /// Reads a page, from the third row of the screen to `lastRow`. The third row has the modem's cursor
+  /// marker, which is left out.
   void ReadPage(std::size_t lastRow) {
     constexpr std::size_t kMarker = 3;
     Line(From(Row(p_.window, 2), kMarker));
@@ -122,8 +123,8 @@ class TestLog::Macro {
     Wait();
   }
 
-  /// Lets the modem print its logs: one with the second soft key, the others from its menu of logs, which
-  /// stays open.
+  /// Lets the modem print its logs. The second soft key leads to the first log. The others are in the menu of
+  /// logs, which stays open.
   void PrintLogs() {
     SoftKey(2);
     Wait();
@@ -184,8 +185,8 @@ class TestLog::Macro {
   void Wait() {
     Spend(kPause, [this] { Pause(p_.window.loop(), kPause); });
   }
-  /// Runs an action that should take this many seconds. If it takes longer, a message box or a window has
-  /// held it up, and the user is doing something else.
+  /// Runs an action that should take `seconds`. If it takes much longer, a message box or a window has held
+  /// it up. The run then ends, since the user is doing something else.
   void Spend(double seconds, const std::function<void()>& act) {
     if (!GoesOn()) return;
     const EventLoop& loop = p_.window.loop();
@@ -222,7 +223,8 @@ bool TestLog::BoxOpen(const Parts& parts) {
   return parts.window.loop().ModalsOpen() > parts.main.ownBoxes;
 }
 
-/// If this returns false, the log is taken at a later check, since the time has not been stored yet.
+/// Whether a log can begin now. If not, a log that is due is taken at a later check, since its time has not
+/// been stored yet.
 bool TestLog::MayBegin() const {
   return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
          !BoxOpen(p_) && !AsksForPin(p_.window, p_.state) &&

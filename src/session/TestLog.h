@@ -15,9 +15,10 @@ namespace corvex {
 /// Takes a log of the terminal's condition at intervals. A macro walks through the modem's menus with the
 /// keys that a user would press. The text of the screens and the modem's own printouts are saved in a file.
 ///
-/// The macro does not see where it is: each key is meant for the screen that the keys before lead to. So it
-/// stops, and sends nothing more, when its session ends or when a message box or a modal window opens. It
-/// types nothing into a question for a PIN. Keys that the user presses meanwhile are sent too.
+/// The macro does not check which screen is shown: each key is meant for the screen to which the previous
+/// keys lead. It therefore stops, and sends nothing more, when its session ends or when a message box or a
+/// modal window opens. It sends no digit or soft key while the modem asks for a PIN. Keys that the user
+/// presses during a log are sent too.
 class TestLog {
  public:
   struct Parts {

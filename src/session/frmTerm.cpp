@@ -104,12 +104,12 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
   txtRx.multiLine = true;
   txtRx.locked = true;
   for (TextBox* shown : {&txtPort, &txtSpeed, &txtData, &txtStopBits}) shown->locked = true;
-  tabConnect.BringToFront();  // at the smallest zoom its panels begin slightly under it
+  tabConnect.BringToFront();  // at the smallest zoom it overlaps the panels slightly
   cmdCls.BringToFront();
   ConnectEvents();
 }
 
-/// The platform with the dialogs and printers marked as modal.
+/// Returns the platform with `dialogs` and `printers` in place of its own.
 Platform frmTerm::With(Dialogs& dialogs, Printers& printers, const Platform& p) {
   return {.loop = p.loop,
           .windows = p.windows,
@@ -135,7 +135,7 @@ void frmTerm::Load() {
   RestorePosition();
   platform_.windows.SetApplicationTitle("");
   caption = main_.applicationTitle;  // empty until the modem has been detected
-  settings_.printer.path.Get();      // the first reading stores the path
+  settings_.printer.path.Get();      // the first call stores the default path
   LoadPortSettings(platform_.comPort, settings_);
   portPanel_.Refresh();
   frmMenu.visible = false;
@@ -163,7 +163,7 @@ void frmTerm::Load() {
   try {
     link_.CloseLink();
   } catch (const WaitAbandoned& wait) {
-    if (!wait.overdue) throw;  // a pause over midnight does not stop the start
+    if (!wait.overdue) throw;  // continue if it was only a pause over midnight
   }
   // Only an active window connects at the start, and the window system may take a moment to activate it.
   const auto limit = loop().Now() + kActivationTime;
@@ -175,7 +175,7 @@ void frmTerm::SetMenus() {
   const auto& config = settings_.config;
   mnuDspTest.visible = config.testmode.Get();
   const std::string phone = config.phone.Get();
-  if (phone != "R2" && phone != "R1") return;  // only these two families have menus
+  if (phone != "R2" && phone != "R1") return;  // the settings below apply to these two families only
   mnuTest.visible = config.testmode.Get();
   mnuMapping.visible = config.configmode.Get();
   cmdTop[1].visible = config.configmode.Get();
@@ -184,7 +184,7 @@ void frmTerm::SetMenus() {
   mnuAT.visible = config.atmode.Get();
 }
 
-/// Intentional: only a refusal hides the entry, and only a missing password shows it again.
+/// Intentional: only `Refused` hides the menu entry, and only `NoPassword` shows it again.
 void frmTerm::OfferUpgrade(UpgradeOffer offer) {
   mnuUpgrade.enabled = offer == UpgradeOffer::Allowed;
   if (offer == UpgradeOffer::NoPassword) mnuUpgrade.visible = true;
@@ -250,13 +250,13 @@ void frmTerm::ToggleGps() {
 void frmTerm::Close() {
   if (std::exchange(closing_, true)) return;
   testLog_.Finish();
-  // The user may take any time to answer, and the session goes on meanwhile.
+  // The session continues while the user answers, which can take any time.
   if (!printView_.ClosePrintForm()) {
     closing_ = false;
     return;
   }
   main_.mode = ModemMode::Closing;
-  // Ends every wait, also an endless one further down the stack.
+  // Limits the time of the steps below. End also ends every wait, even an endless one further down the stack.
   loop().After(kClosingTime, [this] {
     SavePosition();
     loop().End();

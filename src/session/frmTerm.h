@@ -36,8 +36,8 @@ namespace corvex {
 /// and connects the window's events to them. The program creates it, calls Load, and runs until it closes.
 class frmTerm : public TermControls {
  public:
-  /// The longest time that closing may take, whatever waits. It is enough to say goodbye over the LAN, which
-  /// takes longest.
+  /// The longest time that closing may take after the user has answered any question. It is enough to end a
+  /// session over the LAN, which takes longest.
   static constexpr EventLoop::Time kClosingTime = std::chrono::milliseconds(850);
 
   /// How long Load waits for the window to become the active one.
@@ -57,7 +57,7 @@ class frmTerm : public TermControls {
   TestInterface& test() { return test_; }
 
  private:
-  // Fill the events of the controls and of the session's parts.
+  // Set the handlers of the controls and of the session's parts.
   void ConnectEvents();
   void ConnectStream();
   void ConnectSession();
@@ -66,7 +66,8 @@ class frmTerm : public TermControls {
   void ConnectPortPanel();
   void ConnectTimers();
   void ConnectWindow();
-  /// A handler that does nothing once the program is closing, when no dialogue with the modem may begin.
+  /// Returns a handler that calls `action`, but does nothing once the program is closing. No dialogue with
+  /// the modem may begin then.
   EventLoop::Task UnlessClosing(EventLoop::Task action);
 
   void SetMenus();

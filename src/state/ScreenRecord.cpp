@@ -7,7 +7,7 @@ void ClearScreenRecord(ScreenRecord& record) {
   for (int i = 0; i < record.count; ++i) {
     ScreenRecord::Item& item = record.items[static_cast<std::size_t>(i)];
     item.id = 0;
-    item.text.clear();  // keeps its allocation, as lists arrive often
+    item.text.clear();  // the string keeps its memory for the next list
     item.icon = 10;
   }
   record.title.clear();

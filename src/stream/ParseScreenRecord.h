@@ -10,8 +10,8 @@ namespace corvex {
 ///
 ///   Title> title <id> item text <id> item text ... <INDEXLINE> current <
 ///
-/// If the packet is incomplete, `record` has everything that was read before the end. The number of items is
-/// limited to ScreenRecord::kMaxItems; parsing stops there.
+/// If the packet is incomplete, `record` contains everything that was read before the end. Parsing stops
+/// after ScreenRecord::kMaxItems items.
 void ParseScreenRecord(std::string_view packet, ScreenRecord& record);
 
 }  // namespace corvex

@@ -28,7 +28,7 @@ std::optional<std::int16_t> Code(std::string_view field) {
 }
 
 /// Stores the eight fields in order. Stops and returns false if a field is missing or a code is not a 16-bit
-/// number. An empty code is 0; keys without a text have one.
+/// number. Keys without a text have an empty code, which counts as 0.
 bool StoreFields(std::string_view line, SessionState& state) {
   Fields fields(line, '|');
   for (std::size_t k = 0; k < state.softKeyText.size(); ++k) {

@@ -18,9 +18,9 @@ namespace corvex {
 ///
 /// Plain text is held until an item follows. It is discarded if the item before it was a trace record.
 ///
-/// There is no timeout for an incomplete item, but the amount of held text is bounded: text without an item,
-/// or a packet without an end, is discarded once it reaches kLastPosition characters. Between events the
-/// scanner therefore never holds more than kLastPosition characters plus an introducer.
+/// There is no timeout for an incomplete item, but the amount of held text is bounded. Text without an item,
+/// or a packet without an end, is discarded in parts of kLastPosition characters. Between events the scanner
+/// therefore never holds more than kLastPosition characters plus an introducer.
 class StreamScanner {
  public:
   /// The item that is being read. The values are those of ScanKind.

@@ -15,7 +15,8 @@ namespace corvex {
 /// Text after the last column makes its row longer. A text that would extend beyond kLastPosition resets the
 /// whole display instead, so that the length of a row is bounded.
 ///
-/// Known sequences, without the ESC. For an unknown sequence, at most seven characters are skipped.
+/// Known sequences are listed below without the ESC. Of an unknown sequence, at most seven characters after
+/// the ESC are skipped.
 ///
 ///   [r;cH                  cursor to row r, column c, each 0 to 255
 ///   [H                     cursor to 1;1

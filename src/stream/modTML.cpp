@@ -223,7 +223,8 @@ void TagStream::HandleTagPacket(std::string_view packet) {
       state_.screenChanged = true;
       break;
     case TagToken::ChoiceScreen:
-      // A choice list covers the screen below it. Closing the list returns to that screen.
+      // `prevScreenKind` stays: a choice list only covers the screen before it. CloseChoiceScreen returns to
+      // `prevScreenKind`.
       state_.screenKind = ScreenKind::ChoiceScreen;
       ParseScreenRecord(packet, state_.choiceScreen);
       state_.choiceChanged = true;
@@ -275,8 +276,8 @@ void TagStream::HandleTagPacket(std::string_view packet) {
 
 /// Prepares for the packet with this tag. Cancels pending changes that the packet would undo. Pending changes
 /// that the packet would overwrite are shown now, by `settle`. After a burst of packets the screen is
-/// therefore the same as if each packet had been shown on its own. For the changes that
-/// remain pending, the fixed order of the dispatcher is correct.
+/// therefore the same as if each packet had been shown on its own. The dispatcher's fixed order is correct
+/// for the changes that remain pending.
 void TagStream::Supersede(TagToken token) {
   SessionState& s = state_;
   bool shows = false;  // pending changes must be shown first
@@ -319,8 +320,9 @@ void TagStream::DropMenu() {
   state_.softKeysChanged = true;
 }
 
-/// Soft keys after a pending menu: the menu clears the old keys first. A line that is stored without
-/// `softKeysChanged` must not replace the keys on the screen, so a pending earlier line is shown before it.
+/// Stores the soft keys of a packet. If a menu is pending, clears the keys from before the menu first. A line
+/// that is stored without `softKeysChanged` must not appear on the screen; if an earlier line is pending,
+/// that line is shown first.
 void TagStream::ParseKeys(std::string_view packet) {
   if (state_.menuChanged && !std::exchange(state_.keysAfterMenu, true)) {
     state_.softKeyText.fill({});

@@ -94,7 +94,7 @@ class TagStream {
   void Supersede(TagToken token);
   void DropMenu();
   static void Store(std::string& text, std::string_view payload, bool& changed);
-  /// Changes the screen kind and keeps the old kind, so that closing the new screen can return to it.
+  /// Changes the screen kind and stores the old kind in `prevScreenKind`, to which a close tag returns.
   void LeaveFor(ScreenKind kind);
   /// Prepares for a new screen that the modem paints with plain text.
   void BeginPaintedScreen();

@@ -70,7 +70,7 @@ void FormWindow::MakeViews() {
 }
 
 FormWindow::~FormWindow() {
-  // The child widgets are destroyed after this, and an open menu then still moves the focus.
+  // The child widgets are destroyed after this destructor. An open menu still moves the focus then.
   disconnect(qApp, nullptr, this, nullptr);
   if (form_ != nullptr) form_->observer = nullptr;
 }
@@ -258,7 +258,7 @@ void FormWindow::ApplyRect() {
     resize(size);
     PostResize();
   }
-  // The system places a form whose position was never set.
+  // If the position of the form was never set, the window system chooses it.
   if (wanted.left != shownRect_.left || wanted.top != shownRect_.top) {
     shownPos_ = OnScreen({Pixels(wanted.left), Pixels(wanted.top)}, size);
     move(shownPos_);

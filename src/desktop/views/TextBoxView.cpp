@@ -13,8 +13,9 @@ namespace corvex {
 
 namespace {
 
-/// Returns the number of characters that the page shows of a text: all except CR. The page is the widget for
-/// a text of several lines.
+// In this file, "page" means the widget that shows a text box with several lines.
+
+/// Returns the number of characters of a text that the page shows: all except CR.
 std::size_t ShownLength(std::string_view text) {
   return text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
 }
@@ -222,8 +223,8 @@ class PagesView : public WidgetView<TextBox, Pages> {
     const std::size_t place = places_.Of(text, position);
     if (whole_) return;
     taken_ += inserted.size();
-    // When the text is emptied in a closed window, or after kMostTaken bytes, the page is set as a whole.
-    // This discards the undo history, so the old text cannot come back.
+    // If the text is emptied in a closed window, or after kMostTaken bytes, set the page as a whole. This
+    // discards the undo history, so the old text cannot come back.
     const bool anew = taken_ > kMostTaken || !control_.form().visible;
     if (removed > 0 && removed == text.size() && anew) {
       whole_ = true;
