@@ -7,24 +7,25 @@
 
 namespace corvex {
 
-/// Ends the program when the system asks for it, in the same way as the main window's close box.
+/// Ends the program when the operating system requests it, in the same way as the main window's close box.
 ///
 /// Reacts to the end of the desktop session and, on Unix, to SIGTERM, SIGHUP and SIGINT. On Windows, the
 /// program has no console and therefore receives no console events.
 class SystemEnd : public QObject {
  public:
-  /// Time limit for closing. After this time the program ends without a farewell to the modem.
+  /// Time limit for closing. After this time the program ends even if it has not yet sent the modem the
+  /// characters that end a session.
   static constexpr EventLoop::Time kLimit = std::chrono::seconds(3);
 
-  /// `callOff` closes open dialogs and menus; `close` does what the close box does. Both are called
-  /// repeatedly until the program has ended, because nested waits end only one after the other.
+  /// `callOff` closes open dialogs and menus. `close` does what the close box does. Both are called again and
+  /// again until the program has ended, because several dialogs on top of each other end one at a time.
   SystemEnd(EventLoop& loop, std::function<void()> callOff, std::function<void()> close);
   ~SystemEnd() override;
 
-  /// Starts to end the program and returns at once.
+  /// Starts ending the program and returns immediately.
   void Request();
-  /// Ends the program and returns when it has ended, because the system may kill the process right
-  /// afterwards. Intentional: the program ends even if another program then cancels the end of the session.
+  /// Ends the program and returns when it has ended, because the system may kill the process after the call.
+  /// Intentional: the program also ends if another program then cancels the end of the desktop session.
   void EndNow();
 
  protected:

@@ -81,8 +81,7 @@ constexpr auto kTagOfSlot = [] {
 constexpr std::size_t kTagStart = kPacketStart.size();  // position of the tag's "<"
 constexpr std::size_t kPrintDiscarded = 3;
 
-/// Limit of `printText` in bytes. The rest of a longer print job is not kept there, but its lines are still
-/// handed over in `printLine`.
+/// Maximum size of `printText` in bytes. Further lines of the print job are added to `printLine` only.
 constexpr std::size_t kMaxPrintText = 16u << 20;
 
 /// Returns the tag whose ">" is at `end`.
@@ -210,7 +209,7 @@ void TagStream::HandleTagPacket(std::string_view packet) {
       BeginPaintedScreen();
       state_.screenKind = ScreenKind::TableScreen;
       state_.tableChanged = true;
-      // Moving within a table keeps the screen on hold.
+      // A redraw after a cursor movement within a table does not end MainState::screenHold.
       if (state_.prevScreenKind != ScreenKind::TableScreen) state_.screenChanged = true;
       break;
     case TagToken::MenuScreen:
@@ -273,13 +272,13 @@ void TagStream::HandleTagPacket(std::string_view packet) {
   }
 }
 
-/// Prepares for the packet with this tag. Cancels pending changes that the packet would undo. Pending changes
-/// that the packet would overwrite are shown now, by `settle`. After a burst of packets the screen is
-/// therefore the same as if each packet had been shown on its own. For the changes that
-/// remain pending, the fixed order of the dispatcher is correct.
+/// Handles the pending changes of earlier packets before a packet with this tag is decoded. Cancels the
+/// changes that the packet makes obsolete. Calls `settle` if changes must be shown before the packet. The
+/// changes that remain pending can be shown later, in the dispatcher's fixed order. A burst of packets
+/// therefore leaves the same screen as packets that are shown one by one.
 void TagStream::Supersede(TagToken token) {
   SessionState& s = state_;
-  bool shows = false;  // pending changes must be shown first
+  bool shows = false;  // true if pending changes must be shown before the packet
   switch (token) {
     case TagToken::MenuScreen:
       s.choiceChanged = s.closeMenu = s.tableChanged = false;
@@ -319,8 +318,9 @@ void TagStream::DropMenu() {
   state_.softKeysChanged = true;
 }
 
-/// Soft keys after a pending menu: the menu clears the old keys first. A line that is stored without
-/// `softKeysChanged` must not replace the keys on the screen, so a pending earlier line is shown before it.
+/// Stores a line of soft keys. If a menu is pending, the old keys are cleared first, because the menu would
+/// clear them. ParseSoftKeys may store a line and clear `softKeysChanged`, so that the line is not shown. In
+/// that case a pending earlier line is shown now.
 void TagStream::ParseKeys(std::string_view packet) {
   if (state_.menuChanged && !std::exchange(state_.keysAfterMenu, true)) {
     state_.softKeyText.fill({});
