@@ -48,7 +48,7 @@ PseudoTerminal OpenPseudoTerminal(std::string& error) {
   return {};
 }
 
-/// Whether a program has the other end open.
+/// Returns whether a program has opened the other end.
 bool OtherEndOpen(int handle) {
   pollfd state = {handle, POLLIN, 0};
   return poll(&state, 1, 0) == 0 || (state.revents & POLLHUP) == 0;

@@ -25,8 +25,8 @@ class Status {
   /// Returns the packets of a full report, for the start of a session: date, measurements and conditions.
   std::string Report() const;
 
-  /// Advances by one tick, in which the measurements drift a little. Returns the packets that report the
-  /// changes. The time is always among them, as the unit's sign of life.
+  /// Advances by one tick and changes the measurements slightly. Returns the packets that report the changes.
+  /// They always include the time, which shows the PC that the unit is alive.
   std::string Tick();
 
   /// Applies an effect and returns its packet; empty if `effect` has no tag.

@@ -109,7 +109,7 @@ bool SystemFiles::Replace(const std::string& file, const std::string& by) {
   const bool grouped = own.st_gid == old.st_gid || chown(by.c_str(), kSameOwner, old.st_gid) == 0;
   const bool owned = own.st_uid == old.st_uid || chown(by.c_str(), old.st_uid, kSameGroup) == 0;
   mode_t mode = old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
-  if (!grouped) mode &= ~static_cast<mode_t>(S_IRWXG);  // meant for the old group only
+  if (!grouped) mode &= ~static_cast<mode_t>(S_IRWXG);  // these permissions were for the old group only
   if (chmod(by.c_str(), mode) != 0 || !grouped || !owned || old.st_nlink > 1) return false;
   return std::rename(by.c_str(), file.c_str()) == 0;
 }

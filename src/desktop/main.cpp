@@ -29,8 +29,8 @@ namespace {
 
 int Run(QApplication& application) {
   using namespace corvex;
-  // The main window ends the program after its farewell to the modem. Hiding the last window must not end the
-  // program.
+  // The main window ends the program after it has closed the session with the modem. Hiding the last window
+  // must not end the program earlier.
   QApplication::setQuitOnLastWindowClosed(false);
   ApplyTheme(application);
   QApplication::setWindowIcon(PictureIcon("logo"));

@@ -134,7 +134,7 @@ void TerminalLink::DrainOutput() {
   }
 }
 
-/// Like DrainOutput, but waits kOutputTime at most. Used before output is discarded.
+/// Like DrainOutput, but waits no longer than kOutputTime. Used before output is discarded.
 void TerminalLink::LetOutputLeave() {
   const auto limit = loop_.Now() + kOutputTime;
   EventLoop::Wait wait(loop_);
@@ -169,8 +169,8 @@ void TerminalLink::OnComm(SerialControl::CommEvent event) {
   if (main_.mode == ModemMode::Closing) return;
   const bool dispatches = Dispatches();
   // While the dispatcher runs (it may wait), the bytes stay in the port until the next event. Intentional.
-  // A dialogue that starts during such a wait reads the buffer itself, in a mode that does not dispatch, and
-  // does get its bytes.
+  // If a connect starts during such a wait, it reads the buffer itself, in a mode that does not dispatch. Its
+  // bytes are therefore appended.
   if (dispatches ? commBusy_ : !received_.HasRoom()) return;
   const std::string text = comPort_.Input();
   RecordOutput();  // first, so that an answer is recorded after its command
@@ -230,7 +230,8 @@ bool TerminalLink::OpenSocket() {
       return true;
     }
     if (state == SocketControl::kClosed) {
-      // Not counted: if the socket closes again immediately, this retries forever. Intentional.
+      // This round is not counted. If the socket closes again immediately, the loop retries forever.
+      // Intentional.
       socketRecorded_ = false;
       const auto port = settings_.config.erbaccess.Get() ? kErbPort : ToInt32(settings_.config.lanport.Get());
       if (!sock_.Connect(settings_.config.lanaddress.Get(), port.value_or(0))) {

@@ -20,7 +20,7 @@ namespace corvex {
 /// called.
 ///
 /// Bytes that cannot be sent are dropped without an error, except by WriteBlock. The caller notices the
-/// missing answer: links to these terminals are often interrupted, and every dialogue has its own retries.
+/// missing answer: links to these terminals are often interrupted, so every exchange has its own retries.
 ///
 /// All waits pump events, so timers, menu commands and received bytes are handled during a wait. Every wait
 /// can be abandoned (see EventLoop::Wait).
@@ -53,7 +53,7 @@ class TerminalLink {
   void WriteBlock(std::string_view bytes);
   /// Waits, without a timeout, until the serial port has sent everything. Returns immediately for a socket.
   void DrainOutput();
-  /// Cancels whatever the modem is doing: opens the link if necessary, sends CAN and waits 0.05 s.
+  /// Cancels the modem's current operation: opens the link if necessary, sends CAN and waits 0.05 s.
   void SendCancel();
   /// Asks the modem to paint its screen again.
   void SendTagModeRequest();

@@ -59,7 +59,7 @@ class SerialControl {
   std::function<void(CommEvent)> onComm;
 };
 
-/// Whether a serial device can be used, as far as the program can find out without opening it.
+/// The state of a serial device, as far as the program can find out without opening the device.
 enum class PortState {
   Absent,
   Usable,  ///< Another program may still be using the device. Only opening it shows that.

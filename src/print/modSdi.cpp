@@ -57,8 +57,8 @@ bool AutoSave::Save(const std::function<std::string(std::size_t place)>& from) n
     if (!saved) return false;
     size_ = fs::file_size(path_);
     time_ = fs::last_write_time(path_);
-    // A wrong size means that the file was written in part or changed by somebody else. The next Save then
-    // replaces it.
+    // If the size is wrong, the file was written in part, or another program has changed it. The next Save
+    // then replaces it.
     const std::size_t all = before + added.size();
     if (size_ == kHeader.size() + all + kCrLf.size()) written_ = all;
     return true;

@@ -29,21 +29,21 @@ constexpr int kPrint = 42;
 constexpr int kF4 = 115;
 constexpr int kF7 = 118;
 
-/// Whether a key code is that of a letter or a digit. Their codes are the upper-case characters.
+/// Returns whether a key code is that of a letter or a digit. The code is the upper-case character.
 bool IsCharacterKey(int keyCode) {
   return (keyCode >= '0' && keyCode <= '9') || (keyCode >= 'A' && keyCode <= 'Z') ||
          (keyCode >= 0xC0 && keyCode <= 0xFF);
 }
 
-/// Whether a screen covers another one, as messages and print jobs do. The covered screen stays. The kind of
-/// the covering screen is reported until the modem's next answer.
+/// Returns whether a screen of this kind covers another one, as messages and print jobs do. The covered
+/// screen remains below it. `screenKind` is the kind of the covering screen until the modem's next answer.
 bool LiesOver(ScreenKind kind) {
   return kind == ScreenKind::MsgScreen || kind == ScreenKind::PrintScreen;
 }
 
 }  // namespace
 
-/// A walk of the modem's cursor on a screen of one kind. Lives as long as the walk.
+/// A walk of the modem's cursor on a screen of one kind. The walk lasts for the lifetime of the object.
 class Keys::Walk {
  public:
   Walk(Keys& keys, ScreenKind kind)
@@ -53,7 +53,7 @@ class Keys::Walk {
         began_(keys.p_.state.screenKind),
         escapes_(keys.escapes_) {}
 
-  /// Whether a key would still reach the screen that it is meant for.
+  /// Returns false if the walk must stop, because the next key could reach another screen.
   bool GoesOn() const {
     const ScreenKind kind = keys_.p_.state.screenKind;
     return keys_.p_.main.mode == ModemMode::Terminal && keys_.escapes_ == escapes_ &&
@@ -70,7 +70,7 @@ class Keys::Walk {
 
 void Keys::Connect() {
   TermControls& window = p_.window;
-  // These events count only while the modem's own screen is shown.
+  // The events wrapped by this function have an effect only while the modem's own screen is shown.
   const auto inTerminal = [this](auto action) {
     return [this, action](auto... argument) {
       if (p_.main.mode == ModemMode::Terminal && !p_.main.leaving) action(argument...);
@@ -100,7 +100,7 @@ void Keys::Connect() {
 }
 
 void Keys::Send(std::string_view bytes) {
-  // It can take seconds to open the link. Keys that the user presses again in that time are ignored.
+  // Opening the link can take seconds. Keys that the user presses during that time are ignored.
   if (opening_) return;
   {
     const ScopedFlag opening(opening_);
@@ -160,7 +160,7 @@ void Keys::RestoreFocus() {
 
 void Keys::ClickSoftKey(std::size_t index) {
   if (walking_) return;
-  // A message may cover the choice list. The key is still meant for the list.
+  // A message may cover the choice list. The soft key still applies to the list.
   const ScreenKind kind = p_.state.screenKind;
   const bool inChoice = kind == ScreenKind::ChoiceScreen || (LiesOver(kind) && p_.window.frmChoice.visible);
   if (!inChoice || MoveChoiceTo()) {
@@ -176,8 +176,8 @@ void Keys::ClickEscape() {
   RestoreFocus();
 }
 
-/// Walks the modem's cursor to the chosen row. Returns false if the walk stopped early; the list may then
-/// open again.
+/// Moves the modem's cursor to the chosen row. Returns false if the walk stopped early. In that case the list
+/// may open again.
 bool Keys::MoveChoiceTo() {
   const int chosen = p_.window.ListChoice.listIndex;
   // If the user has chosen no row, the modem's cursor stays where it is.
@@ -199,7 +199,7 @@ bool Keys::MoveChoiceTo() {
   return false;
 }
 
-/// After a walk that was given up: shows the list again if the modem still shows it.
+/// Called after a walk was abandoned. Shows the list again if the modem still shows it.
 void Keys::ShowChoiceAgain() {
   const ScreenKind kind = p_.state.screenKind;
   p_.main.screenHold = false;
@@ -228,7 +228,7 @@ void Keys::HandleEvents() {
 }
 
 void Keys::ChooseFromList() {
-  // After a reset of the screen a list that is still visible is not the modem's.
+  // After a reset of the screen model, a list that is still visible is out of date.
   if (walking_ || !p_.window.frmChoice.visible || p_.state.screenKind == ScreenKind::NoScreen) return;
   if (!MoveChoiceTo()) return;
   const Walk walk(*this, ScreenKind::ChoiceScreen);
@@ -277,8 +277,8 @@ void Keys::ChooseFromMenu() {
   }
 }
 
-/// Reports at once whether the key is handled. Its action is posted, so that it runs after those of earlier
-/// keys.
+/// Sets `key.handled` immediately. The action of the key is posted, so that it runs after the actions of
+/// earlier keys.
 void Keys::KeyDown(KeyEvent& key) {
   const auto post = [this](auto action) { p_.window.loop().Post(action); };
   switch (p_.main.mode) {
@@ -320,8 +320,9 @@ void Keys::KeyDown(KeyEvent& key) {
 
 /// Presses the soft key whose letter was pressed with Alt.
 ///
-/// Intentional: only the first two characters of a key's text count, of which the first may be "&". A letter
-/// further to the right is underlined but does not work. And a choice list is not walked first.
+/// Intentional: only the first two characters of a key's text are compared. The first may be "&". A letter
+/// further to the right is underlined but has no effect. Also intentional: in a choice list the modem's
+/// cursor is not moved to the chosen row first.
 void Keys::PressHotKey(int keyCode) {
   if (!IsCharacterKey(keyCode) || walking_) return;
   for (std::size_t place = 0; place < 2; ++place) {
@@ -345,10 +346,10 @@ void Keys::TakeTyped(std::string_view text) {
 }
 
 void Keys::ClickRow(int row) {
-  // While the rows are frozen they do not show where the modem's cursor is. The second click of a double
-  // click would move the cursor too far.
+  // Frozen rows do not show the current position of the modem's cursor. Without this check, the second click
+  // of a double click would move the cursor too far.
   if (p_.state.screenKind != ScreenKind::TableScreen || walking_ || p_.main.rowsFrozen) return;
-  FreezeRows();  // hides what the modem paints during the walk
+  FreezeRows();  // the modem's painting during the walk is not shown
   try {
     if (!WalkTable(row)) {
       p_.main.rowsFrozen = false;
@@ -362,8 +363,8 @@ void Keys::ClickRow(int row) {
   if (p_.window.Active()) p_.window.CorvexFocus1.SetFocus();
 }
 
-/// Walks the modem's cursor to a row, or presses enter if the cursor is there already. Returns false if the
-/// walk stopped early.
+/// Moves the modem's cursor to a row. Presses enter if the cursor is already on that row. Returns false if
+/// the walk stopped early.
 bool Keys::WalkTable(int row) {
   const Walk walk(*this, ScreenKind::TableScreen);
   if (row == kCursorRow) p_.link.WriteText(kEnter);

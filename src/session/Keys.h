@@ -21,11 +21,11 @@ namespace corvex {
 ///   cursor up, down    ESC [ A, ESC [ B                 enter     character 13
 ///   menu item          its id as number text            refresh   character 18
 ///
-/// The modem has a cursor of its own. If the user chooses another row of a choice list or a table, the
-/// modem's cursor is walked to that row, key by key, and events are handled between the keys. During a walk
-/// the only key that the user can send is clear, since any other would reach a screen that the user has not
-/// seen. A walk stops early when the user clears, when the modem leaves the list, or when another passage
-/// between modes begins.
+/// The modem has its own cursor. If the user chooses another row of a choice list or a table, this class
+/// sends cursor keys until the modem's cursor is on that row: a walk. Events are handled between the keys.
+/// During a walk the user can only send the clear key, because any other key would reach a screen that the
+/// user has not seen. A walk stops early when the user presses clear, when the modem leaves the list, or when
+/// another passage begins.
 class Keys {
  public:
   struct Parts {
@@ -39,26 +39,27 @@ class Keys {
   };
 
   explicit Keys(const Parts& parts) : p_(parts) {}
-  /// Fills the window's events that lead to keys for the modem.
+  /// Connects the window's events that send keys to the modem.
   void Connect();
-  /// Is offered each key first. Returns true if the key belongs to a service panel.
+  /// Called first for each key. Returns true if a service panel has handled the key.
   std::function<bool(const KeyEvent&)> panelKey;
 
-  /// `key`: 1 to 5; nothing is sent for any other number.
+  /// `key` is 1 to 5. For any other number, nothing is sent.
   void PressSoftKey(int key);
   void SendEscape();
   void SendCursorDown();
   void SendCursorUp();
-  /// `item`: an entry of the session's menu, from 1.
+  /// `item` is the number of an entry in the session's menu, counted from 1.
   void SendMenuItem(int item);
-  /// Walks the modem back to its top level.
+  /// Returns to the top level of the modem's menus: sends clear seven times, with pauses. Takes 2.4 seconds.
   void SendEscapeSeries();
 
-  /// Whether the modem's cursor is being walked or a key waits for the link.
+  /// Returns whether a walk is in progress or a key is waiting for the link to open.
   bool Busy() const { return walking_ || opening_; }
 
-  /// Gives the focus to the control that takes keys now. Does nothing if the window is not active or if typed
-  /// keys do not go to the modem. They do in the mode Terminal and in the byte editor with auto send.
+  /// Gives the focus to the control that receives keys in the current state. Does nothing if the window is
+  /// not active or if typed keys are not sent to the modem. Typed keys are sent in the mode Terminal, and in
+  /// the byte editor with auto send.
   void RestoreFocus();
 
  private:
@@ -87,13 +88,13 @@ class Keys {
   void Refresh();
 
   void PrintWindow();
-  /// Sends over the link, which is opened if necessary. Does nothing while another key waits for the link.
+  /// Opens the link if necessary and sends. Does nothing while another key waits for the link to open.
   void Send(std::string_view bytes);
 
   Parts p_;
   bool walking_ = false;
   bool opening_ = false;
-  unsigned escapes_ = 0;  ///< How many times the user has cleared.
+  unsigned escapes_ = 0;  ///< How many times the user has pressed clear.
 };
 
 }  // namespace corvex

@@ -20,11 +20,11 @@
 
 namespace corvex {
 
-/// The main window's modes apart from those of the service panels: how each is entered and left, and what the
-/// modem is sent on the way.
+/// Enters and leaves the main window's modes, except those of the service panels, and sends the modem what
+/// each change requires.
 ///
-/// Each procedure waits by pumping events, so clicks, ticks and received bytes are handled during the wait.
-/// If one of them begins another passage, the first is given up (see Passages).
+/// Each function waits by pumping events, so clicks, timers and received bytes are handled during the wait.
+/// If an event begins another passage, the current passage is abandoned (see Passages).
 class ModeMachine {
  public:
   struct Parts {
@@ -57,7 +57,7 @@ class ModeMachine {
   /// The terminal is switching off: goes offline, then closes the link.
   void ShutDown();
 
-  /// A service panel has been left. Goes back to the modem's menus if they had been entered before.
+  /// Called after a service panel was left. Returns to the modem's menus if they had been entered before.
   void ReturnFromPanel();
 
   // Windows of their own. The first two return when the window has been closed. They then go back to the

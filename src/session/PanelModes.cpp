@@ -95,8 +95,8 @@ void PanelModes::EnterAtMode() {
     ShowTextPanel(kAtPanel);
     p_.main.mode = ModemMode::AtMode;
     MarkMode(p_.window, p_.main.mode);
-    // The mode has been entered. The pause is in a passage of its own, so that midnight cannot repeat the
-    // rest.
+    // The mode has been entered. The pause is in a separate passage: if midnight makes that passage start
+    // again, the steps above are not repeated.
     p_.passages.Begin([this] { FocusAtMode(); });
   });
 }
@@ -127,7 +127,7 @@ void PanelModes::LeaveTerminal() {
 
 void PanelModes::ShowTextPanel(std::size_t panel) {
   TermControls& window = p_.window;
-  p_.received.DiscardRx();  // received while no panel showed it
+  p_.received.DiscardRx();  // discards bytes that arrived before the panel was shown
   window.pointer = Pointer::Normal;
   window.txtRx.SetText({});
   window.txtRx.visible = true;

@@ -15,8 +15,8 @@
 
 namespace corvex {
 
-/// The modes of the service panels: port setup, test interface and AT mode. How each is entered and left, and
-/// what the modem is sent on the way.
+/// Enters and leaves the modes of the service panels, which are port setup, test interface and AT mode, and
+/// sends the modem what each change requires.
 class PanelModes {
  public:
   struct Parts {
@@ -33,17 +33,17 @@ class PanelModes {
 
   explicit PanelModes(const Parts& parts) : p_(parts) {}
 
-  // Each is a toggle: if its own mode is on, it leaves that mode.
+  // Each function is a toggle: if its mode is the current one, it leaves that mode.
   void EnterPortSetup();
   void EnterTestInterface();
   void EnterAtMode();
 
-  /// The port setup as a part of a passage that is under way.
+  /// Enters or leaves the port setup within the current passage.
   void ShowPortSetup();
-  /// Hides the panel of the current mode and ends its dialogue with the modem. The link stays open.
+  /// Hides the panel of the current mode and ends its exchange with the modem. The link stays open.
   void LeavePanel();
 
-  /// A mode has been left by its own toggle, and no other has been entered yet.
+  /// Called when a mode has been left by its own toggle. No other mode has been entered yet.
   Event<> left;
 
  private:

@@ -11,8 +11,8 @@ void Passages::Begin(const Passage& passage) {
         again = false;
         run();
       } catch (const WaitAbandoned& wait) {
-        // A pause over midnight is given up although nothing replaces the passage, which therefore starts
-        // over.
+        // A pause that runs over midnight is abandoned without a new passage. In that case this passage
+        // starts again.
         if (!wait.overdue || main_.passage != number) throw;
         again = true;
       }

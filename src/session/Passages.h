@@ -8,17 +8,18 @@
 
 namespace corvex {
 
-/// A procedure that leads from one mode of the main window into another. It may wait on its way.
+/// A change from one mode of the main window to another. It may wait before it is complete.
 struct Passage {
   EventLoop::Task run;
-  EventLoop::Task interrupted = {};  ///< Runs again if `run` changes nothing. May be empty.
-  bool connects = false;             ///< The passage ends in the modem's menus if the modem answers.
+  EventLoop::Task interrupted = {};  ///< The passage to repeat if the link cannot be opened. May be empty.
+  bool connects = false;             ///< True if the passage connects to the modem and enters its menus.
 };
 
-/// Starts the passages, of which one at most is under way.
+/// Runs passages. At most one passage is current.
 ///
-/// A passage that begins makes every wait on the stack give up, and runs once the stack has unwound. So the
-/// last of several clicks counts, and the passages that it replaces send nothing more to the modem.
+/// A new passage abandons every wait on the stack and starts when the stack has unwound. If the user clicks
+/// several times, only the passage of the last click is completed. The earlier ones send nothing more to the
+/// modem.
 class Passages {
  public:
   Passages(EventLoop& loop, MainState& main, TerminalLink& link) : loop_(loop), main_(main), link_(link) {}
@@ -26,18 +27,18 @@ class Passages {
   void Begin(EventLoop::Task run) { Begin(Passage{std::move(run)}); }
   void Begin(const Passage& passage);
 
-  /// Begins a passage that needs the link, which it opens first. If the link cannot be opened, the passage
-  /// that was interrupted runs again.
+  /// Begins a passage that needs the link. The link is opened first. If that fails, the passage that this one
+  /// has interrupted runs again.
   void BeginOnLink(EventLoop::Task run);
 
-  /// Whether the passage under way connects to the modem.
+  /// Returns whether the current passage connects to the modem.
   bool Connecting() const { return underWay_.connects; }
 
  private:
   EventLoop& loop_;
   MainState& main_;
   TerminalLink& link_;
-  Passage underWay_;  ///< Empty when no passage is under way.
+  Passage underWay_;  ///< The current passage; empty if there is none.
 };
 
 }  // namespace corvex

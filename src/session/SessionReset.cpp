@@ -38,7 +38,7 @@ void SessionReset::ClearScreen() {
 
 void SessionReset::ResetScreen() {
   p_.grid.ResetScreenModel();
-  p_.main.rowsFrozen = false;  // the timer that would end a walk of the modem's cursor may have been stopped
+  p_.main.rowsFrozen = false;  // the timer that would do so may have been stopped
   p_.main.screenHold = false;
 }
 

@@ -12,7 +12,7 @@
 
 namespace corvex {
 
-/// Puts away what belongs to the session that is left: running timers, the trace window, the modem's screen.
+/// Clears what belongs to a session that ends: running timers, the trace window, the modem's screen.
 class SessionReset {
  public:
   struct Parts {
@@ -29,18 +29,18 @@ class SessionReset {
 
   explicit SessionReset(const Parts& parts) : p_(parts) {}
 
-  /// Stops every timer of the window. Also ends what only a timer would end: the popup, and the hold on the
-  /// rows while the modem's cursor is walked.
+  /// Stops every timer of the window. Also ends what only a timer would end: the popup, and the freezing of
+  /// the rows after a walk of the modem's cursor (see Keys).
   void StopTimers();
-  /// Closes the master trace window if it is open, and tells the modem. Waits.
+  /// Closes the master trace window if it is open, and switches the trace off in the modem. Waits.
   void CloseTrace();
-  /// Clears the screen and the indicators, so that nobody takes an old value for a current one.
+  /// Clears the screen and the indicators, so that no outdated value is shown.
   void ClearSession();
   /// Clears the rows and the soft keys.
   void ClearScreen();
-  /// Makes the screen model empty and lets the rows be painted again.
+  /// Clears the screen model, and allows the rows to be painted again if they were frozen.
   void ResetScreen();
-  /// Discards the changes that have not been shown, except those of print jobs and of the chosen modem.
+  /// Discards the pending changes, except those of print jobs and the name of the chosen modem.
   void DropChanges();
 
  private:

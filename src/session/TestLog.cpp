@@ -15,18 +15,19 @@ namespace corvex {
 namespace {
 
 constexpr double kPause = 0.3;
-/// If a step takes this much longer than planned, in seconds, the macro cannot know which screen is shown.
+/// In seconds. If a step takes this much longer than planned, another screen may be shown than expected.
 constexpr double kHeldUp = 2;
 
-/// No log begins in the last minute of a day. A pause over midnight is given up, and the log would be lost
-/// with it.
+/// No log begins in the last minute of a day. A pause that runs over midnight is abandoned, and the rest of
+/// the log would be lost.
 constexpr double kLastStart = 86400 - 60;
 
 const std::string& Row(const TermControls& window, std::size_t row) {
   return window.corvexLbl[row].caption.Get();
 }
 
-/// Whether a row contains the word "PIN", alone or with a digit after it: "SIM PIN2:", but not "SHIPPING".
+/// Returns whether a row contains the word "PIN", alone or followed by a digit: true for "SIM PIN2:", false
+/// for "SHIPPING".
 bool AsksForPin(std::string_view text) {
   constexpr std::string_view kWord = "PIN";
   const std::string row = UpperCase(text);
@@ -40,7 +41,7 @@ bool AsksForPin(std::string_view text) {
   return false;
 }
 
-/// Whether the screen asks for a PIN, also if the row has not been painted yet.
+/// Returns whether the screen asks for a PIN. Also checks the received row if it has not been painted yet.
 bool AsksForPin(const TermControls& window, const SessionState& state) {
   constexpr std::size_t kRow = 3;
   return AsksForPin(Row(window, kRow)) ||
@@ -53,8 +54,8 @@ std::string_view From(std::string_view text, std::size_t place) {
 
 }  // namespace
 
-/// One run of the macro. When it cannot go on, all later steps do nothing, so the steps need no checks. A
-/// wait that is given up leaves Run by an exception.
+/// One run of the macro. When it must stop, all later steps do nothing, so Run needs no checks between them.
+/// If a wait is abandoned, Run throws WaitAbandoned.
 class TestLog::Macro {
  public:
   explicit Macro(const Parts& parts) : p_(parts) {}
@@ -88,7 +89,8 @@ class TestLog::Macro {
     Line("Position shown as " + p_.state.gpsPosText);
   }
 
-  /// The four pages make 21 lines. Each line is written at once, since the session may end.
+  /// Writes the four pages of the table, 21 lines in all. Each line is written immediately, because the
+  /// session may end.
   void ReadStatusTable() {
     constexpr std::size_t kNumberRow = 3;
     constexpr std::size_t kNumberPlace = 18;
@@ -106,7 +108,8 @@ class TestLog::Macro {
     ReadPage(6);
   }
 
-  /// Begins with the third row, which has the modem's cursor marker.
+  /// Writes the rows with the indexes 2 to `lastRow`. Leaves out the modem's cursor marker at the start of
+  /// row 2.
   void ReadPage(std::size_t lastRow) {
     constexpr std::size_t kMarker = 3;
     Line(From(Row(p_.window, 2), kMarker));
@@ -184,8 +187,8 @@ class TestLog::Macro {
   void Wait() {
     Spend(kPause, [this] { Pause(p_.window.loop(), kPause); });
   }
-  /// Runs an action that should take this many seconds. If it takes longer, a message box or a window has
-  /// held it up, and the user is doing something else.
+  /// Runs an action that should take this many seconds. If it takes kHeldUp longer, the run stops: a message
+  /// box or a window has delayed the action, and the user may have changed the screen.
   void Spend(double seconds, const std::function<void()>& act) {
     if (!GoesOn()) return;
     const EventLoop& loop = p_.window.loop();
@@ -196,8 +199,8 @@ class TestLog::Macro {
   }
 
   bool GoesOn() const { return !lost_ && p_.main.mode == ModemMode::Terminal; }
-  /// The macro's digits would be a wrong PIN, and three wrong PINs lock the SIM card. The run ends with the
-  /// first key that is not sent, since the next keys would go to a wrong screen.
+  /// Returns false if the screen asks for a PIN. The macro's digits would be a wrong PIN, and three wrong
+  /// PINs lock the SIM card. The run then stops, because the next keys would reach the wrong screen.
   bool MayType() {
     lost_ = lost_ || AsksForPin(p_.window, p_.state);
     return GoesOn();
@@ -216,13 +219,14 @@ void TestLog::Check() {
   if (p_.main.mode != ModemMode::Closing) p_.window.logCheck.enabled = true;
 }
 
-/// Whether a message box or a modal window is open. A box about the log's own print jobs does not count,
-/// since the user may be away.
+/// Returns whether a message box or a modal window is open. A box about the log's own print jobs is ignored,
+/// because there may be no user to close it.
 bool TestLog::BoxOpen(const Parts& parts) {
   return parts.window.loop().ModalsOpen() > parts.main.ownBoxes;
 }
 
-/// If this returns false, the log is taken at a later check, since the time has not been stored yet.
+/// Returns whether a log may begin now. If not, the next check tries again, because LogDue has not yet stored
+/// the time.
 bool TestLog::MayBegin() const {
   return p_.settings.logging.active.Get() && p_.main.mode == ModemMode::Terminal && !p_.keys.Busy() &&
          !BoxOpen(p_) && !AsksForPin(p_.window, p_.state) &&

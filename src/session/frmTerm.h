@@ -36,8 +36,8 @@ namespace corvex {
 /// and connects the window's events to them. The program creates it, calls Load, and runs until it closes.
 class frmTerm : public TermControls {
  public:
-  /// The longest time that closing may take, whatever waits. It is enough to say goodbye over the LAN, which
-  /// takes longest.
+  /// Time limit for closing. It is long enough to end a session over the LAN, which takes longer than over a
+  /// serial port.
   static constexpr EventLoop::Time kClosingTime = std::chrono::milliseconds(850);
 
   /// How long Load waits for the window to become the active one.
@@ -57,7 +57,7 @@ class frmTerm : public TermControls {
   TestInterface& test() { return test_; }
 
  private:
-  // Fill the events of the controls and of the session's parts.
+  // Set the event handlers of the controls and the callbacks of the session's parts.
   void ConnectEvents();
   void ConnectStream();
   void ConnectSession();
@@ -66,7 +66,8 @@ class frmTerm : public TermControls {
   void ConnectPortPanel();
   void ConnectTimers();
   void ConnectWindow();
-  /// A handler that does nothing once the program is closing, when no dialogue with the modem may begin.
+  /// Wraps a handler so that it does nothing while the program is closing. No new exchange with the modem may
+  /// begin then.
   EventLoop::Task UnlessClosing(EventLoop::Task action);
 
   void SetMenus();
@@ -80,7 +81,7 @@ class frmTerm : public TermControls {
   void OnResize();
   void ToggleGps();
   void Close();
-  /// Whether the user has chosen a mode already, so that the start must not connect.
+  /// Returns whether the user has already chosen a mode. If so, the program does not connect at its start.
   bool Chosen() const { return main_.passage > 0; }
 
   static Platform With(Dialogs& dialogs, Printers& printers, const Platform& platform);

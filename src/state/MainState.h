@@ -18,10 +18,10 @@ struct MainState {
   int ownBoxes = 0;         ///< Number of open message boxes that were caused by print jobs of periodic logs.
   std::string applicationTitle;  ///< Contains the terminal's name once it has been detected.
   std::string statusNumber;      ///< Read from the modem's status table by the last test log.
-  unsigned passage = 0;          ///< Number of mode changes begun so far; see Overtaken.
+  unsigned passage = 0;          ///< Number of mode changes (see Passages) begun so far.
 };
 
-/// Returns whether a dialogue with the modem is in progress that user input would disturb.
+/// Returns whether the program is exchanging data with the modem in a way that user input would disturb.
 inline bool LinkTaken(const MainState& main) {
   if (main.leaving) return true;
   switch (main.mode) {
@@ -35,8 +35,8 @@ inline bool LinkTaken(const MainState& main) {
   }
 }
 
-/// Reports whether a mode change has begun since this object was created. A new mode change ends a pending
-/// EventLoop::Wait by itself, but not a question to the user. Use this class after such a question.
+/// Reports whether a mode change has begun since this object was created. A new mode change abandons every
+/// EventLoop::Wait, but not a question to the user. Use this class after such a question.
 class Overtaken {
  public:
   explicit Overtaken(const MainState& main) : main_(main), passage_(main.passage) {}
