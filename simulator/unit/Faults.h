@@ -36,8 +36,8 @@ class FaultyLine {
   void Send(std::string_view bytes);
   /// Changes the faults from now on. Bytes that are already waiting keep their order and delay.
   void SetFaults(Faults faults);
-  /// Resets the line for a new connection: drops waiting bytes and counts the bytes until the hang-up from 0
-  /// again. The sequence of random faults continues.
+  /// Resets the line for a new connection: drops the waiting bytes and restarts the count for `hangUpAfter`.
+  /// The sequence of random faults continues.
   void Reset();
 
  private:

@@ -275,7 +275,7 @@ std::string Mmi::Drawing() {
 
 std::string Mmi::LeaveList(Kind next) {
   const Kind shown = std::exchange(listShown_, Kind::Text);
-  // The close packet is also sent if another list follows in the same burst.
+  // The close packet is sent even if another list follows in the same burst.
   if (shown == Kind::Menu && next != Kind::Message) return Packet("CloseMenuScreen");
   if (shown == Kind::Choice && next != Kind::Choice) return Packet("CloseChoiceScreen");
   return {};

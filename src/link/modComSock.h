@@ -16,8 +16,8 @@ namespace corvex {
 /// The program's only connection to the modem: a duplex link over a serial port or over TCP. The setting
 /// `lan` selects the route and is read at each use.
 ///
-/// Received bytes are appended to the receive buffer. In the modes that show them, `processReceived` is
-/// called.
+/// Received bytes are appended to the receive buffer. Then `processReceived` is called, but only in modes
+/// that show received bytes.
 ///
 /// Bytes that cannot be sent are dropped without an error, except by WriteBlock. The caller notices the
 /// missing answer: links to these terminals are often interrupted, so every exchange has its own retries.
@@ -60,11 +60,11 @@ class TerminalLink {
 
   // Opening and closing.
 
-  /// Opens the link and logs in, if necessary. Returns true if the link can be written to. Cheap when the
-  /// link is already open. Without an ERB login, a serial port that cannot be opened counts as open; the
-  /// caller notices the missing answer.
+  /// Opens the link and logs in, if necessary. Returns immediately if the link is already open. Returns true
+  /// if the link can be written to. On a serial port without an ERB login, also returns true if the port
+  /// cannot be opened. The caller then notices that no answer arrives.
   bool EnsureLinkOpen();
-  /// Returns whether the last EnsureLinkOpen could not start to connect because the address is unusable.
+  /// Returns true if the last EnsureLinkOpen did not try to connect because the address is invalid.
   bool OpenRefused() const { return openRefused_; }
   /// Closes the link. Waits up to kOutputTime for the output of the serial port to leave.
   void CloseLink();
@@ -73,14 +73,14 @@ class TerminalLink {
   /// Makes the next EnsureLinkOpen log in again. Only needed for a serial port: the ERB unit keeps its
   /// session while the port is closed, so the login normally stays complete.
   void ForgetLogin() { login_.ResetLogin(); }
-  /// Like ForgetLogin, but takes effect when the serial port is next closed. To be called when no modem
-  /// answers, as the ERB unit may have restarted.
+  /// Like ForgetLogin, but takes effect the next time the serial port is closed. Call this function when no
+  /// modem answers, because the ERB unit may have restarted.
   void DoubtLogin() { loginDoubted_ = true; }
 
   // Command and response.
 
-  /// Sends a command and waits for "OK" or a tag packet: up to eight rounds of 0.05 s, with one repeat of the
-  /// command after the third round. If the modem answers, asks it to paint its screen and returns true.
+  /// Sends a command and waits for "OK" or a tag packet, up to eight times 0.05 s. Sends the command once
+  /// more after the third time. If the modem answers, asks it to paint its screen and returns true.
   bool SendAndAwaitOk(std::string_view command);
   /// Asks the modem to start the tag stream. Returns false if the modem does not answer.
   bool EnterTagMode();
@@ -120,7 +120,7 @@ class TerminalLink {
   bool openRefused_ = false;
   bool loginDoubted_ = false;
   EventLoop::Time outputWait_{0};
-  EventLoop::TimerId outputTimer_ = 0;  // polls for output that has left, to record it
+  EventLoop::TimerId outputTimer_ = 0;  // checks which output has left, so that it can be recorded
   bool socketRecorded_ = true;          // the current connection, if any, has been recorded
 };
 

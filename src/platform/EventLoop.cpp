@@ -94,8 +94,8 @@ void EventLoop::RunDue() {
   Rearm();
 }
 
-/// Runs a task. Then runs the task of AbandonWaits and those of PostForQuiet, if the waits that they waited
-/// for are no longer on the stack.
+/// Runs a task. Then runs the task passed to AbandonWaits and the tasks passed to PostForQuiet, as soon as
+/// the stack is free of the waits that block them.
 void EventLoop::RunTask(const Task& task) {
   try {
     task();
@@ -174,8 +174,8 @@ void Pause(EventLoop& loop, double seconds) {
     const auto step =
         std::max(std::chrono::ceil<std::chrono::milliseconds>(rest), std::chrono::milliseconds(1));
     wait.Pump(std::min(loop.Now() + step, overdue));
-    // If both times have passed, the pause ends normally. A message box that was open during the pause can
-    // delay it that much.
+    // If the deadline has passed too, the pause ends normally. This happens when a message box stays open for
+    // a long time during the pause.
     if (loop.Now() >= overdue && clock() < deadline) throw WaitAbandoned{.overdue = true};
   }
 }

@@ -17,7 +17,7 @@ namespace corvex {
 /// arrive in pieces, cut at any place.
 ///
 /// An item is a packet, an escape sequence or a trace record. Plain text is held until an item follows. Plain
-/// text after a trace record is discarded.
+/// text between a trace record and the next item is discarded.
 ///
 /// An incomplete item has no timeout, but a size limit. Text without an item, or a packet without an end, is
 /// discarded when it reaches kLastPosition characters. Between events the scanner therefore never holds more
@@ -64,11 +64,11 @@ class StreamScanner {
 
   ScanState scanState_ = ScanState::Idle;
   bool scanBusy_ = false;
-  bool afterTrace_ = false;  ///< The last item was a trace record: plain text is discarded.
+  bool afterTrace_ = false;  ///< The last item was a trace record, so plain text is discarded.
   std::int16_t traceLength_ = 0;
 
   std::string pending_;     ///< The text being scanned.
-  std::size_t cursor_ = 0;  ///< Number of its characters that are consumed.
+  std::size_t cursor_ = 0;  ///< Number of characters at the start of `pending_` that are consumed.
   ItemSearch items_;
   WordSearch packetEnd_{kPacketEnd, 1};
 };

@@ -65,8 +65,8 @@ constexpr std::size_t Slot(std::string_view word) {
   return (word.size() + code(word[0]) + 16 * code(word[1]) + 7 * code(word.back())) % 256;
 }
 
-/// For each slot the index of its tag in kTags, or kTags.size() if the slot has no tag. Compilation fails if
-/// two tags share a slot. In that case change the factors in Slot.
+/// Maps each slot to the index of its tag in kTags, or to kTags.size() if the slot has no tag. Compilation
+/// fails if two tags share a slot. In that case change the factors in Slot.
 constexpr auto kTagOfSlot = [] {
   std::array<std::uint8_t, 256> places{};
   for (auto& place : places) place = kTags.size();
@@ -318,9 +318,9 @@ void TagStream::DropMenu() {
   state_.softKeysChanged = true;
 }
 
-/// Stores a line of soft keys. If a menu is pending, the old keys are cleared first, because the menu would
-/// clear them. ParseSoftKeys may store a line and clear `softKeysChanged`, so that the line is not shown. In
-/// that case a pending earlier line is shown now.
+/// Stores a line of soft keys. If a menu is pending, first clears the old keys, as showing the menu would do.
+/// If ParseSoftKeys stores the line but clears `softKeysChanged`, the line must not be shown, and `settle` is
+/// called for a pending earlier line.
 void TagStream::ParseKeys(std::string_view packet) {
   if (state_.menuChanged && !std::exchange(state_.keysAfterMenu, true)) {
     state_.softKeyText.fill({});
