@@ -58,7 +58,7 @@ class ErbFront {
   ErbFront& operator=(const ErbFront&) = delete;
 
   void Receive(std::string_view bytes);
-  /// The line comes up or goes down. Must not be called from within Send.
+  /// Called when the line connects or disconnects. Must not be called from within Send.
   void LineUp();
   void LineDown();
   /// The connected MUB; null if the line leads to the ERB unit itself.
