@@ -1,5 +1,6 @@
-// Measures how fast the modem's stream is decoded: the rate on mixed traffic, and that the cost is
-// proportional to the number of bytes for any traffic, well-formed or not.
+// Measures how fast the modem's stream is decoded. MixedInPieces measures the rate on mixed traffic. The
+// other benchmarks show that the cost is proportional to the number of bytes, for well-formed and malformed
+// traffic.
 
 #include <benchmark/benchmark.h>
 
@@ -21,7 +22,7 @@ void MixedInPieces(benchmark::State& run) {
 }
 BENCHMARK(MixedInPieces)->Arg(1)->Arg(64)->Arg(512)->Arg(4096)->Arg(65536)->Unit(benchmark::kMillisecond);
 
-/// All of the traffic in one event. The rate must be the same for each size. Two events before the
+/// Decodes all of the traffic in one event. The rate must be the same for each size. Two events before the
 /// measurement let the buffers reach their full size, so that memory allocation is not measured.
 void OneEvent(benchmark::State& run, const std::string& pattern) {
   const auto bytes = static_cast<std::size_t>(run.range(0));
@@ -32,7 +33,7 @@ void OneEvent(benchmark::State& run, const std::string& pattern) {
   run.SetBytesProcessed(run.iterations() * run.range(0));
 }
 
-/// The same traffic in events of one byte each.
+/// Decodes the same traffic in events of one byte each.
 void OneByteEvents(benchmark::State& run, const std::string& pattern) {
   const auto bytes = static_cast<std::size_t>(run.range(0));
   const std::string traffic = pattern.empty() ? MixedTraffic(bytes) : Repeated(pattern, bytes);

@@ -10,8 +10,8 @@
 
 namespace corvex::simulation::host {
 
-/// An open Asio stream whose reader may be slow. Bytes that the stream does not accept at once are queued,
-/// within a limit. Reading starts in the constructor; the destructor closes the stream.
+/// An open Asio stream whose reader may be slow. Bytes that the stream does not accept immediately are queued
+/// up to a limit. The constructor starts reading. The destructor closes the stream.
 template <typename Stream>
 class Connection {
  public:

@@ -32,7 +32,8 @@ PseudoTerminal OpenPseudoTerminal(std::string& error) {
   const char* name = nullptr;
   if (fd >= 0 && grantpt(fd) == 0 && unlockpt(fd) == 0 && fcntl(fd, F_SETFD, FD_CLOEXEC) == 0)
     name = ptsname(fd);
-  // The other end is opened and closed once. Only then does the system report whether somebody has it open.
+  // The other end is opened and closed once. Only then does the system report whether a program has opened
+  // it.
   const int other = name == nullptr ? -1 : open(name, O_RDWR | O_NOCTTY);
   termios settings = {};
   const bool usable = other >= 0 && tcgetattr(other, &settings) == 0;
@@ -48,7 +49,7 @@ PseudoTerminal OpenPseudoTerminal(std::string& error) {
   return {};
 }
 
-/// Whether a program has the other end open.
+/// Returns whether a program has opened the other end.
 bool OtherEndOpen(int handle) {
   pollfd state = {handle, POLLIN, 0};
   return poll(&state, 1, 0) == 0 || (state.revents & POLLHUP) == 0;

@@ -85,7 +85,7 @@ void TcpPort::AwaitClient() {
 }
 
 void TcpPort::TakeClient(tcp::socket socket) {
-  // The client may have disconnected and reconnected at once. Look processes the disconnect first.
+  // The new client may be the old one, whose disconnect has not been processed yet. Look processes it.
   if (client_ != nullptr) client_->Look();
   SetOptions(socket);
   if (client_ != nullptr) {

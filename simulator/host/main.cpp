@@ -79,7 +79,7 @@ int Run(const std::vector<std::string>& words) {
   } else {
     port = std::make_unique<TcpPort>(loop, *arguments.tcpPort, arguments.anyAddress);
   }
-  // Bytes from the unit pass through its faults, then over a line of the given speed, to the port.
+  // The path of the unit's bytes: `faulty` applies the faults, `paced` the speed of the line, `port` sends.
   const auto hangUp = [&port] { port->HangUp(); };
   PacedLine paced(loop, arguments.speed, [&port](std::string_view bytes) { port->Send(bytes); });
   FaultyLine faulty(

@@ -7,8 +7,8 @@ namespace corvex::simulation {
 
 /// The modem's command line. Collects characters, echoes them, and returns the line at CR.
 ///
-/// Line feeds and other control characters are ignored; a backspace deletes the last character. A line that
-/// is too long is cut and marked, so that noise on the line cannot fill the memory.
+/// Line feeds and other control characters are ignored; a backspace deletes the last character. A line longer
+/// than kLimit characters is cut and marked, so that noise on the line cannot fill the memory.
 class CommandLine {
  public:
   static constexpr std::size_t kLimit = 256;

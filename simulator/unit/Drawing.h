@@ -16,7 +16,7 @@ struct Place {
   std::vector<std::string> entries = {};  // the texts in the fields of a field screen
 };
 
-/// Whether the unit's display shows the screen. Otherwise the PC shows it as a list.
+/// Returns true if the unit's display shows screens of this kind, false if the PC shows them as lists.
 bool IsGrid(Kind kind);
 
 /// Returns the number of cursor positions on a screen.

@@ -14,8 +14,8 @@
 
 namespace corvex::simulation {
 
-/// The state of a MUB. A request to connect to it succeeds, is refused because somebody else uses the MUB, or
-/// fails because the MUB's line does not open.
+/// The state of a MUB. A request to connect succeeds if the MUB is Free, is refused if it is InUse by another
+/// user, and fails if it is Broken, because its line does not open.
 enum class MubState { Free, InUse, Broken };
 
 struct ErbOptions {
@@ -24,10 +24,11 @@ struct ErbOptions {
   std::string user = "root";
   std::string password = "zzz";
   std::array<MubState, kMubs> mubs{};
-  /// The ERB unit is connected over a serial port and does not notice when the port opens or closes, so a
-  /// session outlives the closing. If false, each connection starts with a login prompt.
+  /// True if the ERB unit is connected over a serial port. The unit does not notice when the port opens or
+  /// closes, so a session continues after the port closes. If false, each connection starts with a login
+  /// prompt.
   bool serial = false;
-  /// A MUB stays in use if its user disconnects without ending the session.
+  /// If true, a MUB stays in use when its user disconnects without ending the session.
   bool lingers = false;
   EventLoop::Time answerTime{0};                          ///< from the end of a line to its answer
   EventLoop::Time refusalTime = std::chrono::seconds(1);  ///< from a refusal to the next login prompt
@@ -44,9 +45,9 @@ struct ErbOptions {
 ///   connected to modem 1             from here on, the line belongs to the MUB
 ///   …AT+ERB_TRANSPARENT_MODE         until this word, which needs no line end
 ///
-/// The word AT+ERB_TRANSPARENT_MODE leads back to the login prompt from any state. A CR directly after the
-/// word is ignored. The answer for a MUB that somebody else uses is "modem N already in use". The command
-/// "killall -9 modem" frees all MUBs that are in use.
+/// The word AT+ERB_TRANSPARENT_MODE returns to the login prompt from any state. A CR directly after the word
+/// is ignored. The answer for a MUB in use is "modem N already in use". The command "killall -9 modem" frees
+/// all MUBs that are in use.
 class ErbFront {
  public:
   using Options = ErbOptions;
@@ -57,7 +58,7 @@ class ErbFront {
   ErbFront& operator=(const ErbFront&) = delete;
 
   void Receive(std::string_view bytes);
-  /// The line comes up or goes down. Must not be called from within Send.
+  /// Called when the line connects or disconnects. Must not be called from within Send.
   void LineUp();
   void LineDown();
   /// The connected MUB; null if the line leads to the ERB unit itself.

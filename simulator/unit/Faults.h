@@ -18,15 +18,16 @@ struct Faults {
   double garble = 0;        ///< share of bytes in which one bit is flipped, 0 to 1
   double drop = 0;          ///< share of bytes that are lost, 0 to 1
   EventLoop::Time late{0};  ///< delay of all bytes
-  bool cut = false;         ///< bytes arrive in pieces of 1 to 7, a little apart
+  bool cut = false;         ///< bytes arrive in pieces of 1 to 7 bytes, 1 ms apart
   bool silent = false;      ///< nothing arrives at all
   std::optional<std::uint64_t> hangUpAfter = std::nullopt;  ///< the line hangs up after this many bytes
 };
 
-/// A line from a unit to the PC that applies the faults to the bytes.
+/// The line from a unit to the PC. Applies the faults to the bytes that pass.
 class FaultyLine {
  public:
-  /// The most bytes that can wait on a delayed line. Further bytes are lost, as on a line that nobody reads.
+  /// Maximum number of bytes that can wait on a delayed line. If a call of Send exceeds it, the bytes of that
+  /// call are lost.
   static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   FaultyLine(EventLoop& loop, Faults faults, std::function<void(std::string_view)> send,
@@ -35,8 +36,8 @@ class FaultyLine {
   void Send(std::string_view bytes);
   /// Changes the faults from now on. Bytes that are already waiting keep their order and delay.
   void SetFaults(Faults faults);
-  /// Resets the line for a new connection: drops waiting bytes and counts the bytes until the hang-up from 0
-  /// again. The sequence of random faults continues.
+  /// Resets the line for a new connection: drops the waiting bytes and restarts the count for `hangUpAfter`.
+  /// The sequence of random faults continues.
   void Reset();
 
  private:

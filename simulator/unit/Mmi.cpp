@@ -65,7 +65,7 @@ void Mmi::Press(Key key) {
     case KeyKind::Down:
       return Step(1);
     case KeyKind::Soft:
-      // The fifth soft key has no label on the screen. It leads to the idle screen from everywhere.
+      // The fifth soft key has no label on the screen. It opens the idle screen from every other screen.
       return Follow(key.value <= 4 ? Here().screen->keys[static_cast<std::size_t>(key.value) - 1].target
                                    : kIdleScreen);
     case KeyKind::Character:
@@ -184,7 +184,7 @@ void Mmi::Type(char c) {
 }
 
 void Mmi::TakeDigit(char c) {
-  // The PC sends an item's digit, or a blank followed by all digits of its number.
+  // The PC selects an item by its number: a single digit, or a blank and then all digits.
   if (c == ' ') number_.clear();
   if (!IsDigit(c)) return;
   number_ += c;
@@ -236,7 +236,7 @@ void Mmi::DismissMessage() {
 
 void Mmi::Print(const Screen& screen) {
   std::string job = Packet("StartPrint");
-  // The PC inserts nothing between the rows, so each contains its own line end.
+  // The PC does not insert line ends, so each row includes its own.
   const auto add = [&](std::string_view row) { job += Packet("Print", "000" + status_.Text(row) + "\r\n"); };
   if (const Screen* heading = FindScreen(kPrintHeading)) {
     for (const std::string_view row : heading->rows) add(row);
@@ -275,7 +275,7 @@ std::string Mmi::Drawing() {
 
 std::string Mmi::LeaveList(Kind next) {
   const Kind shown = std::exchange(listShown_, Kind::Text);
-  // Closes the list even if another one follows in the same burst.
+  // The close packet is sent even if another list follows in the same burst.
   if (shown == Kind::Menu && next != Kind::Message) return Packet("CloseMenuScreen");
   if (shown == Kind::Choice && next != Kind::Choice) return Packet("CloseChoiceScreen");
   return {};
@@ -289,7 +289,7 @@ void Mmi::Refresh() {
     if (rows[i] != drawn_[i]) changes += MoveTo(kFirstRow + static_cast<int>(i), kFirstColumn) + rows[i];
   }
   drawn_ = rows;
-  // The escape sequence marks the end of the text for a reader that waits for it.
+  // The PC holds plain text until an item follows. The escape sequence is that item.
   if (!changes.empty()) send_(changes.append(kHome));
 }
 

@@ -18,9 +18,9 @@ namespace corvex::simulation {
 /// recording again.
 class Playback {
  public:
-  /// How much longer than recorded the PC may take.
+  /// How long the PC may take in addition to the recorded time.
   static constexpr EventLoop::Time kPatience = std::chrono::seconds(5);
-  /// The most bytes kept while waiting for expected ones.
+  /// Maximum number of bytes that are kept while waiting for the expected ones.
   static constexpr std::size_t kLimit = std::size_t{64} * 1024;
 
   Playback(EventLoop& loop, std::vector<WireEvent> events, std::function<void(std::string_view)> send,

@@ -29,7 +29,7 @@ class Status {
   /// The time is always included, so that the PC sees that the unit is alive.
   std::string Tick();
 
-  /// Applies an effect and returns its packet; empty if `effect` has no tag.
+  /// Applies an effect and returns its packet. The packet is empty if `effect` has no tag.
   std::string Apply(const Effect& effect);
 
   void SetValue(std::string_view name, std::string_view text) { values_[std::string(name)] = text; }

@@ -25,8 +25,8 @@ std::vector<std::string_view> Words(std::string_view line) {
   }
 }
 
-/// Parses a number of at most five digits and, if allowed, up to three decimals. Returns -1 for anything
-/// else.
+/// Parses a number of one to five digits and, if allowed, up to three decimals. Returns -1 if the text has
+/// another form.
 double Number(std::string_view text, bool decimals) {
   const std::size_t point = decimals ? std::min(text.find('.'), text.size()) : text.size();
   if (point < 1 || point > 5 || text.size() > point + 4 || text.size() == point + 1) return -1;

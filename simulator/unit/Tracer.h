@@ -22,7 +22,7 @@ class Tracer {
 
   void SwitchRecords(bool on);
   void SwitchChannels(bool on);
-  /// Sends a pending record at once.
+  /// Sends a pending record immediately.
   void Flush();
   void Stop();
 

@@ -92,7 +92,7 @@ void Unit::TakeLine(const CommandLine::Line& line) {
 
 void Unit::Execute(const CommandLine::Line& line) {
   const std::string command = Upper(line.text);
-  if (!command.starts_with("AT")) return;  // noise, or text for somebody else
+  if (!command.starts_with("AT")) return;  // noise, or text for another receiver
   if (line.tooLong) return send_(Reply("ERROR"));
   if (command == "AT+WQUILSTARTTMLB") {
     send_(Reply("OK"));

@@ -45,7 +45,7 @@ class Unit {
   Unit(EventLoop& loop, UnitOptions options, Send send);
 
   void Receive(std::string_view bytes);
-  /// The line comes up or goes down. Must not be called from within Send.
+  /// Called when the line connects or disconnects. Must not be called from within Send.
   void LineUp();
   void LineDown();
   bool InTagMode() const { return tagMode_; }

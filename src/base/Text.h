@@ -19,8 +19,8 @@ constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// The value of a text that consists of one to nine digits; nullopt for any other text. Nearly all numbers
-/// from the modem have this form, so the functions below try this fast path first.
+/// Returns the value of a text that consists of one to nine digits, or nullopt for any other text. Nearly all
+/// numbers from the modem have this form, so the functions below try this fast path first.
 inline std::optional<std::int32_t> FewDigits(std::string_view text) {
   constexpr std::size_t kFew = 9;
   if (text.empty() || text.size() > kFew) return std::nullopt;
@@ -32,11 +32,11 @@ inline std::optional<std::int32_t> FewDigits(std::string_view text) {
   return value;
 }
 
-/// Formats a number in decimal. A number that is not negative gets a leading blank in place of the sign.
+/// Formats a number in decimal. Zero and positive numbers get a leading blank in place of the sign.
 std::string NumberText(std::int64_t number);
 
-/// The value of the number at the start of a text. Leading blanks, tabs, CR and LF are skipped. Returns 0 if
-/// the text does not start with a number.
+/// Returns the value of the number at the start of a text, or 0 if the text does not start with a number.
+/// Leading blanks, tabs, CR and LF are skipped.
 double NumericPrefix(std::string_view text);
 
 /// NumericPrefix as a whole number, with halves rounded to even. A value outside the 32-bit range becomes the
@@ -52,10 +52,10 @@ std::optional<std::int32_t> PrefixInt32(std::string_view text);
 /// are allowed.
 bool IsNumeric(std::string_view text);
 
-/// The whole text as a 16-bit number, with halves rounded to even. Returns nullopt if the text is not a
-/// number (see IsNumeric) or the value does not fit.
+/// Converts the whole text to a 16-bit number, with halves rounded to even. Returns nullopt if the text is
+/// not a number (see IsNumeric) or the value does not fit.
 std::optional<std::int16_t> ToInt16(std::string_view text);
-/// The whole text as a 32-bit number, otherwise like ToInt16.
+/// Like ToInt16, but with 32 bits.
 std::optional<std::int32_t> ToInt32(std::string_view text);
 
 /// Rounds to the nearest whole number. Halves are rounded to the even neighbour.
@@ -79,8 +79,8 @@ constexpr char LowerCase(char c) {
 /// True if two texts are equal when case is ignored.
 bool EqualNoCase(std::string_view a, std::string_view b);
 
-/// The position of the first occurrence of `what` in `text` at or after `from`; npos if there is none. Case
-/// is ignored. `what` must not be empty.
+/// Returns the position of the first occurrence of `what` in `text` at or after `from`, or npos if `what` is
+/// not found. Case is ignored. `what` must not be empty.
 std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from = 0);
 
 /// True if `text` contains `what`.
@@ -99,7 +99,7 @@ class Fields {
  public:
   Fields(std::string_view text, char separator) : rest_(text), separator_(separator) {}
 
-  /// True until Next has returned the last field.
+  /// False once Next has returned the last field.
   bool More() const { return more_; }
 
   /// Returns the next field, or an empty text if no field is left.

@@ -4,7 +4,7 @@
 
 namespace corvex {
 
-/// The window "Book File Manager". It will copy the modem's phone book to a file and back.
+/// The window "Book File Manager". Still empty; it is to copy the modem's phone book to a file and back.
 class frmBook : public Form {
  public:
   explicit frmBook(Form& owner) : Form(owner.loop(), owner.windows(), "frmBook", &owner) {

@@ -9,7 +9,7 @@ namespace corvex {
 void QtDspLibrary::DspMsg(const std::int16_t* numbers) {
   if (!std::exchange(looked_, true)) {
     for (const QString& folder : folders_) {
-      // A full path, so that the system searches nowhere else. The library stays loaded.
+      // With a full path, the system does not search other folders. The library stays loaded.
       QLibrary library(QDir(folder).absoluteFilePath(QStringLiteral("CorvexDsp")));
       entry_ = reinterpret_cast<Entry>(library.resolve("CorvexDspMsg"));
       if (entry_ != nullptr) break;

@@ -92,7 +92,7 @@ void QtEventLoop::Wake() {
 }
 
 void QtEventLoop::Quit() {
-  // Not quit(): it asks the windows to close first, and FormWindow always refuses.
+  // quit() is not used: it asks the windows to close first, and FormWindow always refuses.
   QCoreApplication::exit(0);
 }
 

@@ -22,15 +22,15 @@ namespace corvex {
 
 namespace {
 
-/// Page limit of one document. A longer document is considered an error, not a printout.
+/// Page limit of one document. Printing a longer document is aborted, because it is considered a mistake.
 constexpr int kMostPages = 2000;
-/// Maximum number of characters in one layout. A single layout of a megabyte without a line end takes long.
+/// Maximum number of characters in one layout. A layout of a megabyte without a line end takes too long.
 constexpr qsizetype kLongestParagraph = 8192;
 
 }  // namespace
 
 bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
-  QFont face = MakeFont(font, false);  // replaces typewriter fonts with the system's
+  QFont face = MakeFont(font, false);  // uses the system's font in place of a typewriter font
   face.setPointSizeF(std::max(font.size, 1.0));
   face.setUnderline(false);  // printouts are never underlined
 
@@ -59,7 +59,7 @@ bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
       if (!line.isValid()) break;
       line.setLineWidth(page.width());
       if (y > 0 && y + metrics.lineSpacing() > page.height()) printed = turnPage();
-      // Draw each line at y, not at its position in the layout: a page break may lie between two lines.
+      // The line is drawn at y, not at its position in the layout, because a paragraph can span two pages.
       line.draw(&painter, QPointF(0, y));
       y += metrics.lineSpacing();
     }
@@ -101,8 +101,8 @@ class QtPrintJob : public PrintJob {
 
 }  // namespace
 
-/// Counts the printers that the system lists. QPrinter::isValid is no indication: a default QPrinter is valid
-/// even without any printer, and then prints to a file.
+/// Counts the printers that the system lists. QPrinter::isValid cannot be used: a default QPrinter is valid
+/// even if the system has no printer, and then prints to a file.
 int QtPrinters::Count() const {
   return static_cast<int>(QPrinterInfo::availablePrinterNames().size());
 }
@@ -137,8 +137,8 @@ namespace {
 /// Restricts a dialog to whole documents on paper: no page ranges and no printing to a file.
 void OfferWholeOnPaper(QPrintDialog& dialog) {
   dialog.setOptions(QAbstractPrintDialog::PrintCollateCopies | QAbstractPrintDialog::PrintShowPageSize);
-  // Qt's own dialog shows the page ranges whatever the options are, even if the group was hidden before. So
-  // move the group into a hidden widget.
+  // Qt's own dialog shows the group of the page ranges whatever the options are, even if the group was hidden
+  // before. The group is therefore moved into a hidden widget.
   auto* ranges = dialog.findChild<QWidget*>(QStringLiteral("gbPrintRange"));
   if (ranges == nullptr) return;
   auto* hidden = new QWidget(&dialog);
@@ -163,7 +163,7 @@ void QtPrinters::ChooseDefault(const Form* owner) {
 #ifdef Q_OS_WIN
   SetDefaultPrinterW(reinterpret_cast<const wchar_t*>(printer.printerName().utf16()));
 #else
-  // Not QProcess::execute: it would wait without limit for a print server that does not answer.
+  // QProcess::execute is not used: it would wait without limit for a print server that does not answer.
   constexpr int kPatience = 3000;  // milliseconds
   QProcess chooses;
   chooses.start(QStringLiteral("lpoptions"), {QStringLiteral("-d"), printer.printerName()});

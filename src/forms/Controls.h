@@ -10,8 +10,8 @@
 
 #include "forms/Control.h"
 
-// The types of control that the windows use. A control holds its visible state, and the events that the
-// window system raises for actions of the user. It has no other behaviour of its own.
+// The types of controls that the windows use. A control contains its visible state and the events that the
+// window system raises when the user acts on it. It has no other behaviour.
 
 namespace corvex {
 

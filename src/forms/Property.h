@@ -6,7 +6,7 @@
 
 namespace corvex {
 
-/// A kind of change of a form or a control. Each kind is one bit, so that an observer can combine several.
+/// What has changed in a form or a control. Each value is one bit, so that an observer can combine several.
 enum class Change : std::uint32_t {
   Caption = 1u << 0,
   Rect = 1u << 1,

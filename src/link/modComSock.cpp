@@ -134,7 +134,7 @@ void TerminalLink::DrainOutput() {
   }
 }
 
-/// Like DrainOutput, but waits kOutputTime at most. Used before output is discarded.
+/// Like DrainOutput, but waits no longer than kOutputTime. Used before output is discarded.
 void TerminalLink::LetOutputLeave() {
   const auto limit = loop_.Now() + kOutputTime;
   EventLoop::Wait wait(loop_);
@@ -230,7 +230,8 @@ bool TerminalLink::OpenSocket() {
       return true;
     }
     if (state == SocketControl::kClosed) {
-      // Not counted: if the socket closes again immediately, this retries forever. Intentional.
+      // This round is not counted. If the socket closes again immediately, the loop retries forever.
+      // Intentional.
       socketRecorded_ = false;
       const auto port = settings_.config.erbaccess.Get() ? kErbPort : ToInt32(settings_.config.lanport.Get());
       if (!sock_.Connect(settings_.config.lanaddress.Get(), port.value_or(0))) {

@@ -17,11 +17,11 @@ namespace corvex {
 /// The program's only connection to the modem: a duplex link over a serial port or over TCP. The setting
 /// `lan` selects the route and is read at each use.
 ///
-/// Received bytes are appended to the receive buffer. In the modes that show them, `processReceived` is
-/// called.
+/// Received bytes are appended to the receive buffer. Then `processReceived` is called, but only in modes
+/// that show received bytes.
 ///
 /// Bytes that cannot be sent are dropped without an error, except by WriteBlock. The caller notices the
-/// missing answer: links to these terminals are often interrupted, and every dialogue has its own retries.
+/// missing answer: links to these terminals are often interrupted, so every exchange has its own retries.
 ///
 /// All waits pump events, so timers, menu commands and received bytes are handled during a wait. Every wait
 /// can be abandoned (see EventLoop::Wait).
@@ -54,7 +54,7 @@ class TerminalLink {
   void WriteBlock(std::string_view bytes);
   /// Waits, without a timeout, until the serial port has sent everything. Returns immediately for a socket.
   void DrainOutput();
-  /// Cancels whatever the modem is doing: opens the link if necessary, sends CAN and waits 0.05 s.
+  /// Cancels the modem's current operation: opens the link if necessary, sends CAN and waits 0.05 s.
   void SendCancel();
   /// Asks the modem to paint its screen again.
   void SendTagModeRequest();
@@ -65,7 +65,7 @@ class TerminalLink {
   /// link is already open. If no login is due, a serial port that cannot be opened counts as open; the caller
   /// notices the missing answer.
   bool EnsureLinkOpen();
-  /// Returns whether the last EnsureLinkOpen could not start to connect because the address is unusable.
+  /// Returns true if the last EnsureLinkOpen did not try to connect because the address is invalid.
   bool OpenRefused() const { return openRefused_; }
   /// Closes the link. Waits up to kOutputTime for the output of the serial port to leave.
   void CloseLink();
@@ -74,14 +74,14 @@ class TerminalLink {
   /// Makes the next EnsureLinkOpen log in again. Only needed for a serial port: the ERB unit keeps its
   /// session while the port is closed, so the login normally stays complete.
   void ForgetLogin() { login_.ResetLogin(); }
-  /// Like ForgetLogin, but takes effect when the serial port is next closed. To be called when no modem
-  /// answers, as the ERB unit may have restarted.
+  /// Like ForgetLogin, but takes effect the next time the serial port is closed. Call this function when no
+  /// modem answers, because the ERB unit may have restarted.
   void DoubtLogin() { loginDoubted_ = true; }
 
   // Command and response.
 
-  /// Sends a command and waits for "OK" or a tag packet: up to eight rounds of 0.05 s, with one repeat of the
-  /// command after the third round. If the modem answers, asks it to paint its screen and returns true.
+  /// Sends a command and waits for "OK" or a tag packet, up to eight times 0.05 s. Sends the command once
+  /// more after the third time. If the modem answers, asks it to paint its screen and returns true.
   bool SendAndAwaitOk(std::string_view command);
   /// Asks the modem to start the tag stream. Returns false if the modem does not answer.
   bool EnterTagMode();
@@ -121,7 +121,7 @@ class TerminalLink {
   bool openRefused_ = false;
   bool loginDoubted_ = false;
   EventLoop::Time outputWait_{0};
-  EventLoop::TimerId outputTimer_ = 0;  // polls for output that has left, to record it
+  EventLoop::TimerId outputTimer_ = 0;  // checks which output has left, so that it can be recorded
   bool socketRecorded_ = true;          // the current connection, if any, has been recorded
 };
 

@@ -11,8 +11,7 @@
 
 // The login on the ERB unit, which gives access to up to four modems (MUBs). The ERB unit shows a login
 // prompt, a password prompt and a command prompt. The command "modem" with a number then connects the session
-// to that modem. There is no Telnet option negotiation: received text is compared with the prompts in the
-// settings.
+// to that modem. Telnet options are not negotiated. Prompts are recognised by their texts in the settings.
 
 namespace corvex {
 
@@ -28,7 +27,7 @@ enum class LoginState : std::int32_t {
 /// State machine of the login, driven by received text.
 class TelnetLogin {
  public:
-  /// The operations on the link, and the question to the user.
+  /// Operations of the login: three that send on the link, and one that asks the user for the password.
   struct Actions {
     std::function<void(std::string_view)> writeText;
     std::function<void(std::string_view)> writePassword;  ///< Sends the password and CR LF.
@@ -36,8 +35,8 @@ class TelnetLogin {
     std::function<std::optional<std::string>(std::string_view prompt, std::string_view title)> ask;
   };
 
-  /// Maximum size of received text without a prompt, in bytes. When it gets longer, its oldest part is
-  /// dropped.
+  /// Maximum size in bytes of received text without a prompt. If it grows larger, only its last 32768 bytes
+  /// are kept.
   static constexpr std::size_t kBufferBound = 65536;
 
   TelnetLogin(SettingsStore& settings, Actions actions) : settings_(settings), actions_(std::move(actions)) {}

@@ -12,8 +12,8 @@ class PanelLink {
   PanelLink(TerminalLink& link, const MainState& main) : link_(link), main_(main) {}
 
   /// Opens the link if it is closed, which may take seconds. Returns true if the panel may send. Returns
-  /// false if the link cannot be opened, or if `panel` is not the current mode before or after the wait. Also
-  /// returns false while another call waits: the user has clicked again because nothing has happened yet.
+  /// false if the link cannot be opened, or if `panel` is not the current mode, which can also change during
+  /// the wait. Returns false while an earlier call waits, because the user then clicks a second time.
   bool Ready(ModemMode panel) {
     if (main_.mode != panel || opening_) return false;
     const ScopedFlag opening(opening_);

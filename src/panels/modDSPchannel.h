@@ -10,15 +10,16 @@
 
 namespace corvex {
 
-/// Converts comma-separated numbers to the array that the closed DSP library expects.
+/// Converts comma-separated numbers to the array that the closed-source DSP library expects.
 ///
 /// The first field is n, the number of fields including itself. The array has n + 1 elements and ends with 0.
-/// The library receives no other length, so n alone decides the size: extra fields are ignored and missing
-/// ones are 0. Values from 32768 on are converted to their two's complement. The result is empty, and must
-/// not be passed on, if n is below 1 or a value does not fit into 16 bits.
+/// The library reads the length from n alone. Extra fields are therefore ignored, and missing fields are 0.
+/// Values from 32768 to 65535 become the negative number with the same 16 bits. If n is below 1 or a value
+/// does not fit into 16 bits, the result is empty and must not be passed to the library.
 std::vector<std::int16_t> DspMessage(std::string_view text);
 
-/// The buttons that send DSP commands to the modem's test shell. Also passes DSP records to the library.
+/// Sends DSP commands to the modem's test shell when their buttons are clicked, and passes DSP records to the
+/// DSP library.
 class DspChannel {
  public:
   DspChannel(const Platform& platform, TermControls& window, PanelLink& link)

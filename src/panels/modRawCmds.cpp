@@ -124,7 +124,7 @@ void RawCommands::EnterBox() {
 bool RawCommands::TakeKey(const KeyEvent& key) {
   TextBox& box = at_.txtRawBytes;
   if (main_.mode != ModemMode::AtMode) {
-    // The mode has been left, in whatever way. Enter no longer belongs to the panel.
+    // The mode has been left. Enter no longer presses the panel's button.
     if (window_.defaultButton.Get() == &at_.cmdRawBytes) window_.defaultButton = nullptr;
     return false;
   }
@@ -187,7 +187,8 @@ void RawCommands::TakeDrop(const Drop& drop) {
 }
 
 /// Sends a script to the test shell. The characters appear one at a time in the line, so that the user can
-/// follow them. Playing stops when the mode changes: no line of the script may reach a later dialogue.
+/// follow them. Playing stops when the mode changes, because no line of the script may be sent in another
+/// mode.
 void RawCommands::Play(const std::string& path) {
   std::ifstream script = OpenScript(path);
   if (!script.is_open()) return;

@@ -6,7 +6,7 @@ namespace corvex {
 
 namespace {
 
-/// A pause that is this long overdue is abandoned.
+/// A pause is abandoned if it has not ended this long after its expected end.
 constexpr EventLoop::Time kOverdue = std::chrono::minutes(1);
 
 }  // namespace
@@ -29,7 +29,7 @@ void EventLoop::PostFromAnyThread(Task task) {
   {
     const std::lock_guard lock(threadsMutex_);
     fromThreads_.push_back(std::move(task));
-    if (fromThreads_.size() > 1) return;  // the wake-up for the first is on its way
+    if (fromThreads_.size() > 1) return;  // the first task in the queue has already woken the loop
   }
   WakeFromAnyThread();
 }
@@ -72,7 +72,8 @@ void EventLoop::Pump(Time until) {
 
 void EventLoop::RunDue() {
   TakeFromThreads();
-  // Runs only the tasks that are queued now. A task that posts itself again must not starve the platform.
+  // Runs only the tasks that are queued now. Otherwise a task that posts itself again would keep the platform
+  // from handling its own events.
   for (std::size_t count = posted_.size(); count > 0 && !posted_.empty() && !ended_; --count) {
     const Task task = std::move(posted_.front());
     posted_.pop_front();
@@ -93,7 +94,8 @@ void EventLoop::RunDue() {
   Rearm();
 }
 
-/// Every wait that began in the task has unwound when this function returns.
+/// Runs a task. Then runs the task passed to AbandonWaits and the tasks passed to PostForQuiet, as soon as
+/// the stack is free of the waits that block them.
 void EventLoop::RunTask(const Task& task) {
   try {
     task();
@@ -137,7 +139,7 @@ bool EventLoop::Enter(const Task& task) {
     RunTask(task);
   } catch (const ProgramEnded&) {
   }
-  // The end of the program may have cut the task short. The tasks still in the queue do not run any more.
+  // If the program has ended, the task may be incomplete, and the tasks in the queue never run.
   return !ended_;
 }
 
@@ -172,7 +174,8 @@ void Pause(EventLoop& loop, double seconds) {
     const auto step =
         std::max(std::chrono::ceil<std::chrono::milliseconds>(rest), std::chrono::milliseconds(1));
     wait.Pump(std::min(loop.Now() + step, overdue));
-    // If a message box on top of this pause stays open for longer, the pause ends late, but it does end.
+    // If the deadline has passed too, the pause ends normally. This happens when a message box stays open for
+    // a long time during the pause.
     if (loop.Now() >= overdue && clock() < deadline) throw WaitAbandoned{.overdue = true};
   }
 }

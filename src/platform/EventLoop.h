@@ -18,7 +18,7 @@ struct ProgramEnded {};
 /// exception ends only the task, click or tick in which the wait began: EventLoop::Enter and
 /// EventLoop::RunDue catch it.
 struct WaitAbandoned {
-  bool overdue = false;  ///< No call abandoned the wait, but it is one minute overdue.
+  bool overdue = false;  ///< True if the wait was abandoned because it was one minute overdue (see Pause).
 };
 
 /// The program's source of time: a clock, one-shot timers, posted tasks, and the only way to wait.
@@ -32,8 +32,7 @@ class EventLoop {
   using Task = std::function<void()>;
   using TimerId = std::uint64_t;  ///< 0 is never a valid timer.
 
-  /// A wait that can be abandoned. The wait lasts for the lifetime of the object. Create it on the stack
-  /// only.
+  /// A wait that can be abandoned. The wait lasts for the lifetime of the object, which must be on the stack.
   class Wait {
    public:
     explicit Wait(EventLoop& loop) : loop_(loop), began_(loop.abandoned_) { ++loop.waits_; }
@@ -117,9 +116,9 @@ class EventLoop {
   bool Enter(const Task& task);
 
   /// Abandons every Wait on the stack. Runs `next` when every Wait above the topmost Modal has unwound, or at
-  /// once if there is none. `next` therefore never runs on top of the dialogue that it replaces, and
-  /// impatient clicks do not pile up on the stack. If several calls are made before the waits have unwound,
-  /// only the last one takes effect.
+  /// once if there is none. `next` therefore never runs on top of the code that it replaces, and repeated
+  /// clicks do not make the stack grow. If several calls are made before the waits have unwound, only the
+  /// last call takes effect.
   void AbandonWaits(Task next);
 
   /// The number of Wait objects on the stack.

@@ -24,7 +24,8 @@ struct Platform {
   /// Formats a date in the system's long form. Returns an empty text for an invalid date.
   std::function<std::string(int year, int month, int day)> longDate;
   /// Passes a DSP record to the closed-source DSP library. numbers[0] is a count n that includes itself, and
-  /// `numbers` must have n + 1 elements. Empty, or without effect, if the library is not installed.
+  /// `numbers` must have n + 1 elements. If the library is not installed, the function is empty or does
+  /// nothing.
   std::function<void(const std::int16_t* numbers)> dspMsg = {};
 };
 

@@ -27,7 +27,7 @@ class SerialControl {
 
   /// Sets the line parameters: speed, parity (n, e, o, m, s), data bits and stop bits, for example
   /// "115200,n,8,1". The text is stored unchanged. Parameters that the system rejects make Open fail. While
-  /// the port is open, new parameters take effect at once.
+  /// the port is open, new parameters take effect immediately.
   virtual void SetSettings(const std::string& settings) = 0;
   virtual std::string Settings() const = 0;
 
@@ -59,7 +59,7 @@ class SerialControl {
   std::function<void(CommEvent)> onComm;
 };
 
-/// Whether a serial device can be used, as far as the program can find out without opening it.
+/// The state of a serial device, as far as the program can find out without opening the device.
 enum class PortState {
   Absent,
   Usable,  ///< Another program may still be using the device. Only opening it shows that.
@@ -103,7 +103,7 @@ class SocketControl {
   /// Starts to connect. Returns false if connecting cannot start: the host name is empty, the port is not
   /// within 1 to 65535, or the state is not kClosed.
   virtual bool Connect(const std::string& host, std::int32_t port) = 0;
-  /// Closes the connection; the state is kClosed at once. Bytes sent before are still delivered.
+  /// Closes the connection; the state is immediately kClosed. Bytes sent before are still delivered.
   virtual void Close() = 0;
 
   /// Queues bytes to send. Drops them if the state is not kConnected or the queue is full.

@@ -13,8 +13,8 @@ namespace corvex {
 /// The serial port, implemented with Asio.
 ///
 /// While the port is open, a separate thread serves it. The thread moves bytes between the device and two
-/// bounded queues, and notifies the event loop when bytes have arrived or the device is lost. Everything
-/// else, the events included, happens on the event loop's thread.
+/// bounded queues, and notifies the event loop when bytes have arrived or the device is lost. All other code,
+/// including the event handlers, runs on the event loop's thread.
 class AsioSerialControl : public SerialControl {
  public:
   /// `deviceName` returns the system's device name for a port number.

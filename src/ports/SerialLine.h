@@ -21,7 +21,7 @@ using LineHandle = int;
 /// received earlier. Returns none if the device is not available or rejects the settings.
 std::optional<LineHandle> OpenLine(const std::string& device, const LineSettings& settings);
 
-/// Applies the settings to an open line at once. Returns false if they are rejected.
+/// Applies the settings to an open line immediately. Returns false if they are rejected.
 bool SetUpLine(LineHandle line, const LineSettings& settings);
 
 void DiscardReceived(LineHandle line);

@@ -17,8 +17,8 @@ namespace corvex {
 
 namespace {
 
-/// Whether a running program has claimed the device with a lock file that holds its process id. Such programs
-/// do not check the locks that OpenLine sets, but the locks make their open calls fail.
+/// Returns whether another running program has claimed the device with a lock file. The lock file contains
+/// the process id of that program.
 bool ClaimedByLockFile(const std::filesystem::path& device) {
   std::error_code failed;
   const std::filesystem::path target = std::filesystem::canonical(device, failed);
@@ -65,12 +65,13 @@ tcflag_t ParityFlags(Parity parity) {
 }  // namespace
 
 std::optional<LineHandle> OpenLine(const std::string& device, const LineSettings& settings) {
-  const std::filesystem::path path = std::filesystem::path("/dev") / device;  // an absolute path is kept
+  const std::filesystem::path path =
+      std::filesystem::path("/dev") / device;  // an absolute `device` replaces "/dev"
   if (device.empty() || ClaimedByLockFile(path)) return {};
   const int line = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (line < 0) return {};
-  // The lock is on the device itself, so it holds for every name of the device. TIOCEXCL also keeps out
-  // programs that do not use such locks.
+  // flock locks the device itself, so the lock applies under every name of the device. Programs that do not
+  // use flock are kept out by TIOCEXCL, which makes their calls of open fail.
   if (flock(line, LOCK_EX | LOCK_NB) != 0 || ioctl(line, TIOCEXCL) != 0 || !SetUpLine(line, settings)) {
     close(line);
     return {};
@@ -93,16 +94,16 @@ bool SetUpLine(LineHandle line, const LineSettings& settings) {
   if (settings.parity == Parity::Mark || settings.parity == Parity::Space) return false;
 #endif
   attributes.c_cflag |= CREAD | CLOCAL | DataBitsFlag(settings.dataBits) | ParityFlags(settings.parity);
-  // CSTOPB means 1.5 stop bits with five data bits and 2 stop bits with more. If 1.5 is requested with more
-  // than five data bits, 2 are sent, which a receiver accepts.
+  // With five data bits, CSTOPB selects 1.5 stop bits. With more data bits, it selects 2 stop bits, which a
+  // receiver that expects 1.5 also accepts.
   if (settings.stopBits != StopBits::One) attributes.c_cflag |= CSTOPB;
   if (settings.rtsCts) attributes.c_cflag |= CRTSCTS;
   attributes.c_cc[VMIN] = 1;
   attributes.c_cc[VTIME] = 0;
   if (cfsetspeed(&attributes, static_cast<speed_t>(settings.speed)) != 0) return false;
   if (tcsetattr(line, TCSANOW, &attributes) != 0) return false;
-  // Some units draw power from these lines, or answer only while they are raised. A pseudo terminal does not
-  // have them.
+  // Raise DTR and RTS. Some units draw power from these lines or answer only while they are high. A pseudo
+  // terminal has no such lines, so an error is ignored.
   const int lines = settings.rtsCts ? TIOCM_DTR : TIOCM_DTR | TIOCM_RTS;
   (void)ioctl(line, TIOCMBIS, &lines);
   return true;

@@ -10,7 +10,7 @@ namespace corvex {
 /// registry on Windows. Both calls take about a millisecond.
 class SystemSerialPorts : public SerialPorts {
  public:
-  /// `list`: the folder with the kernel's list; not used on Windows.
+  /// `list` is the folder with the kernel's list. It is not used on Windows.
   explicit SystemSerialPorts(std::string list = "/sys/class/tty") : list_(std::move(list)) {}
 
   std::vector<std::string> Devices() const override;

@@ -30,7 +30,7 @@ bool Exists(const fs::path& path) {
   return fs::exists(path, failed);
 }
 
-/// Whether an entry of the kernel's list has real hardware. Consoles have no device. Entries that are
+/// Returns whether an entry of the kernel's list has real hardware. Consoles have no device. Entries that are
 /// reserved for ports on the main board have a device, but their type is 0.
 bool IsReal(const fs::path& entry) {
   return Exists(entry / "device") && ReadLine(entry / "type") != "0";

@@ -9,8 +9,7 @@
 
 namespace corvex {
 
-/// The modal find dialog of the print view. Text that was found is selected in the print view behind the
-/// dialog.
+/// The modal find dialog of the print view. A search selects the text that it finds in the print view.
 class frmFind : public Form {
  public:
   /// `text`: the initial search text. `findNext`: runs the search that `state` describes.

@@ -9,7 +9,7 @@
 namespace corvex {
 
 /// The options dialog for the modem's print jobs: their destination and their fonts. Shown modally. Only Save
-/// stores the choices, except for the system's default printer, which changes at once.
+/// stores the choices, except for the system's default printer, which changes immediately.
 class frmOptions : public Form {
  public:
   frmOptions(Form& owner, const Platform& platform, const SettingsStore& settings);

@@ -82,7 +82,7 @@ void Dispatcher::AppendToRx(std::string_view text) {
   constexpr std::size_t kBound = 5000;
   constexpr std::size_t kDropped = 4096;
   TextBox& view = p_.window.txtRx;
-  // Several times if needed: one event can bring more than one drop removes.
+  // One event can add more than kDropped bytes, so several blocks may have to be dropped.
   std::size_t dropped = 0;
   while (view.Text().size() > kBound + dropped) dropped += kDropped;
   view.Edit(0, dropped, {});
@@ -90,8 +90,8 @@ void Dispatcher::AppendToRx(std::string_view text) {
 }
 
 void Dispatcher::ServeMenu() {
-  // A menu starts without soft keys. Keys that arrive after the menu are shown, also those that arrive in the
-  // pauses of ShowMenu.
+  // A new menu has no soft keys until the modem sends some. Soft keys that arrive after the menu are shown,
+  // even if they arrive during the pauses of ShowMenu.
   if (!Taken(p_.state.keysAfterMenu)) {
     p_.state.softKeyText.fill({});
     ShowSoftKeys(p_.window, p_.main, p_.state, p_.settings);
@@ -116,8 +116,9 @@ void Dispatcher::Settle(TagStream::Earlier what) {
   if (PrintsApart()) ServePrint();
 }
 
-/// Whether the print jobs of one event must be handled one by one. If the print view appends jobs, they can
-/// be handled as one text. The settings are read once per event, since one event can hold thousands of jobs.
+/// Returns whether the print jobs of one event must be handled one by one. If the print view appends jobs,
+/// they can be handled as one text. The settings are read only once per event, because one event can contain
+/// thousands of jobs.
 bool Dispatcher::PrintsApart() {
   const auto& printer = p_.settings.printer;
   if (!printsApart_) printsApart_ = !printer.always.IsFile() || !printer.fileuse.IsAppend();
@@ -127,7 +128,7 @@ bool Dispatcher::PrintsApart() {
 void Dispatcher::ServeFlags() {
   SessionState& s = p_.state;
   TermControls& window = p_.window;
-  // The order is fixed. If a burst sets several flags, the order decides what is visible in the end.
+  // The order is fixed. If a burst sets several flags, the order decides what remains visible.
   if (Taken(s.toneChanged)) p_.status.SoundTone();
   if (Taken(s.screenChanged)) p_.main.screenHold = false;
   if (Taken(s.sigChanged)) p_.status.ShowSignal();
@@ -182,7 +183,7 @@ void Dispatcher::PrintToPrinter() {
     return;
   }
   Font font = SettingFont(printer);
-  font.underline = false;  // intentional, whatever the settings say
+  font.underline = false;  // intentional: the setting is ignored
   if (!p_.platform.printers.PrintText(p_.state.printText, font)) TellOfPrinter(kPrintFailed);
 }
 

@@ -43,14 +43,14 @@ class Dispatcher {
 
   void ProcessReceived();
 
-  /// Handles what an earlier packet of the same burst has set. See TagStream::settle.
+  /// Shows a group of pending changes before the next packet is decoded. See TagStream::settle.
   void Settle(TagStream::Earlier what);
 
   /// To be called when a periodic log has been taken. Shows the message about the printer that was put off
   /// during the log, if any.
   void LogEnded();
 
-  /// Appends text to the text view, which keeps the last part only.
+  /// Appends text to the text view, which keeps only the last part.
   void AppendToRx(std::string_view text);
 
   // Actions outside the main window. An action that is not set does nothing.
@@ -58,8 +58,8 @@ class Dispatcher {
   std::function<void(const std::string& lines)> printLine;
   std::function<void()> printJobComplete;
   std::function<void(const std::string& numbers)> dspInfo;
-  std::function<void()> shutdown;  ///< The terminal is switching off.
-  std::function<void()> heard;     ///< The modem has sent something in its session.
+  std::function<void()> shutdown;  ///< Called when the terminal is switching off.
+  std::function<void()> heard;     ///< Called when the modem has sent something in its session.
 
  private:
   void ShowBytes();

@@ -29,7 +29,7 @@ constexpr int kPrint = 42;
 constexpr int kF4 = 115;
 constexpr int kF7 = 118;
 
-/// Whether a key code is that of a letter or a digit. Their codes are the upper-case characters.
+/// Returns whether a key code is that of a letter or a digit. The code is the upper-case character.
 bool IsCharacterKey(int keyCode) {
   return (keyCode >= '0' && keyCode <= '9') || (keyCode >= 'A' && keyCode <= 'Z') ||
          (keyCode >= 0xC0 && keyCode <= 0xFF);
@@ -53,7 +53,7 @@ class Keys::Walk {
         began_(keys.p_.state.screenKind),
         escapes_(keys.escapes_) {}
 
-  /// Whether a key would still reach the screen that it is meant for.
+  /// Returns false if the walk must stop, because the next key could reach another screen.
   bool GoesOn() const {
     const ScreenKind kind = keys_.p_.state.screenKind;
     return keys_.p_.main.mode == ModemMode::Terminal && keys_.escapes_ == escapes_ &&
@@ -160,7 +160,7 @@ void Keys::RestoreFocus() {
 
 void Keys::ClickSoftKey(std::size_t index) {
   if (walking_) return;
-  // A message may cover the choice list. The key is still meant for the list.
+  // A message may cover the choice list. The soft key still applies to the list.
   const ScreenKind kind = p_.state.screenKind;
   const bool inChoice = kind == ScreenKind::ChoiceScreen || (LiesOver(kind) && p_.window.frmChoice.visible);
   if (!inChoice || MoveChoiceTo()) {
@@ -176,8 +176,8 @@ void Keys::ClickEscape() {
   RestoreFocus();
 }
 
-/// Walks the modem's cursor to the chosen row. Returns false if the walk stopped early; the list may then
-/// open again.
+/// Moves the modem's cursor to the chosen row. Returns false if the walk stopped early. In that case the list
+/// may open again.
 bool Keys::MoveChoiceTo() {
   const int chosen = p_.window.ListChoice.listIndex;
   // If the user has chosen no row, the modem's cursor stays where it is.
@@ -228,7 +228,7 @@ void Keys::HandleEvents() {
 }
 
 void Keys::ChooseFromList() {
-  // After a reset of the screen a list that is still visible is not the modem's.
+  // After a reset of the screen model, a list that is still visible is out of date.
   if (walking_ || !p_.window.frmChoice.visible || p_.state.screenKind == ScreenKind::NoScreen) return;
   if (!MoveChoiceTo()) return;
   const Walk walk(*this, ScreenKind::ChoiceScreen);
@@ -277,8 +277,8 @@ void Keys::ChooseFromMenu() {
   }
 }
 
-/// Reports at once whether the key is handled. Its action is posted, so that it runs after those of earlier
-/// keys.
+/// Sets `key.handled` immediately. The action of the key is posted, so that it runs after the actions of
+/// earlier keys.
 void Keys::KeyDown(KeyEvent& key) {
   const auto post = [this](auto action) { p_.window.loop().Post(action); };
   switch (p_.main.mode) {
@@ -346,10 +346,10 @@ void Keys::TakeTyped(std::string_view text) {
 }
 
 void Keys::ClickRow(int row) {
-  // While the rows are frozen they do not show where the modem's cursor is. The second click of a double
-  // click would move the cursor too far.
+  // Frozen rows do not show the current position of the modem's cursor. Without this check, the second click
+  // of a double click would move the cursor too far.
   if (p_.state.screenKind != ScreenKind::TableScreen || walking_ || p_.main.rowsFrozen) return;
-  FreezeRows();  // hides what the modem paints during the walk
+  FreezeRows();  // the modem's painting during the walk is not shown
   try {
     if (!WalkTable(row)) {
       p_.main.rowsFrozen = false;

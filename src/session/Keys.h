@@ -46,7 +46,7 @@ class Keys {
   /// a service panel has handled the key.
   std::function<bool(const KeyEvent&)> panelKey;
 
-  /// `key`: 1 to 5; nothing is sent for any other number.
+  /// `key` is 1 to 5. For any other number, nothing is sent.
   void PressSoftKey(int key);
   void SendEscape();
   void SendCursorDown();

@@ -176,7 +176,7 @@ void ModeMachine::TakeOffline(Farewell farewell) {
     const ScopedFlag leaving(p_.main.leaving);
     p_.link.SendCancel();
   }
-  window.pointer = Pointer::Normal;  // a probe that was given up may have left the hourglass
+  window.pointer = Pointer::Normal;  // an abandoned probe may have left the hourglass
   window.frmAux.visible = false;
   p_.layout.ShowCompactWindow();
   p_.layout.HideTextView();
@@ -247,12 +247,12 @@ void ModeMachine::GoUpgrade() {
 void ModeMachine::SelectMub(int mub) {
   p_.settings.config.mubselect.Set(std::to_string(mub));
   MarkRoute(p_.window, p_.settings);
-  // A connect that is under way, or that the watchdog repeats, continues with the chosen MUB.
+  // If a connect is in progress or the watchdog is about to repeat it, it continues with the chosen MUB.
   const ModemMode mode = p_.main.mode;
   const bool reconnect = p_.passages.Connecting() || mode == ModemMode::Terminal ||
                          mode == ModemMode::AwaitIntro || mode == ModemMode::Failed;
   p_.state.mubInfoText.clear();
-  p_.link.DoubtLogin();  // now, since a passage that replaces this one must log in again too
+  p_.link.DoubtLogin();  // not in `run`: a passage that replaces this one must log in again too
   const auto run = [this, reconnect] {
     p_.reset.StopTimers();  // the watchdog could connect to the old MUB during the wait
     p_.link.LeaveMub();

@@ -24,8 +24,8 @@ namespace corvex {
 /// Enters and leaves the main window's modes, except those of the service panels (see PanelModes). Defines
 /// what is sent to the modem on each change.
 ///
-/// Each procedure waits by pumping events, so clicks, ticks and received bytes are handled during the wait.
-/// If one of them begins another passage, the first is given up (see Passages).
+/// Each function waits by pumping events, so clicks, timers and received bytes are handled during the wait.
+/// If an event begins another passage, the current passage is abandoned (see Passages).
 class ModeMachine {
  public:
   struct Parts {

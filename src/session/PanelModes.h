@@ -33,14 +33,14 @@ class PanelModes {
 
   explicit PanelModes(const Parts& parts) : p_(parts) {}
 
-  // Each is a toggle: if its own mode is on, it leaves that mode.
+  // Each function is a toggle: if its mode is the current one, it leaves that mode.
   void EnterPortSetup();
   void EnterTestInterface();
   void EnterAtMode();
 
   /// The work of EnterPortSetup without a passage of its own, for use in a passage that is under way.
   void ShowPortSetup();
-  /// Hides the panel of the current mode and ends its dialogue with the modem. The link stays open.
+  /// Hides the panel of the current mode and ends its exchange with the modem. The link stays open.
   void LeavePanel();
 
   /// Raised when a panel's mode has been left by its own toggle and no other mode has been entered yet.

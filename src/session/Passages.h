@@ -32,14 +32,14 @@ class Passages {
   /// called, and the passage that was interrupted runs again.
   void BeginOnLink(EventLoop::Task run);
 
-  /// Whether the passage under way connects to the modem.
+  /// Returns whether the current passage connects to the modem.
   bool Connecting() const { return underWay_.connects; }
 
  private:
   EventLoop& loop_;
   MainState& main_;
   TerminalLink& link_;
-  Passage underWay_;  ///< Empty when no passage is under way.
+  Passage underWay_;  ///< The current passage; empty if there is none.
 };
 
 }  // namespace corvex

@@ -22,11 +22,11 @@ class ScreenLists {
       : window_(window), main_(main), state_(state) {}
 
   /// Shows the session's menu. Hides the list, fills it and shows it again, with short pauses between the
-  /// steps. A call during one of these pauses returns at once, and the first call then shows the new menu.
+  /// steps. A call during one of these pauses returns immediately, and the first call shows the new menu.
   void ShowMenu();
   void HideMenu();
 
-  /// Does nothing while the modem's cursor is walked.
+  /// Does nothing during a walk of the modem's cursor (see Keys).
   void ShowChoice();
   void HideChoice();
 

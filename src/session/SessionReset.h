@@ -39,7 +39,7 @@ class SessionReset {
   void ClearSession();
   /// Clears the rows and the soft keys.
   void ClearScreen();
-  /// Makes the screen model empty and lets the rows be painted again.
+  /// Clears the screen model, and allows the rows to be painted again if they were frozen.
   void ResetScreen();
   /// Clears the flags of changes that have not been shown. Keeps the flags of print jobs, since the user may
   /// need the printout, and the flag of the MUB, since the user may just have selected another MUB.

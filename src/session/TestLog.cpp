@@ -15,7 +15,7 @@ namespace corvex {
 namespace {
 
 constexpr double kPause = 0.3;
-/// If a step takes this much longer than planned, in seconds, the macro cannot know which screen is shown.
+/// In seconds. If a step takes this much longer than planned, another screen may be shown than expected.
 constexpr double kHeldUp = 2;
 
 /// No log begins in the last minute of a day. A pause over midnight is given up, and the rest of the log
@@ -26,7 +26,8 @@ const std::string& Row(const TermControls& window, std::size_t row) {
   return window.corvexLbl[row].caption.Get();
 }
 
-/// Whether a row contains the word "PIN", alone or with a digit after it: "SIM PIN2:", but not "SHIPPING".
+/// Returns whether a row contains the word "PIN", alone or followed by a digit: true for "SIM PIN2:", false
+/// for "SHIPPING".
 bool AsksForPin(std::string_view text) {
   constexpr std::string_view kWord = "PIN";
   const std::string row = UpperCase(text);
@@ -40,7 +41,7 @@ bool AsksForPin(std::string_view text) {
   return false;
 }
 
-/// Whether the screen asks for a PIN, also if the row has not been painted yet.
+/// Returns whether the screen asks for a PIN. Also checks the received row if it has not been painted yet.
 bool AsksForPin(const TermControls& window, const SessionState& state) {
   constexpr std::size_t kRow = 3;
   return AsksForPin(Row(window, kRow)) ||
@@ -53,8 +54,8 @@ std::string_view From(std::string_view text, std::size_t place) {
 
 }  // namespace
 
-/// One run of the macro. When it cannot go on, all later steps do nothing, so the steps need no checks. A
-/// wait that is given up leaves Run by an exception.
+/// One run of the macro. When it must stop, all later steps do nothing, so Run needs no checks between them.
+/// If a wait is abandoned, Run throws WaitAbandoned.
 class TestLog::Macro {
  public:
   explicit Macro(const Parts& parts) : p_(parts) {}
@@ -88,7 +89,8 @@ class TestLog::Macro {
     Line("Position shown as " + p_.state.gpsPosText);
   }
 
-  /// The four pages make 21 lines. Each line is written at once, since the session may end.
+  /// Writes the four pages of the table, 21 lines in all. Each line is written immediately, because the
+  /// session may end.
   void ReadStatusTable() {
     constexpr std::size_t kNumberRow = 3;
     constexpr std::size_t kNumberPlace = 18;
@@ -197,8 +199,8 @@ class TestLog::Macro {
   }
 
   bool GoesOn() const { return !lost_ && p_.main.mode == ModemMode::Terminal; }
-  /// The macro's digits would be a wrong PIN, and three wrong PINs lock the SIM card. The run ends with the
-  /// first key that is not sent, since the next keys would go to a wrong screen.
+  /// Returns false if the screen asks for a PIN. The macro's digits would be a wrong PIN, and three wrong
+  /// PINs lock the SIM card. The run then stops, because the next keys would reach the wrong screen.
   bool MayType() {
     lost_ = lost_ || AsksForPin(p_.window, p_.state);
     return GoesOn();
@@ -217,8 +219,8 @@ void TestLog::Check() {
   if (p_.main.mode != ModemMode::Closing) p_.window.logCheck.enabled = true;
 }
 
-/// Whether a message box or a modal window is open. A box about the log's own print jobs does not count,
-/// since the user may be away.
+/// Returns whether a message box or a modal window is open. A box about the log's own print jobs is ignored,
+/// because there may be no user to close it.
 bool TestLog::BoxOpen(const Parts& parts) {
   return parts.window.loop().ModalsOpen() > parts.main.ownBoxes;
 }

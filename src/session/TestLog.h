@@ -12,8 +12,8 @@
 
 namespace corvex {
 
-/// Takes a log of the terminal's condition at intervals. A macro walks through the modem's menus with the
-/// keys that a user would press. The text of the screens and the modem's own printouts are saved in a file.
+/// Takes a log of the terminal's condition at intervals. A macro goes through the modem's menus with the keys
+/// that a user would press. The text of the screens and the modem's own printouts are saved in a file.
 ///
 /// The macro does not check which screen is shown: each key is meant for the screen to which the previous
 /// keys lead. It therefore stops, and sends nothing more, when its session ends or when a message box or a
@@ -36,7 +36,7 @@ class TestLog {
   /// The tick of logCheck. Takes a log if one is due.
   void Check();
 
-  /// The program is about to end. Saves the part of a log that has been taken so far.
+  /// Saves an incomplete log. Called before the program ends.
   void Finish() { Save(); }
 
   /// Called when a log has been taken.
@@ -54,7 +54,7 @@ class TestLog {
   void Save();
 
   Parts p_;
-  bool taking_ = false;  ///< A log has been begun and has not been saved yet.
+  bool taking_ = false;  ///< A log has been started and is not saved yet.
 };
 
 }  // namespace corvex

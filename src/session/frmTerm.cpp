@@ -158,7 +158,7 @@ void frmTerm::Load() {
   std::filesystem::current_path(settings_.AppFolder(), ignored);
   state_.paintHoldDefault = true;
   state_.terminalModel = TerminalModel::Unknown;
-  // The window is visible from here on. The waits below are given up if the user chooses a mode.
+  // The window is visible from here on. If the user chooses a mode, the waits below are abandoned.
   visible = true;
   try {
     link_.CloseLink();

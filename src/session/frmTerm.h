@@ -81,7 +81,7 @@ class frmTerm : public TermControls {
   void OnResize();
   void ToggleGps();
   void Close();
-  /// Whether the user has chosen a mode already, so that the start must not connect.
+  /// Returns whether the user has already chosen a mode. If so, the program does not connect at its start.
   bool Chosen() const { return main_.passage > 0; }
 
   static Platform With(Dialogs& dialogs, Printers& printers, const Platform& platform);

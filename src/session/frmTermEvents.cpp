@@ -1,4 +1,4 @@
-// What the controls of the main window do, and how the parts of the session are connected.
+// Event handlers of the main window's controls, and callbacks between the parts of the session.
 
 #include "print/frmOptions.h"
 #include "session/MenuMarks.h"
@@ -71,7 +71,8 @@ void frmTerm::ConnectModeMenu() {
   mnuOffline.click = UnlessClosing([this] { modes_.Disconnect(); });
   mnuExit.click = [this] { Close(); };
 
-  // These buttons only leave their mode. A second click during the wait of the first must not enter it again.
+  // These buttons only leave their mode. Leaving can wait, and a second click during the wait must not enter
+  // the mode again.
   testPanel.cmdExitDSP.click = [this] {
     if (main_.mode == ModemMode::TestInterface) panels_.EnterTestInterface();
   };
@@ -124,7 +125,7 @@ void frmTerm::ConnectPortPanel() {
   });
   Command1.click = UnlessClosing([this] {
     portPanel_.StoreRoute();
-    link_.ForgetLogin();  // it belongs to the previous route
+    link_.ForgetLogin();  // the login belongs to the previous route
     MarkRoute(*this, settings_);
     panels_.EnterPortSetup();
   });

@@ -16,7 +16,7 @@ namespace {
 namespace chrono = std::chrono;
 using LocalTime = chrono::sys_seconds;
 
-constexpr std::string_view kForm = "0000-00-00 00:00:00";  // each 0 stands for a digit
+constexpr std::string_view kForm = "0000-00-00 00:00:00";  // each 0 represents a digit
 
 LocalTime Now(const EventLoop& loop) {
   return LocalTime(chrono::seconds(loop.LocalSeconds()));

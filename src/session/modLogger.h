@@ -9,9 +9,9 @@
 
 namespace corvex {
 
-/// Whether the interval has passed since the last log. If so, the time of the last log becomes now. The first
-/// call only stores the time. If the time cannot be stored, or if the stored text is not a time, no log is
-/// due and nothing changes: a log at every check would fill the disk.
+/// Returns whether the interval has passed since the last log. If so, stores the current time as the time of
+/// the last log. The first call only stores the time. Returns false if the time cannot be stored or if the
+/// stored text is not a time, because a log at every check would fill the disk.
 ///
 /// Times are stored in the form "2006-03-31 14:05:09" on every system.
 bool LogDue(const EventLoop& loop, SettingsStore& settings);

@@ -9,10 +9,9 @@ namespace corvex {
 /// Shows a message box for the first failure of the settings file. Later failures in the same run of the
 /// program are not reported.
 ///
-/// Settings are read and written at any time, even during a dialogue with the modem. A message box that opens
-/// during a wait would block the code that is waiting. The box therefore opens only when nothing is waiting.
-/// For the same reason it does not appear while the program ends, because waits follow each other without a
-/// break there.
+/// Settings are read and written at any time, even while the program waits for the modem. A message box that
+/// opens during a wait would block the waiting code. The box therefore opens only when no code is waiting.
+/// While the program closes, one wait follows another without a break, so the box does not open then.
 class SettingsAlarm {
  public:
   /// The object must exist until the event loop has ended.

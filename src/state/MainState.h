@@ -21,7 +21,7 @@ struct MainState {
   unsigned passage = 0;          ///< Number of passages between modes that have begun.
 };
 
-/// Returns whether a dialogue with the modem is in progress that user input would disturb.
+/// Returns whether the program is exchanging data with the modem in a way that user input would disturb.
 inline bool LinkTaken(const MainState& main) {
   if (main.leaving) return true;
   switch (main.mode) {

@@ -84,7 +84,7 @@ struct SessionState : ChangeFlags {
   std::int16_t battFlags = 0;
   std::string msgText;
   std::string printText;  ///< All lines of the current print job.
-  std::string printLine;  ///< Lines of the current print job that have not been handed over yet.
+  std::string printLine;  ///< Lines of print jobs that the dispatcher has not handled yet.
 
   // Screen.
   ScreenKind screenKind = ScreenKind::NoScreen;

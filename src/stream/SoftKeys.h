@@ -11,7 +11,7 @@ namespace corvex {
 ///
 /// A complete line sets `softKeysChanged`. A line with a mail key (code 1) or a hidden key (code 11) is
 /// stored with `softKeysChanged` cleared. An incomplete line is stored up to the first bad field, also with
-/// the flag cleared. A line that contains the byte 196 is not meant for this program and changes nothing.
+/// the flag cleared. A line that contains the byte 196 is for other receivers and changes nothing.
 void ParseSoftKeys(std::string_view packet, SessionState& state);
 
 /// Inserts "&" in each key's text before the letter that selects the key together with Alt. The last key gets

@@ -16,7 +16,8 @@ namespace corvex {
 /// Splits the modem's stream into tag packets, escape sequences, trace records and plain text. The stream may
 /// arrive in pieces, cut at any place.
 ///
-/// Plain text is held until an item follows. It is discarded if the item before it was a trace record.
+/// An item is a packet, an escape sequence or a trace record. Plain text is held until an item follows. Plain
+/// text between a trace record and the next item is discarded.
 ///
 /// There is no timeout for an incomplete item, but the amount of held text is bounded. Text without an item,
 /// or a packet without an end, is discarded in parts of kLastPosition characters. Between events the scanner
@@ -28,9 +29,9 @@ class StreamScanner {
 
   StreamScanner(ReceiveBuffer& received, const SessionState& state, TagStream& tags, TextGrid& grid);
 
-  /// Takes all received bytes and passes each complete item to its decoder. A call from within a decoder
-  /// returns immediately; the next call takes the bytes. An item is consumed before it is passed on. If the
-  /// decoder throws, scanning continues after the item.
+  /// Takes all received bytes and passes each complete item to its decoder. If a decoder calls this function,
+  /// the call returns immediately. An item is consumed before its decoder is called: if the decoder throws,
+  /// the next call continues after the item.
   void ScanStream();
 
   ScanState scanState() const { return scanState_; }
@@ -44,8 +45,9 @@ class StreamScanner {
  private:
   class Turn;
 
-  // Each function returns false if it needs more text. TakeStep reads an item and the plain text before it.
-  // TakeIdle reads the plain text and the introducer; the others read the rest of their kind of item.
+  // Each function returns false if it needs more text. TakeStep reads plain text and the item after it.
+  // TakeIdle reads the plain text and the introducer of the item. The other functions read the rest of the
+  // item, one function for each kind.
   bool TakeStep();
   bool TakeIdle();
   bool TakeTrace();
@@ -62,11 +64,11 @@ class StreamScanner {
 
   ScanState scanState_ = ScanState::Idle;
   bool scanBusy_ = false;
-  bool afterTrace_ = false;  ///< The last item was a trace record: plain text is discarded.
+  bool afterTrace_ = false;  ///< The last item was a trace record, so plain text is discarded.
   std::int16_t traceLength_ = 0;
 
   std::string pending_;     ///< The text being scanned.
-  std::size_t cursor_ = 0;  ///< Number of its characters that are consumed.
+  std::size_t cursor_ = 0;  ///< Number of characters at the start of `pending_` that are consumed.
   ItemSearch items_;
   WordSearch packetEnd_{kPacketEnd, 1};
 };

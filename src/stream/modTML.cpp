@@ -65,8 +65,8 @@ constexpr std::size_t Slot(std::string_view word) {
   return (word.size() + code(word[0]) + 16 * code(word[1]) + 7 * code(word.back())) % 256;
 }
 
-/// For each slot the index of its tag in kTags, or kTags.size() if the slot has no tag. Compilation fails if
-/// two tags share a slot. In that case change the factors in Slot.
+/// Maps each slot to the index of its tag in kTags, or to kTags.size() if the slot has no tag. Compilation
+/// fails if two tags share a slot. In that case change the factors in Slot.
 constexpr auto kTagOfSlot = [] {
   std::array<std::uint8_t, 256> places{};
   for (auto& place : places) place = kTags.size();
@@ -81,8 +81,7 @@ constexpr auto kTagOfSlot = [] {
 constexpr std::size_t kTagStart = kPacketStart.size();  // position of the tag's "<"
 constexpr std::size_t kPrintDiscarded = 3;
 
-/// Limit of `printText` in bytes. The rest of a longer print job is not kept there, but its lines are still
-/// handed over in `printLine`.
+/// Maximum size of `printText` in bytes. Further lines of the print job are added to `printLine` only.
 constexpr std::size_t kMaxPrintText = 16u << 20;
 
 /// Returns the tag whose ">" is at `end`.
@@ -210,7 +209,7 @@ void TagStream::HandleTagPacket(std::string_view packet) {
       BeginPaintedScreen();
       state_.screenKind = ScreenKind::TableScreen;
       state_.tableChanged = true;
-      // Moving within a table keeps the screen on hold.
+      // A redraw after a cursor movement within a table does not end MainState::screenHold.
       if (state_.prevScreenKind != ScreenKind::TableScreen) state_.screenChanged = true;
       break;
     case TagToken::MenuScreen:
@@ -280,7 +279,7 @@ void TagStream::HandleTagPacket(std::string_view packet) {
 /// for the changes that remain pending.
 void TagStream::Supersede(TagToken token) {
   SessionState& s = state_;
-  bool shows = false;  // pending changes must be shown first
+  bool shows = false;  // true if pending changes must be shown before the packet
   switch (token) {
     case TagToken::MenuScreen:
       s.choiceChanged = s.closeMenu = s.tableChanged = false;

@@ -66,9 +66,9 @@ std::string_view TagPayload(std::string_view packet);
 /// Returns the payload of a print packet without its first three characters, which are discarded.
 std::string_view PrintPayload(std::string_view packet);
 
-/// Decodes tag packets. Stores their values in the session and sets a flag for each change. Nothing is
-/// painted here, so that a burst of packets paints once. Events without a flag are reported by the callbacks
-/// below.
+/// Decodes tag packets. Stores their values in the session state and sets a flag for each change. Nothing is
+/// painted here, so that a burst of packets is painted only once. Compression and trace have no flags; the
+/// callbacks below report them.
 class TagStream {
  public:
   using LongDate = std::function<std::string(int year, int month, int day)>;
@@ -81,9 +81,9 @@ class TagStream {
   /// Called when data compression starts or ends, with NoCompression, V42b or V44 and the payload.
   std::function<void(TagToken, std::string_view)> onCompression;
 
-  /// Pending changes of earlier packets. `Screen` is rows, print jobs and the closing of the choice list.
+  /// A group of pending changes. `Screen` contains rows, print jobs and the closing of the choice list.
   enum class Earlier { SoftKeys, Screen };
-  /// Called to show these changes now, because the next packet replaces them.
+  /// Called when pending changes must be shown before the next packet is decoded.
   std::function<void(Earlier)> settle;
 
   /// Called with a line of trace for a trace channel other than 0.

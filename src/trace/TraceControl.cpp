@@ -16,7 +16,8 @@ constexpr char kSecondOff = '\x82';
 /// channels are dropped.
 constexpr std::size_t kMostWindows = 32;
 
-/// Whether the modem treats received characters as commands in this mode, so that trace cannot be switched.
+/// Returns whether the modem treats received characters as commands in this mode. Trace cannot be switched
+/// on or off in such a mode.
 bool IsCommandMode(ModemMode mode) {
   return mode == ModemMode::TestInterface || mode == ModemMode::AtMode;
 }
@@ -81,8 +82,8 @@ void TraceControl::SetEnabled(bool on) {
   p_.window.mnuTrace.checked = on;
 }
 
-/// Does nothing while a dialogue or a command line uses the link, because one extra byte would disturb it.
-/// This can happen: a window can be closed in any mode, and the mode can change while it waits.
+/// Does nothing while an exchange with the modem or a command line uses the link, because an extra byte would
+/// disturb it. This can happen: a window can be closed in any mode, and the mode can change while it waits.
 void TraceControl::Send(char character) const {
   if (LinkTaken(p_.main) || IsCommandMode(p_.main.mode)) return;
   p_.link.WriteText({&character, 1});

@@ -6,7 +6,7 @@
 
 namespace corvex {
 
-/// A log file for trace records. Each record is written at once, so a crash loses none.
+/// A log file for trace records. Each record is written immediately, so a crash loses none.
 ///
 /// Errors are not reported, because the trace on the screen continues. If the disk is full, only the records
 /// that do not fit are lost. If the file cannot be opened, nothing is written until the next Start.

@@ -30,7 +30,7 @@ void frmTraceInstance::NameInstance(std::string_view text) {
 void frmTraceInstance::TraceText(std::string_view text) {
   const std::string line = std::string(text).append(kCrLf);
   Append(line);
-  LogLine(line);  // the line end is written twice, which leaves an empty line after each record (intended)
+  LogLine(line);  // intentional: LogLine adds a second line end, so an empty line follows each record
 }
 
 void frmTraceInstance::ShowLogging(bool on) {

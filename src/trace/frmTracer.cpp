@@ -58,18 +58,18 @@ void frmTracer::Quit() {
   const unsigned turn = quitTurn_ = turns_;
   ends();
   send(kHold);
-  // A timer instead of Pause: a pause is abandoned when a mode change begins, but the window has to close in
-  // any case.
+  // Uses a timer instead of Pause. A mode change abandons a pause, but the window must close in any case.
   quitting_ = loop().After(kQuitPause, [this, turn] {
-    if (turn != turns_) return;  // closed in another way or reopened since
+    if (turn != turns_) return;  // the window has been closed in another way, or opened again
     send(kOff);
-    Unload();  // sends both characters again
+    Unload();  // sends kHold and kOff again
   });
 }
 
 void frmTracer::Unload() {
   if (!loaded_) return;
-  // Everything else is done before the wait, because the window may be opened again during it.
+  // Pump handles events, and one of them may open the window again. Everything except kOff is therefore done
+  // first.
   loaded_ = false;
   ++turns_;
   ends();

@@ -93,7 +93,7 @@ void WindowLayout::Adjust() {
 }
 
 /// Returns the inner size for which the controls must be placed: the registered size, multiplied by the
-/// present inner size and divided by the original one. The original size does not include the panels, so
+/// current inner size and divided by the original one. The original size does not include the panels, so
 /// their height is added to it if they are visible.
 WindowLayout::Size WindowLayout::WantedSize() const {
   const bool panels = window_.windowState == WindowState::Normal ? grown_ : expanded_;
@@ -115,7 +115,7 @@ void WindowLayout::Zoom(ZoomStep step) {
   FitHeight();
 }
 
-/// Zoom is disabled in a maximized window, as a zoom step changes the window's size.
+/// Zoom is disabled in a maximized window, because a zoom step changes the window's size.
 void WindowLayout::OfferZoom() {
   const bool offered = scaler_ && scaler_->HasRegistered() && window_.windowState != WindowState::Maximized;
   window_.mnuZoomIn.enabled = offered;

@@ -15,7 +15,7 @@ namespace corvex {
 /// the program switches between compact and full, because that change of size must not stretch any control.
 /// It resumes when tmrResize ticks. By then the window system has applied the new size or refused it: a
 /// maximized window does not grow, and the panels take a share of the existing height. Each layout is
-/// computed only from the present size and the registered proportions, so intermediate sizes have no effect
+/// computed only from the current size and the registered proportions, so intermediate sizes have no effect
 /// on the result.
 class WindowLayout {
  public:

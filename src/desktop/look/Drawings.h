@@ -2,7 +2,7 @@
 
 #include "desktop/look/Sketch.h"
 
-// The drawings behind the pictures. Icons.cpp assigns names and numbers to them.
+// The drawings of the pictures. Icons.cpp assigns names and numbers to them.
 
 namespace corvex::drawings {
 

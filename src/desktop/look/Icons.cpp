@@ -59,7 +59,7 @@ constexpr Table MakeMenuTable() {
 
 constexpr Table MakeKeyTable() {
   Table table{};
-  // 0 and 2 are for a key without a picture of its own. They show a lamp: 0 unlit, 2 lit for a key that is in
+  // 0 and 2 are for a key without its own picture. They show a lamp: 0 unlit, 2 lit for a key that is in
   // use.
   table[0] = drawings::Lamp;
   table[1] = drawings::Envelope;

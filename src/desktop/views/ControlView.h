@@ -55,8 +55,8 @@ class ControlView : public QObject {
 /// Creates the view for a control, depending on its kind. Returns null for a kind with nothing to show.
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control);
 
-/// Returns the accessible name for a control without a text of its own. This is the caption of the label
-/// declared directly before it in the same container; empty if there is none.
+/// Returns the accessible name for a control without its own text. This is the caption of the label
+/// that is declared directly before the control in the same container, or empty if no label is.
 QString NameByLabel(const Control& control);
 
 /// Creates the view for a menu or for an entry of a menu.

@@ -100,7 +100,7 @@ void FormWindow::Enter(const EventLoop::Task& task) {
   if (form_ == nullptr) return;
   ++entered_;
   loop_.Enter(task);
-  // Not earlier: Qt would delete the window while its handler waits.
+  // The window is deleted only after its last handler has returned, because a handler may wait.
   if (--entered_ == 0 && form_ == nullptr) deleteLater();
 }
 
@@ -380,7 +380,7 @@ bool FormWindow::TakeKey(QKeyEvent& event) {
   if (key.keyCode != 0) Enter([this, &key] { form_->TakeKey(key); });
   // Pressing Alt alone opens the menu bar, even if the form handles the Alt key.
   if (event.key() == Qt::Key_Alt) key.handled = false;
-  // Set only now: the handler may have waited, and other keys may have arrived in the meantime.
+  // These members are set after the handler, because it may have waited while other keys arrived.
   keySeen_ = event.type() == QEvent::ShortcutOverride;
   keyHandled_ = key.handled;
   seenKey_ = event.key();

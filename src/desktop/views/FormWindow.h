@@ -26,10 +26,10 @@ QRect ToPixels(const Rect& twips);
 /// From form to screen: changes are collected and applied once per turn of the event loop. A burst of changes
 /// is thus laid out and painted once.
 ///
-/// From screen to form: values that the user changes are written to the form at once. Events such as a click,
-/// a typed character or a new size are posted to the program's event loop, so that no handler runs or waits
-/// inside a widget's code. Two kinds of event are handled at once instead: keys that the form sees before its
-/// controls, because the form must say whether it has handled them, and activation.
+/// From screen to form: values that the user changes are written to the form immediately. Events such as a
+/// click, a typed character or a new size are posted to the program's event loop, so that no handler runs or
+/// waits inside a widget's code. Two kinds of events are handled immediately instead: keys that the form sees
+/// before its controls, because the form must say whether it has handled them, and activation.
 class FormWindow : public QWidget, public FormObserver {
  public:
   /// `owner`: the window that this one stays in front of, or null.
@@ -44,7 +44,7 @@ class FormWindow : public QWidget, public FormObserver {
   /// destroyed by then.
   void Post(EventLoop::Task task);
 
-  /// Runs `task` in the core at once, if the form still exists. The window is not deleted before `task`
+  /// Runs `task` in the core immediately, if the form still exists. The window is not deleted before `task`
   /// returns.
   void Enter(const EventLoop::Task& task);
 

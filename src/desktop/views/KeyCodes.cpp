@@ -64,7 +64,7 @@ int VirtualKeyCode(const QKeyEvent& event) {
 }
 
 char TypedCharacter(const QKeyEvent& event) {
-  // Some systems report AltGr as Ctrl and Alt together. It types characters.
+  // Alt alone types no character. Ctrl with Alt may be AltGr, which does type characters.
   if ((event.modifiers() & (Qt::AltModifier | Qt::ControlModifier)) == Qt::AltModifier) return 0;
   const QString text = event.text();
   if (text.size() != 1 || text.front().unicode() > 0xFF) return 0;

@@ -39,7 +39,7 @@ class KeyTaker : public QWidget {
   }
 
  private:
-  /// Beeps for a character outside Latin-1. It has no byte value, and nothing is sent for it.
+  /// Beeps for a character outside Latin-1. Such a character has no byte value and is not sent.
   static void Refuse(const QString& text) {
     if (!text.isEmpty() && text.front().unicode() > 0xFF) QApplication::beep();
   }

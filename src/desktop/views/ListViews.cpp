@@ -46,8 +46,8 @@ class EntryModel : public QAbstractListModel {
 
 constexpr int kMargin = 3;
 
-/// Draws the background of an entry. The selected entry stands out most while the list has the keyboard
-/// focus.
+/// Draws the background of an entry. The selected entry has an additional ring while the list has the
+/// keyboard focus.
 void DrawEntryGround(QPainter& painter, const QStyleOptionViewItem& option) {
   const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
   if (option.state.testFlag(QStyle::State_Selected)) {
@@ -154,7 +154,7 @@ class EntryList : public QListView {
     setTabKeyNavigation(false);
     setItemDelegate(new RowDelegate(this));
     viewport()->setAttribute(Qt::WA_Hover);
-    // On a panel of its own the list needs no frame.
+    // If the list is alone on a panel, it needs no frame.
     const auto* panel = dynamic_cast<const corvex::Panel*>(parent);
     if (panel != nullptr && panel->look() == Look::Window) setFrameShape(QFrame::NoFrame);
   }

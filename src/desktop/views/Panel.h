@@ -6,7 +6,7 @@
 
 namespace corvex {
 
-/// A container with a background of its own. The background depends on the look; a plain panel with a title
+/// A container with its own background. The background depends on the look; a plain panel with a title
 /// is painted as a group.
 class Panel : public QWidget {
  public:

@@ -12,7 +12,7 @@ namespace corvex {
 void Picture::SetName(const std::string& name) {
   constexpr std::string_view kFile = "file:";
   name_ = name;
-  // A path has the encoding of the system's narrow file names, not Latin-1.
+  // Unlike other texts, a path is not in Latin-1 but in the encoding of the system's file names.
   file_ = name.starts_with(kFile) ? QPixmap(QFile::decodeName(name.c_str() + kFile.size())) : QPixmap();
   update();
 }

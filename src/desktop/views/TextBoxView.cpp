@@ -142,7 +142,7 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
     ApplyLockAndColors(changes, control_, *shown_);
-    // A locked box only serves to copy from, so Tab skips it.
+    // The user can only copy from a locked box, so Tab skips it.
     if (changes.Has(Change::Enabled))
       shown_->setFocusPolicy(control_.locked ? Qt::ClickFocus : Qt::StrongFocus);
     const TextBox::Selection selection = control_.selection;
@@ -195,7 +195,7 @@ class Pages : public QPlainTextEdit {
       QPlainTextEdit::keyPressEvent(event);
     }
   }
-  /// Pastes or drops plain text, whatever other formats are offered. Qt's own implementation crashes if the
+  /// Pastes or drops plain text and ignores all other formats. Qt's own implementation crashes if the
   /// clipboard is empty.
   void insertFromMimeData(const QMimeData* source) override {
     if (source == nullptr || !source->hasText()) return;

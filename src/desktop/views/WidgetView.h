@@ -80,7 +80,8 @@ class WidgetView : public ControlView {
     if (watched != shown_ || !control_.drop) return false;
     if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
     auto* dropped = static_cast<QDropEvent*>(event);
-    // Always copy, whatever keys are held: after a move, the source would delete the dropped files.
+    // Always copy, even if the user holds the key for a move: after a move, the source would delete the
+    // files.
     dropped->setDropAction(Qt::CopyAction);
     dropped->setAccepted(dropped->possibleActions().testFlag(Qt::CopyAction));
     if (type == QEvent::Drop && dropped->isAccepted())
