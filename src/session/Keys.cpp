@@ -199,7 +199,7 @@ bool Keys::MoveChoiceTo() {
   return false;
 }
 
-/// Called after a walk was given up. Shows the list again if the modem still shows it.
+/// Called after a walk was abandoned. Shows the list again if the modem still shows it.
 void Keys::ShowChoiceAgain() {
   const ScreenKind kind = p_.state.screenKind;
   p_.main.screenHold = false;

@@ -11,7 +11,7 @@ void Passages::Begin(const Passage& passage) {
         again = false;
         run();
       } catch (const WaitAbandoned& wait) {
-        // A pause over midnight is given up although no other passage has begun. Start this one over.
+        // A pause over midnight is abandoned although no other passage has begun. Start this one over.
         if (!wait.overdue || main_.passage != number) throw;
         again = true;
       }

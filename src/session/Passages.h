@@ -18,7 +18,7 @@ struct Passage {
 
 /// Starts passages. At most one passage is under way at a time.
 ///
-/// When a passage begins, every wait on the stack is given up (see EventLoop::AbandonWaits). The passage runs
+/// When a passage begins, every wait on the stack is abandoned (see EventLoop::AbandonWaits). The passage runs
 /// once the waits have unwound. Only the last of several clicks therefore takes effect, and the passages that
 /// were replaced send nothing more to the modem.
 class Passages {

@@ -18,7 +18,7 @@ constexpr double kPause = 0.3;
 /// In seconds. If a step takes this much longer than planned, another screen may be shown than expected.
 constexpr double kHeldUp = 2;
 
-/// No log begins in the last minute of a day. A pause over midnight is given up, and the rest of the log
+/// No log begins in the last minute of a day. A pause over midnight is abandoned, and the rest of the log
 /// would be lost.
 constexpr double kLastStart = 86400 - 60;
 
