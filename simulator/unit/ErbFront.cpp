@@ -51,7 +51,7 @@ void ErbFront::Receive(std::string_view bytes) {
     if (!through.empty()) units_[*mub_]->Receive(std::exchange(through, {}));
   };
   for (const char c : bytes) {
-    if (std::exchange(behindWord_, false) && c == '\r') continue;
+    if (std::exchange(afterWord_, false) && c == '\r') continue;
     const bool ends = EndsSession(c);
     if (mub_) {
       through += c;
@@ -65,7 +65,7 @@ void ErbFront::Receive(std::string_view bytes) {
     flush();
     EndSession();
     Prompt(State::UserName);
-    behindWord_ = true;
+    afterWord_ = true;
   }
   flush();
 }
@@ -79,7 +79,7 @@ bool ErbFront::EndsSession(char c) {
 void ErbFront::EndSession() {
   timer_.Stop();
   latest_.clear();
-  behindWord_ = false;
+  afterWord_ = false;
   if (mub_) units_[*std::exchange(mub_, std::nullopt)]->LineDown();
 }
 

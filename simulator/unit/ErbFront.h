@@ -83,7 +83,7 @@ class ErbFront {
   CommandLine line_;
   std::string user_;
   std::string latest_;  // the last characters received, up to the length of the word that ends a session
-  bool behindWord_ = false;
+  bool afterWord_ = false;
   Timer timer_;
 };
 

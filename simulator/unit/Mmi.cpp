@@ -223,8 +223,8 @@ void Mmi::SelectItem(int number) {
 
 void Mmi::ShowMessage(const Screen& screen) {
   message_ = &screen;
-  const std::string told = status_.Apply(screen.effect);
-  send_(LeaveList(Kind::Message) + Packet("MsgScreen", status_.Text(screen.title)) + told);
+  const std::string changes = status_.Apply(screen.effect);
+  send_(LeaveList(Kind::Message) + Packet("MsgScreen", status_.Text(screen.title)) + changes);
   messageTimer_.Start(kMessageTime, [this] { DismissMessage(); });
 }
 

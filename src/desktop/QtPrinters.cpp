@@ -74,9 +74,9 @@ bool PrintPages(QPrinter& printer, const std::string& text, const Font& font) {
     while (end < whole.size() && end - at < kLongestParagraph && whole[end] != u'\n' && whole[end] != u'\f')
       ++end;
     printed = printParagraph(whole.mid(at, end - at));
-    const QChar behind = end < whole.size() ? whole[end] : QChar(u'\n');
-    if (printed && behind == u'\f' && end + 1 < whole.size()) printed = turnPage();
-    at = behind == u'\n' || behind == u'\f' ? end + 1 : end;
+    const QChar next = end < whole.size() ? whole[end] : QChar(u'\n');
+    if (printed && next == u'\f' && end + 1 < whole.size()) printed = turnPage();
+    at = next == u'\n' || next == u'\f' ? end + 1 : end;
   }
   if (!printed) printer.abort();
   return painter.end() && printed;

@@ -123,18 +123,18 @@ class AsioSerialControl::Line {
   }
 
   void HasRead(std::error_code error, std::size_t count) {
-    bool tells = false;
+    bool announces = false;
     bool goesOn = true;
     if (count > 0) {
       const std::lock_guard lock(mutex_);
       input_.append(received_.data(), count);
-      tells = !std::exchange(announced_, true);
+      announces = !std::exchange(announced_, true);
       if (input_.size() >= kInputBound) {
         readingStopped_ = true;
         goesOn = false;
       }
     }
-    if (tells) arrived_();
+    if (announces) arrived_();
     // A read can complete without a byte, and DropOutput can cancel it.
     const bool ended = error && error != asio::error::operation_aborted;
     if (ended || ((error || count == 0) && !LineAlive(handle_))) {

@@ -15,8 +15,9 @@ void SoftBreaks::Edited(std::size_t place, std::size_t removed, std::size_t inse
   const std::size_t end = place + removed;
   const auto touched = std::partition_point(places_.begin(), places_.end(),
                                             [&](std::size_t at) { return at + kSize <= place; });
-  const auto behind = std::partition_point(touched, places_.end(), [&](std::size_t at) { return at < end; });
-  for (auto at = places_.erase(touched, behind); at != places_.end(); ++at) *at = *at - removed + inserted;
+  const auto following =
+      std::partition_point(touched, places_.end(), [&](std::size_t at) { return at < end; });
+  for (auto at = places_.erase(touched, following); at != places_.end(); ++at) *at = *at - removed + inserted;
 }
 
 void SoftBreaks::Add(std::size_t place) {

@@ -18,9 +18,9 @@ struct Passage {
 
 /// Starts passages. At most one passage is under way at a time.
 ///
-/// When a passage begins, every wait on the stack is abandoned (see EventLoop::AbandonWaits). The passage runs
-/// once the waits have unwound. Only the last of several clicks therefore takes effect, and the passages that
-/// were replaced send nothing more to the modem.
+/// When a passage begins, every wait on the stack is abandoned (see EventLoop::AbandonWaits). The passage
+/// runs once the waits have unwound. Only the last of several clicks therefore takes effect, and the passages
+/// that were replaced send nothing more to the modem.
 class Passages {
  public:
   Passages(EventLoop& loop, MainState& main, TerminalLink& link) : loop_(loop), main_(main), link_(link) {}

@@ -94,7 +94,7 @@ TagToken TokenOf(std::string_view packet, std::size_t end) {
 }
 
 /// Returns the text between the tag's ">" at `end` and the end mark of the packet.
-std::string_view PayloadBehind(std::string_view packet, std::size_t end) {
+std::string_view PayloadAfter(std::string_view packet, std::size_t end) {
   if (end == std::string_view::npos || end + 1 + kPacketEnd.size() > packet.size()) return {};
   packet.remove_suffix(kPacketEnd.size());
   return packet.substr(end + 1);
@@ -107,7 +107,7 @@ TagToken TagTokenOf(std::string_view packet) {
 }
 
 std::string_view TagPayload(std::string_view packet) {
-  return PayloadBehind(packet, packet.find('>', kTagStart + 1));
+  return PayloadAfter(packet, packet.find('>', kTagStart + 1));
 }
 
 std::string_view PrintPayload(std::string_view packet) {
@@ -121,7 +121,7 @@ TagStream::TagStream(SessionState& state, TextGrid& grid, LongDate longDate)
 void TagStream::HandleTagPacket(std::string_view packet) {
   const std::size_t tagEnd = packet.find('>', kTagStart);
   const TagToken token = TokenOf(packet, tagEnd);
-  const std::string_view payload = PayloadBehind(packet, tagEnd);
+  const std::string_view payload = PayloadAfter(packet, tagEnd);
   Supersede(token);
   switch (token) {
     case TagToken::None:

@@ -133,7 +133,7 @@ void DrawLogo(QPainter& painter, const QRectF& rect, const QPalette& palette) {
 }
 
 /// Returns the number that follows `word` in a name such as "key 5", or none if the name has another form.
-std::optional<int> NumberBehind(std::string_view name, std::string_view word) {
+std::optional<int> NumberAfter(std::string_view name, std::string_view word) {
   if (!name.starts_with(word)) return std::nullopt;
   return ToInt16(name.substr(word.size()));
 }
@@ -176,7 +176,7 @@ bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, c
     DrawLogo(painter, rect, palette);
     return true;
   }
-  const auto key = NumberBehind(name, "key ");
+  const auto key = NumberAfter(name, "key ");
   const auto named = std::find_if(kNamed.begin(), kNamed.end(),
                                   [name](const NamedDrawing& entry) { return entry.name == name; });
   if (!key && named == kNamed.end()) return false;

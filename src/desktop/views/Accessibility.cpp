@@ -54,12 +54,12 @@ class PanelInterface : public QAccessibleWidget {
 
  private:
   QList<QAccessibleInterface*> Told() const {
-    QList<QAccessibleInterface*> told;
+    QList<QAccessibleInterface*> spoken;
     for (int i = 0; i < QAccessibleWidget::childCount(); ++i) {
       QAccessibleInterface* const child = QAccessibleWidget::child(i);
-      if (!IsDecoration(child)) told << child;
+      if (!IsDecoration(child)) spoken << child;
     }
-    return told;
+    return spoken;
   }
 
   const Panel& panel_;

@@ -225,8 +225,8 @@ class PagesView : public WidgetView<TextBox, Pages> {
     taken_ += inserted.size();
     // If the text is emptied in a closed window, or after kMostTaken bytes, set the page as a whole. This
     // discards the undo history, so the old text cannot come back.
-    const bool anew = taken_ > kMostTaken || !control_.form().visible;
-    if (removed > 0 && removed == text.size() && anew) {
+    const bool replaced = taken_ > kMostTaken || !control_.form().visible;
+    if (removed > 0 && removed == text.size() && replaced) {
       whole_ = true;
       edits_.clear();
       return;
@@ -362,10 +362,10 @@ class PagesView : public WidgetView<TextBox, Pages> {
     const int position = marked.position();
     // Qt extends the selection by text that is inserted directly after it. The code below restores the
     // selection.
-    const bool behind =
+    const bool follows =
         marked.hasSelection() && !cursor.hasSelection() && marked.selectionEnd() == cursor.position();
     cursor.insertText(ToPage(edit.inserted));
-    if (!behind) return;
+    if (!follows) return;
     QTextCursor kept = marked;
     kept.setPosition(anchor);
     kept.setPosition(position, QTextCursor::KeepAnchor);

@@ -291,9 +291,9 @@ TEST_F(FormWindowTest, AnUpDownIsSteppedByKeysAndReportsItsMeaning) {
   EXPECT_EQ(form->bits.tag, "5");
   Turn();
   Turn();  // the text is updated one turn after the value
-  const auto* told = QAccessible::queryAccessibleInterface(arrows);
-  EXPECT_EQ(told->text(QAccessible::Name), QStringLiteral("Data"));
-  EXPECT_EQ(told->text(QAccessible::Value), QStringLiteral("5 bits"));
+  const auto* spoken = QAccessible::queryAccessibleInterface(arrows);
+  EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Data"));
+  EXPECT_EQ(spoken->text(QAccessible::Value), QStringLiteral("5 bits"));
   form->arrows.value = 99;  // the logic's value takes precedence and is limited to the range
   Turn();
   QTest::keyClick(arrows, Qt::Key_Down);
