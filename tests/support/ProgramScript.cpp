@@ -20,10 +20,6 @@ namespace corvex::test {
 
 namespace {
 
-bool Says(const Words& words, const char* word) {
-  return std::count(words.begin(), words.end(), word) > 0;
-}
-
 /// Makes a folder, in place of a file if there is one.
 void MakeFolder(const std::filesystem::path& path) {
   if (!std::filesystem::is_directory(path)) std::filesystem::remove(path);
@@ -68,28 +64,6 @@ class ProgramScript::Impl {
 
   // ---- The program's surroundings.
 
-  Commands SurroundingCommands() {
-    return {
-        {"clock", [this](Words& w) { stage_.emplace(std::stod(w.at(0))); }},
-        {"set", [this](Words& w) { p().settings.WriteSetting(w.at(0), w[1], w.at(2)); }},
-        {"given", [this](Words& w) { Given(w.at(0)); }},
-        {"reply", [this](Words& w) { Reply(w); }},
-        {"pick-font", [this](Words& w) { PickFont(w); }},
-        {"answer", [this](Words& w) { Answer(w.at(0), w.at(1)); }},
-        {"start", [this](Words& w) { p().Start(std::stod(w.at(0))); }},
-        {"program", [this](Words&) { StartSession(); }},
-        {"wait", [this](Words& w) { Wait(std::stod(w.at(0))); }},
-        {"feed", [this](Words& w) { Feed(Joined(w)); }},
-        {"write-file", [this](Words& w) { p().folder.Write(w.at(0), w.at(1)); }},
-        {"make-folder", [this](Words& w) { MakeFolder(p().folder.Path() / w.at(0)); }},
-        {"read-only",
-         [this](Words& w) {
-           std::filesystem::permissions(p().folder.Path() / w.at(0), std::filesystem::perms::owner_read);
-         }},
-        {"disk-room", [this](Words& w) { SetDiskRoom(w.at(0)); }},
-        {"boxes-stand", [this](Words& w) { p().KeepBoxesOpen(std::chrono::seconds(std::stoi(w.at(0)))); }},
-    };
-  }
   /// Only the open one of the two lines takes the bytes.
   void Feed(std::string_view bytes) {
     p().comPort.Arrive(bytes);
@@ -162,51 +136,17 @@ class ProgramScript::Impl {
   void PickFont(const Words& words) {
     p().dialogs.chosenFont = Font{.name = words.at(0),
                                   .size = std::stod(words.at(1)),
-                                  .bold = Says(words, "bold"),
-                                  .italic = Says(words, "italic"),
-                                  .underline = Says(words, "underline")};
+                                  .bold = HasWord(words, "bold"),
+                                  .italic = HasWord(words, "italic"),
+                                  .underline = HasWord(words, "underline")};
   }
   void SetDiskRoom(const std::string& bytes) {
     skipsRest_ = !DiskRoom::kWorks;
     room_.Set(bytes == "any" ? DiskRoom::kAny : std::stol(bytes));
   }
 
-  // ---- The user.
-
-  Commands UserCommands() {
-    return {
-        {"click", [this](Words& w) { user().Click(user().Find(w)); }},
-        {"put",
-         [this](Words& w) {
-           Control& control = user().Find(w);
-           user().Put(control, w.at(0));
-         }},
-        {"mark", [this](Words& w) { user().Mark(w); }},
-        {"drop", [this](Words& w) { user().DropFiles(w); }},
-        {"focus", [this](Words& w) { user().Focus(user().Find(w)); }},
-        {"keydown", [this](Words& w) { user().KeyDown(w); }},
-        {"type", [this](Words& w) { user().Type(w.at(0)); }},
-        {"select", [this](Words& w) { user().Select(std::stoi(w.at(0))); }},
-        {"double-click", [this](Words&) { user().DoubleClick(); }},
-        {"window", [this](Words& w) { user().Window(w.at(0)); }},
-    };
-  }
-
   // ---- What the windows show.
 
-  Commands WindowChecks() {
-    return {
-        {"see", [this](Words& w) { See(w, true); }},
-        {"gone", [this](Words& w) { See(w, false); }},
-        {"has", [this](Words& w) { Has(w); }},
-        {"pointer",
-         [this](Words& w) { EXPECT_EQ(p().term.pointer == Pointer::Normal, w.at(0) == "normal"); }},
-        {"mode", [this](Words& w) { EXPECT_EQ(Mode(), w.at(0)); }},
-        {"shown", [this](Words& w) { EXPECT_EQ(user().Shown(w.at(0)), w.at(1) == "yes"); }},
-        {"title", [this](Words& w) { EXPECT_EQ(user().FormNamed(w.at(0)).caption, w.at(1)); }},
-        {"box", [this](Words& w) { EXPECT_EQ(InFolder(std::exchange(p().dialogs.shown, {})), w); }},
-    };
-  }
   /// Looks for consecutive lines. Several blanks count as one, and leading blanks do not count.
   void See(const Words& lines, bool there) {
     std::string seen = std::regex_replace(Seen(p().term), std::regex(" +"), " ");
@@ -238,26 +178,6 @@ class ProgramScript::Impl {
 
   // ---- What else comes out of the program: bytes, files, printouts, sound.
 
-  Commands OtherChecks() {
-    return {
-        {"sent", [this](Words& w) { EXPECT_EQ(TakeSent(), Joined(w)); }},
-        {"link", [this](Words& w) { EXPECT_EQ(LinkOpen(), w.at(0) == "open"); }},
-        {"read",
-         [this](Words& w) { EXPECT_EQ(p().settings.ReadSetting(w.at(0), w.at(1), "none"), w.at(2)); }},
-        {"printed", [this](Words& w) { EXPECT_EQ(std::exchange(p().printers.printed, {}), w); }},
-        {"print-font", [this](Words& w) { EXPECT_EQ(Described(p().printers.fonts.back()), w.at(0)); }},
-        {"clipboard", [this](Words& w) { EXPECT_EQ(p().shell.clipboard, w.at(0)); }},
-        {"file", [this](Words& w) { EXPECT_EQ(p().folder.Read(w.at(0)), Joined(w, 1)); }},
-        {"file-has", [this](Words& w) { FileHas(w); }},
-        {"files", [this](Words& w) { EXPECT_EQ(FilesLike(w.at(0)), Words(w.begin() + 1, w.end())); }},
-        {"no-file", [this](Words& w) { EXPECT_FALSE(std::filesystem::exists(p().folder.Path() / w.at(0))); }},
-        {"bells", [this](Words& w) { EXPECT_EQ(std::exchange(p().sound.bells, 0), std::stoi(w.at(0))); }},
-        {"tones", [this](Words& w) { EXPECT_EQ(TakeTones(), w); }},
-        {"dsp", [this](Words& w) { EXPECT_EQ(TakeDsp(), w); }},
-        {"viewed", [this](Words& w) { EXPECT_EQ(InFolder(std::exchange(p().shell.viewed, {})), w); }},
-        {"ended", [this](Words& w) { Ended(std::stod(w.at(0))); }},
-    };
-  }
   std::string TakeSent() {
     p().comPort.LetLeave();
     return std::exchange(p().comPort.sent, {}) + std::exchange(p().sock.sent, {});
@@ -296,20 +216,72 @@ class ProgramScript::Impl {
     return names;
   }
 
-  Commands AllCommands() {
-    Commands all = SurroundingCommands();
-    all.merge(UserCommands());
-    all.merge(WindowChecks());
-    all.merge(OtherChecks());
-    return all;
-  }
-
   DiskRoom room_;
   bool skipsRest_ = false;  ///< This system cannot make a disk look full.
   std::optional<Stage> stage_;
   int pending_ = 0;      ///< `after` lines whose time has not come.
   bool within_ = false;  ///< An `after` line is running, during a wait of the script.
-  const Commands commands_ = AllCommands();
+  const Commands commands_{
+      // The program's surroundings.
+      {"clock", [this](Words& w) { stage_.emplace(std::stod(w.at(0))); }},
+      {"set", [this](Words& w) { p().settings.WriteSetting(w.at(0), w[1], w.at(2)); }},
+      {"given", [this](Words& w) { Given(w.at(0)); }},
+      {"reply", [this](Words& w) { Reply(w); }},
+      {"pick-font", [this](Words& w) { PickFont(w); }},
+      {"answer", [this](Words& w) { Answer(w.at(0), w.at(1)); }},
+      {"start", [this](Words& w) { p().Start(std::stod(w.at(0))); }},
+      {"program", [this](Words&) { StartSession(); }},
+      {"wait", [this](Words& w) { Wait(std::stod(w.at(0))); }},
+      {"feed", [this](Words& w) { Feed(Joined(w)); }},
+      {"write-file", [this](Words& w) { p().folder.Write(w.at(0), w.at(1)); }},
+      {"make-folder", [this](Words& w) { MakeFolder(p().folder.Path() / w.at(0)); }},
+      {"read-only",
+       [this](Words& w) {
+         std::filesystem::permissions(p().folder.Path() / w.at(0), std::filesystem::perms::owner_read);
+       }},
+      {"disk-room", [this](Words& w) { SetDiskRoom(w.at(0)); }},
+      {"boxes-stand", [this](Words& w) { p().KeepBoxesOpen(std::chrono::seconds(std::stoi(w.at(0)))); }},
+      // The user.
+      {"click", [this](Words& w) { user().Click(user().Find(w)); }},
+      {"put",
+       [this](Words& w) {
+         Control& control = user().Find(w);
+         user().Put(control, w.at(0));
+       }},
+      {"mark", [this](Words& w) { user().Mark(w); }},
+      {"drop", [this](Words& w) { user().DropFiles(w); }},
+      {"focus", [this](Words& w) { user().Focus(user().Find(w)); }},
+      {"keydown", [this](Words& w) { user().KeyDown(w); }},
+      {"type", [this](Words& w) { user().Type(w.at(0)); }},
+      {"select", [this](Words& w) { user().Select(std::stoi(w.at(0))); }},
+      {"double-click", [this](Words&) { user().DoubleClick(); }},
+      {"window", [this](Words& w) { user().Window(w.at(0)); }},
+      // What the windows show.
+      {"see", [this](Words& w) { See(w, true); }},
+      {"gone", [this](Words& w) { See(w, false); }},
+      {"has", [this](Words& w) { Has(w); }},
+      {"pointer", [this](Words& w) { EXPECT_EQ(p().term.pointer == Pointer::Normal, w.at(0) == "normal"); }},
+      {"mode", [this](Words& w) { EXPECT_EQ(Mode(), w.at(0)); }},
+      {"shown", [this](Words& w) { EXPECT_EQ(user().Shown(w.at(0)), w.at(1) == "yes"); }},
+      {"title", [this](Words& w) { EXPECT_EQ(user().FormNamed(w.at(0)).caption, w.at(1)); }},
+      {"box", [this](Words& w) { EXPECT_EQ(InFolder(std::exchange(p().dialogs.shown, {})), w); }},
+      // What else comes out of the program: bytes, files, printouts, sound.
+      {"sent", [this](Words& w) { EXPECT_EQ(TakeSent(), Joined(w)); }},
+      {"link", [this](Words& w) { EXPECT_EQ(LinkOpen(), w.at(0) == "open"); }},
+      {"read", [this](Words& w) { EXPECT_EQ(p().settings.ReadSetting(w.at(0), w.at(1), "none"), w.at(2)); }},
+      {"printed", [this](Words& w) { EXPECT_EQ(std::exchange(p().printers.printed, {}), w); }},
+      {"print-font", [this](Words& w) { EXPECT_EQ(Described(p().printers.fonts.back()), w.at(0)); }},
+      {"clipboard", [this](Words& w) { EXPECT_EQ(p().shell.clipboard, w.at(0)); }},
+      {"file", [this](Words& w) { EXPECT_EQ(p().folder.Read(w.at(0)), Joined(w, 1)); }},
+      {"file-has", [this](Words& w) { FileHas(w); }},
+      {"files", [this](Words& w) { EXPECT_EQ(FilesLike(w.at(0)), Words(w.begin() + 1, w.end())); }},
+      {"no-file", [this](Words& w) { EXPECT_FALSE(std::filesystem::exists(p().folder.Path() / w.at(0))); }},
+      {"bells", [this](Words& w) { EXPECT_EQ(std::exchange(p().sound.bells, 0), std::stoi(w.at(0))); }},
+      {"tones", [this](Words& w) { EXPECT_EQ(TakeTones(), w); }},
+      {"dsp", [this](Words& w) { EXPECT_EQ(TakeDsp(), w); }},
+      {"viewed", [this](Words& w) { EXPECT_EQ(InFolder(std::exchange(p().shell.viewed, {})), w); }},
+      {"ended", [this](Words& w) { Ended(std::stod(w.at(0))); }},
+  };
 };
 
 ProgramScript::ProgramScript() : impl_(std::make_unique<Impl>()) {}

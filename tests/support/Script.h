@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -18,6 +19,14 @@
 namespace corvex::test {
 
 using Words = std::vector<std::string>;
+
+inline bool HasWord(const Words& words, const char* word) {
+  return std::count(words.begin(), words.end(), word) > 0;
+}
+
+inline bool IsNumber(const std::string& word) {
+  return !word.empty() && word.find_first_not_of("0123456789") == word.npos;
+}
 
 struct Script {
   std::string name;
@@ -61,7 +70,7 @@ inline Words Repeated(const Words& quoted) {
   Words texts;
   int count = 1;
   for (std::size_t i = 1; i < quoted.size(); ++i) {
-    const bool number = quoted[i].find_first_not_of("0123456789") == std::string::npos;
+    const bool number = IsNumber(quoted[i]);
     if (!number) texts.emplace_back();
     for (; !number && count > 0; --count) texts.back() += Unquote(quoted[i]);
     count = number ? std::stoi(quoted[i]) : 1;

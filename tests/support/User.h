@@ -83,11 +83,11 @@ class User {
     for (const std::string& code : words) {
       if (!IsDigit(code[0])) return;
       KeyEvent key{.keyCode = std::stoi(code),
-                   .ctrl = Has(words, "ctrl"),
-                   .alt = Has(words, "alt"),
-                   .repeated = Has(words, "held")};
+                   .ctrl = HasWord(words, "ctrl"),
+                   .alt = HasWord(words, "alt"),
+                   .repeated = HasWord(words, "held")};
       Do([&] { Front().TakeKey(key); });
-      EXPECT_EQ(key.handled, !Has(words, "goes-on"));
+      EXPECT_EQ(key.handled, !HasWord(words, "goes-on"));
     }
   }
   void Window(const std::string& what) {
@@ -112,12 +112,6 @@ class User {
   }
 
  private:
-  static bool IsNumber(const std::string& word) {
-    return !word.empty() && word.find_first_not_of("0123456789") == word.npos;
-  }
-  static bool Has(const Words& words, const char* word) {
-    return std::count(words.begin(), words.end(), word) > 0;
-  }
   static void Choose(OptionButton& chosen) {
     for (Control* control : chosen.form().controls()) {
       auto* other = dynamic_cast<OptionButton*>(control);
