@@ -51,10 +51,6 @@ class frmTerm : public TermControls {
 
   const MainState& main() const { return main_; }
   const SessionState& state() const { return state_; }
-  TerminalLink& link() { return link_; }
-  Keys& keys() { return keys_; }
-  ReceiveBuffer& received() { return received_; }
-  TestInterface& test() { return test_; }
 
  private:
   // Set the handlers of the controls and of the session's parts.
