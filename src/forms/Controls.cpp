@@ -89,6 +89,17 @@ void ListBox::AddItem(std::string text) {
   Changed(Change::Items);
 }
 
+void ComboBox::SetItems(std::vector<std::string> items) {
+  items_ = std::move(items);
+  listIndex.Adopt(-1);
+  Changed(Change::Items);
+}
+
+std::string ComboBox::Text() const {
+  const auto index = static_cast<std::size_t>(listIndex);
+  return index < items_.size() ? items_[index] : std::string();
+}
+
 Timer::Timer(Form& form, const Design& design)
     : Control(form, design), tick(run_->tick), interval_(design.interval) {
   if (enabled) Start();

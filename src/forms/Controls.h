@@ -221,6 +221,26 @@ class ListBox : public Control {
   std::vector<std::string> items_;
 };
 
+/// A closed list of texts that shows one of them and opens to let the user choose another.
+class ComboBox : public Control {
+ public:
+  ComboBox(Container& parent, const Design& design) : Control(parent, design) {}
+  std::string_view TypeName() const override { return "ComboBox"; }
+
+  const std::vector<std::string>& Items() const { return items_; }
+  /// Replaces all items. None is selected afterwards.
+  void SetItems(std::vector<std::string> items);
+
+  /// The index of the item that is shown, counted from 0. -1: none.
+  Property<int> listIndex{*this, Change::Selection, -1};
+  /// The text that is shown. Empty if no item is selected.
+  std::string Text() const;
+  Event<> click;  ///< The user has chosen an item, perhaps the same as before.
+
+ private:
+  std::vector<std::string> items_;
+};
+
 /// An invisible control that takes the keyboard focus and reports typed keys. Each key is reported as a text
 /// of one or two characters.
 class KeySource : public Control {
@@ -257,6 +277,14 @@ class MenuItem : public Control {
   const std::string shortcut;
   Event<> click;
 
+  /// Opens this menu at the place where the user has asked for it, as a context menu. Returns at once. A menu
+  /// that is used only in this way is not visible, so that the menu bar does not show it.
+  void PopUp() {
+    ++popUps_;
+    Changed(Change::PopUp);
+  }
+  int PopUps() const { return popUps_; }  ///< The number of calls of PopUp.
+
  private:
   MenuItem(Form& form, MenuItem* menu, const Design& design)
       : Control(form, design),
@@ -266,6 +294,7 @@ class MenuItem : public Control {
     form.hasMenuBar_ = true;
   }
   MenuItem* menu_;
+  int popUps_ = 0;
 };
 
 /// Raises `tick` every `interval` milliseconds while enabled. The next interval begins when the handler has

@@ -29,6 +29,9 @@ enum class Change : std::uint32_t {
   BackColor = 1u << 18,
   Default = 1u << 19,
   Dimmed = 1u << 20,
+  Expanded = 1u << 21,
+  Scroll = 1u << 22,
+  PopUp = 1u << 23,
 };
 
 /// Base class of objects that are notified when one of their properties changes.
