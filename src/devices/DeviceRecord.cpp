@@ -64,10 +64,16 @@ std::optional<std::int32_t> HexPrefix(std::string_view text) {
   return static_cast<std::int32_t>(value);
 }
 
+/// The digits after "&h", which marks a hexadecimal number.
+std::optional<std::string_view> HexDigits(std::string_view text) {
+  text = TrimBlanks(text);
+  if (text.size() < 2 || !EqualNoCase(text.substr(0, 2), "&h")) return std::nullopt;
+  return text.substr(2);
+}
+
 std::optional<std::int32_t> Number32(std::string_view text) {
-  const std::string_view trimmed = TrimBlanks(text);
-  if (trimmed.size() >= 2 && EqualNoCase(trimmed.substr(0, 2), "&h")) return HexPrefix(trimmed.substr(2));
-  return PrefixInt32(text);
+  const auto hex = HexDigits(text);
+  return hex ? HexPrefix(*hex) : PrefixInt32(text);
 }
 
 std::optional<std::int16_t> Fit16(std::optional<std::int32_t> value) {
@@ -110,10 +116,7 @@ class FieldReader {
   static std::optional<std::int16_t> ReadHexInt16(std::string_view text) {
     return Fit16(HexPrefix(TrimBlanks(text)));
   }
-  static std::optional<bool> ReadFlag(std::string_view text) {
-    const auto number = Number32(text);
-    return number ? std::optional(*number != 0) : std::nullopt;
-  }
+  static std::optional<bool> ReadFlag(std::string_view text) { return ParseFlag(text); }
   static std::optional<std::string> ReadText(std::string_view text) { return std::string(text); }
   template <typename Enum>
   static std::optional<Enum> ReadNumber(std::string_view text) {
@@ -177,7 +180,8 @@ std::string_view FlagText(bool flag) {
   return flag ? "1" : "0";
 }
 bool ParseFlag(std::string_view text) {
-  return NumericPrefix(text) != 0;
+  const auto hex = HexDigits(text);
+  return hex ? HexPrefix(*hex) != 0 : NumericPrefix(text) != 0;
 }
 
 std::string ShortHex(std::int32_t id) {

@@ -109,7 +109,8 @@ class TextBox : public Control {
   /// The selected text.
   std::string_view SelText() const;
 
-  bool multiLine = false;                                ///< Set before the form is shown.
+  bool multiLine = false;  ///< Set before the form is shown.
+  bool masked = false;     ///< Shows a dot for each character, for a password. Set before the form is shown.
   Property<bool> locked{*this, Change::Enabled, false};  ///< The user cannot type.
   Property<Selection> selection{*this, Change::Selection, {}};
   void SelectAll() { selection = Selection{0, text_.size()}; }
