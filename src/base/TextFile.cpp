@@ -88,9 +88,17 @@ bool IsTemporary(std::u8string_view name, std::u8string_view file) {
 std::optional<std::string> ReadWhole(const std::string& file, std::size_t limit) noexcept {
   try {
     std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    if (status.type() == fs::file_type::not_found) return std::string();
-    if (!fs::is_regular_file(status)) return std::nullopt;
+    if (fs::status(file, error).type() == fs::file_type::not_found) return std::string();
+  } catch (const std::exception&) {  // The path is invalid, or out of memory.
+    return std::nullopt;
+  }
+  return ReadExisting(file, limit);
+}
+
+std::optional<std::string> ReadExisting(const std::string& file, std::size_t limit) noexcept {
+  try {
+    std::error_code error;
+    if (!fs::is_regular_file(fs::status(file, error))) return std::nullopt;
     const std::uintmax_t size = fs::file_size(file, error);
     if (error || size > limit) return std::nullopt;
     std::ifstream in(file, std::ios::binary);

@@ -16,6 +16,9 @@ namespace corvex {
 /// not a regular file, the file is larger than `limit` bytes, or it cannot be read.
 std::optional<std::string> ReadWhole(const std::string& file, std::size_t limit) noexcept;
 
+/// Like ReadWhole, but returns nullopt if the file does not exist.
+std::optional<std::string> ReadExisting(const std::string& file, std::size_t limit) noexcept;
+
 /// Who may read and write a newly created file.
 enum class NewFile {
   AsUsual,    ///< The system's default for new files in the folder.

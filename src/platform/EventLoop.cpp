@@ -180,6 +180,18 @@ void Pause(EventLoop& loop, double seconds) {
   }
 }
 
+void PauseThrough(EventLoop& loop, double seconds) {
+  try {
+    Pause(loop, seconds);
+  } catch (const WaitAbandoned& wait) {
+    if (!wait.overdue) throw;
+  }
+}
+
+void LetEventsRun(EventLoop& loop) {
+  EventLoop::Wait(loop).Pump(loop.Now());
+}
+
 void PauseShort(EventLoop& loop) {
   Pause(loop, 0.1);
 }

@@ -179,6 +179,13 @@ class EventLoop {
 /// is one minute overdue on the monotonic clock, so that it cannot block the program forever.
 void Pause(EventLoop& loop, double seconds);
 
+/// Like Pause, but a pause over midnight ends when it is one minute overdue, and the caller continues. For
+/// exchanges with the modem that must not stop halfway.
+void PauseThrough(EventLoop& loop, double seconds);
+
+/// Runs everything that is due, once. A wait that can be abandoned (see EventLoop::Wait).
+void LetEventsRun(EventLoop& loop);
+
 /// Pause(0.1).
 void PauseShort(EventLoop& loop);
 
