@@ -90,6 +90,7 @@ void DeviceTree::Reset(TerminalModel model) {
   devices = {};
   ports = {};
   handsets = {};
+  handsetNodes_.clear();
   // The tags of the serial ports stay until their entries are read again.
   for (SerialText& text : serial) text.caption.clear();
   used.Clear();
@@ -147,7 +148,7 @@ DeviceTree::Place DeviceTree::AddSerial(const DeviceRecord& record) {
   serial[port] = {"  Id= " + ShortHex(record.id) + "h  MSN= " + record.msn,
                   FormatTagRecord(record, kTagSeparator)};
   used.Note(record);
-  return again ? Place::DuplicatePort : Place::Shown;
+  return again ? Place::Replaces : Place::Shown;
 }
 
 DeviceTree::Place DeviceTree::AddPort(const DeviceRecord& record) {
@@ -181,19 +182,15 @@ void DeviceTree::ShowPorts() {
 
 DeviceTree::Place DeviceTree::AddHandset(const DeviceRecord& record) {
   used.Note(record);
-  int parent = handsets.First();
-  for (; parent != Tree::kNone; parent = handsets.Next(parent)) {
-    DeviceRecord first;
-    const int child = handsets.FirstChild(parent);
-    if (Contains(handsets[parent].text, record.name) && child != Tree::kNone &&
-        RecordOfTag(handsets[child].tag, first) && first.handset == record.handset) {
-      break;
-    }
-  }
+  std::vector<int>& parents = handsetNodes_[record.handset];
+  const auto same = std::find_if(parents.begin(), parents.end(), [&](int node) {
+    return Contains(handsets[node].text, record.name);  // intentional: a part of the text is enough
+  });
   const bool missing = record.handset == DeviceRecord::kMissing;
   const std::string tag = FormatTagRecord(record, kTagSeparator);
   const std::string key = tag + ",DISTRESS";  // intentional: with and without a distress box
   if (handsets.Find(key) != Tree::kNone) return Place::AlreadyThere;
+  int parent = same == parents.end() ? Tree::kNone : *same;
   if (parent == Tree::kNone) {
     const std::string text =
         (missing ? "Missing " : "HANDSET ") + record.name + (record.distressBox ? " DISTRESS" : "");

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "devices/DeviceRecord.h"
 #include "devices/UsedNumbers.h"
@@ -23,6 +25,7 @@ class DeviceTree {
     NoCategory,     ///< The terminal model has no category for the service.
     AlreadyThere,   ///< The same entry is shown already.
     DuplicatePort,  ///< The analog port has an entry already.
+    Replaces,       ///< A serial port: shown in place of an earlier entry.
     NoPort,         ///< There is no analog port with this number.
   };
 
@@ -49,6 +52,8 @@ class DeviceTree {
   Place AddPort(const DeviceRecord& record);
   void ShowPorts();
   Place AddHandset(const DeviceRecord& record);
+
+  std::map<std::int16_t, std::vector<int>> handsetNodes_;  ///< The parent nodes of each handset number.
 };
 
 /// Returns whether a node of the handset tree is a handset, not one of its MSNs.
