@@ -125,16 +125,18 @@ Answer QtDialogs::Ask(const Question& question) {
 }
 
 Answer QtDialogs::Ask(const Question& question, const QString& text, QWidget* owner) {
+  const bool notice = question.buttons == Buttons::Ok;
   const bool okCancel = question.buttons == Buttons::OkCancel;
-  const bool mayCancel = question.buttons != Buttons::YesNo;
-  QMessageBox::StandardButtons buttons =
-      okCancel ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Yes | QMessageBox::No;
+  const bool mayCancel = okCancel || question.buttons == Buttons::YesNoCancel;
+  QMessageBox::StandardButtons buttons = notice     ? QMessageBox::StandardButtons(QMessageBox::Ok)
+                                         : okCancel ? QMessageBox::Ok | QMessageBox::Cancel
+                                                    : QMessageBox::Yes | QMessageBox::No;
   if (mayCancel) buttons |= QMessageBox::Cancel;
   QMessageBox box(question.warns ? QMessageBox::Warning : QMessageBox::Question, {}, {}, buttons, owner);
   Fill(box, text, question.title.empty() ? windows_.applicationTitle() : question.title);
   // Enter chooses the answer that changes least, in case the user presses it by accident. Exception: to the
   // question whether to save, Enter chooses Yes.
-  const auto safest = mayCancel ? QMessageBox::Cancel : QMessageBox::No;
+  const auto safest = notice ? QMessageBox::Ok : mayCancel ? QMessageBox::Cancel : QMessageBox::No;
   box.setDefaultButton(question.buttons == Buttons::YesNoCancel ? QMessageBox::Yes : safest);
   box.setEscapeButton(safest);
   switch (Run(box)) {

@@ -18,6 +18,7 @@ Form::~Form() {
 void Form::ShowModal() {
   const ScopedFlag modal(modal_);
   const EventLoop::Modal holdsUp(loop_);
+  if (visible) Changed(Change::Visible);  // the window system must learn that the form is modal now
   visible = true;
   while (visible) loop_.Pump();
 }

@@ -25,7 +25,7 @@ struct FileQuestion {
   bool asksBeforeNew = false;  ///< SaveFile only: asks for confirmation if the file does not exist yet.
 };
 
-enum class Buttons { YesNo, OkCancel, YesNoCancel };
+enum class Buttons { YesNo, OkCancel, YesNoCancel, Ok };
 enum class Answer { Yes, No, Ok, Cancel };
 
 /// A question that the user answers with a button. Closing the box counts as Cancel, or as No if the box has
@@ -46,6 +46,12 @@ class Dialogs {
   virtual void MessageBox(std::string_view text) = 0;
   /// Asks a question and returns the user's answer.
   virtual Answer Ask(const Question& question) = 0;
+  /// Shows a text with one button and a title of its own.
+  void Notify(const Question& question) {
+    Question notice = question;
+    notice.buttons = Buttons::Ok;
+    Ask(notice);
+  }
   bool AskYesNo(std::string_view text) { return Ask({.text = std::string(text)}) == Answer::Yes; }
   /// Asks for a line of text. Returns nullopt if the user cancels.
   virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title) = 0;

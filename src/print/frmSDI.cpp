@@ -159,6 +159,12 @@ void frmSDI::Present(bool withFocus) {
   visible = true;
 }
 
+void frmSDI::ShowPrintForm() {
+  Load();
+  Present(true);
+  ShowModal();
+}
+
 void frmSDI::PrintLine(std::string_view text) {
   Load();
   const std::size_t size = txtNote.Text().size();

@@ -41,6 +41,8 @@ class frmSDI : public Form {
   /// but does not show it.
   void PrintLine(std::string_view text);
   void PrintJobComplete() {}
+  /// Shows the window modally. Returns when the user has closed it.
+  void ShowPrintForm();
   /// Closes the window. If the text is not saved, asks the user first. Returns false if the user wants to
   /// keep the window open, if the text could not be saved, or if another dialog of the window is open.
   bool ClosePrintForm();

@@ -4,7 +4,6 @@
 
 #include "base/ScopedFlag.h"
 #include "book/frmBook.h"
-#include "devices/frmDev.h"
 #include "session/MenuMarks.h"
 #include "window/PopUp.h"
 
@@ -206,10 +205,32 @@ void ModeMachine::OpenDeviceManager() {
       MarkMode(p_.window, p_.main.mode);
       TakeOffline(Farewell::Cancel);  // intentionally repeated
       p_.main.mode = ModemMode::DeviceManager;
-      frmDev(p_.window).ShowModal();
+      ShowDeviceManager();
     }
     ReturnToTerminal(wasTerminal);
   });
+}
+
+void ModeMachine::ShowDeviceManager() {
+  /// Destroys the window when it has closed, and when the program ends.
+  struct Closed {
+    std::optional<frmDev>& window;
+    ~Closed() { window.reset(); }
+  };
+  const Closed closed{deviceManager_};
+  deviceManager_
+      .emplace(p_.window, frmDev::Parts{.platform = p_.platform,
+                                        .settings = p_.settings,
+                                        .main = p_.main,
+                                        .model = p_.state.terminalModel,
+                                        .link = p_.link,
+                                        .received = p_.received,
+                                        .page = p_.page})
+      .Open();
+}
+
+void ModeMachine::LeaveWindows() {
+  if (deviceManager_) deviceManager_->Farewell();
 }
 
 void ModeMachine::OpenPhoneBook() {

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "devices/frmDev.h"
 #include "link/modComSock.h"
 #include "link/modCommSupport.h"
 #include "platform/Modal.h"
@@ -29,6 +30,7 @@ namespace corvex {
 class ModeMachine {
  public:
   struct Parts {
+    const Platform& platform;
     SerialControl& comPort;
     SocketControl& sock;
     AbandonableDialogs& dialogs;
@@ -45,6 +47,7 @@ class ModeMachine {
     Passages& passages;
     SessionReset& reset;
     PanelModes& panels;
+    OutputPage page;
   };
 
   explicit ModeMachine(const Parts& parts) : p_(parts) {}
@@ -70,6 +73,10 @@ class ModeMachine {
   void OpenPhoneBook();
   void GoUpgrade();
 
+  /// To be called when the program ends: sends the bytes that end the exchange of an open window. Does not
+  /// wait.
+  void LeaveWindows();
+
   /// Selects one of the MUBs (0 to 3) of the ERB unit. Ends the session with the old MUB. Connects to the new
   /// one if the program was connected or trying to connect.
   void SelectMub(int mub);
@@ -90,12 +97,14 @@ class ModeMachine {
   void EnterTerminalMode();
   void ShowPortLabel();
   void TakeOffline(Farewell farewell);
+  void ShowDeviceManager();
   void LeaveForWindow();
   void ReturnToTerminal(bool wasTerminal);
   void EndTick();
 
   Parts p_;
   std::optional<frmUpgrade> upgrade_;
+  std::optional<frmDev> deviceManager_;  ///< While it is open.
   bool deviceManagerBusy_ = false;
   bool reconnecting_ = false;  ///< The watchdog is connecting.
 };

@@ -66,7 +66,8 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
                .link = link_,
                .passages = passages_,
                .reset = reset_}),
-      modes_({.comPort = platform_.comPort,
+      modes_({.platform = platform_,
+              .comPort = platform_.comPort,
               .sock = platform_.sock,
               .dialogs = passageDialogs_,
               .settings = settings,
@@ -81,7 +82,11 @@ frmTerm::frmTerm(const Platform& platform, SettingsStore& settings)
               .probe = probe_,
               .passages = passages_,
               .reset = reset_,
-              .panels = panels_}),
+              .panels = panels_,
+              .page = {.newPrintJob = [this] { printView_.NewPrintJob(); },
+                       .printLine = [this](std::string_view text) { printView_.PrintLine(text); },
+                       .printJobComplete = [this] { printView_.PrintJobComplete(); },
+                       .showModal = [this] { printView_.ShowPrintForm(); }}}),
       keys_({.platform = platform_,
              .window = *this,
              .main = main_,
@@ -261,6 +266,7 @@ void frmTerm::Close() {
     SavePosition();
     loop().End();
   });
+  modes_.LeaveWindows();
   link_.SendCancel();
   Pause(loop(), 0.2);
   link_.SendCancel();

@@ -49,7 +49,14 @@ class Responder {
       }
     };
   }
+  /// A new reply to a known command replaces the old one.
   void Answer(std::string command, std::string reply) {
+    for (auto& [known, old] : table_) {
+      if (known == command) {
+        old = std::move(reply);
+        return;
+      }
+    }
     table_.emplace_back(std::move(command), std::move(reply));
   }
 

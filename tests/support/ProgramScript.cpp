@@ -33,6 +33,7 @@ class ProgramScript::Impl {
  public:
   void Run(const Words& quoted) {
     if (skipsRest_) return;
+    if (depth_ > 0 || quoted[0] == "modal") return Collect(quoted);
     if (quoted[0] == "after") return After(quoted);
     const auto command = commands_.find(quoted[0]);
     if (command == commands_.end()) throw std::runtime_error("unknown command");
@@ -43,6 +44,7 @@ class ProgramScript::Impl {
   }
   void Finish() {
     EXPECT_EQ(p().dialogs.shown, Words()) << "boxes that are not expected";
+    EXPECT_EQ(depth_, 0) << "a `modal` line without its `closed`";
     EXPECT_EQ(pending_, 0) << "the time of an `after` line has not come";
   }
 
@@ -82,6 +84,38 @@ class ProgramScript::Impl {
       const ScopedFlag during(within_);
       Run({quoted.begin() + 2, quoted.end()});
     });
+  }
+  /// Collects the lines between a `modal` line and its `closed`, and then runs them.
+  void Collect(const Words& quoted) {
+    if (quoted[0] == "modal") ++depth_;
+    if (quoted[0] == "closed") --depth_;
+    block_.push_back(quoted);
+    if (depth_ > 0) return;
+    std::vector<Words> lines = std::exchange(block_, {});
+    const Words opening(lines.front().begin() + 1, lines.front().end());
+    RunModal(opening, {lines.begin() + 1, lines.end() - 1});
+  }
+  /// Runs a line that opens a modal window, and other lines while that window is open.
+  void RunModal(const Words& opening, const std::vector<Words>& lines) {
+    const int before = p().loop.ModalsOpen();
+    const auto ran = std::make_shared<bool>(false);
+    const auto live = std::make_shared<std::function<void()>>();
+    *live = [&, weak = std::weak_ptr(live)] {
+      if (p().loop.ModalsOpen() == before) {
+        p().loop.After(std::chrono::milliseconds(10), [weak] {
+          if (const auto again = weak.lock()) (*again)();
+        });
+        return;
+      }
+      *ran = true;
+      for (const Words& line : lines) {
+        SCOPED_TRACE(Joined(line));
+        Run(line);
+      }
+    };
+    (*live)();
+    Run(opening);
+    EXPECT_TRUE(*ran) << "no window has opened";
   }
   void Answer(const std::string& command, const std::string& reply) {
     stage().serial.Answer(command, reply);
@@ -161,6 +195,19 @@ class ProgramScript::Impl {
       EXPECT_EQ(PropertyOf(control, words[i]), words.at(i + 1)) << words[i];
     }
   }
+  /// The texts of all nodes of a tree, two blanks deeper at each level. Collapsed nodes show no children.
+  void Nodes(Words words) {
+    const Tree& tree = dynamic_cast<TreeView&>(user().Find(words)).tree();
+    Words seen;
+    const std::function<void(int, const std::string&)> add = [&](int node, const std::string& indent) {
+      for (; node != Tree::kNone; node = tree.Next(node)) {
+        seen.push_back(indent + tree[node].text);
+        if (tree[node].expanded) add(tree.FirstChild(node), indent + "  ");
+      }
+    };
+    add(tree.First(), "");
+    EXPECT_EQ(seen, words);
+  }
   std::string Mode() {
     constexpr const char* kNames[] = {"",        "AwaitIntro", "Offline", "PortSetup", "TestInterface",
                                       "AtMode",  "",           "",        "Terminal",  "DeviceManager",
@@ -207,10 +254,11 @@ class ProgramScript::Impl {
     EXPECT_NE(at, text.npos) << text;
   }
   /// The names of the files with this extension.
-  Words FilesLike(const std::string& ending) {
+  Words FilesLike(const std::string& pattern) {
     Words names;
-    for (const auto& entry : std::filesystem::directory_iterator(p().folder.Path())) {
-      if (entry.path().extension() == ending) names.push_back(entry.path().filename().string());
+    const std::filesystem::path like(pattern);
+    for (const auto& entry : std::filesystem::directory_iterator(p().folder.Path() / like.parent_path())) {
+      if (entry.path().extension() == like.filename()) names.push_back(entry.path().filename().string());
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -219,8 +267,10 @@ class ProgramScript::Impl {
   DiskRoom room_;
   bool skipsRest_ = false;  ///< This system cannot make a disk look full.
   std::optional<Stage> stage_;
-  int pending_ = 0;      ///< `after` lines whose time has not come.
-  bool within_ = false;  ///< An `after` line is running, during a wait of the script.
+  int pending_ = 0;           ///< `after` lines whose time has not come.
+  int depth_ = 0;             ///< `modal` lines whose `closed` has not come.
+  std::vector<Words> block_;  ///< The lines since the outermost of them.
+  bool within_ = false;       ///< An `after` line is running, during a wait of the script.
   const Commands commands_{
       // The program's surroundings.
       {"clock", [this](Words& w) { stage_.emplace(std::stod(w.at(0))); }},
@@ -249,6 +299,7 @@ class ProgramScript::Impl {
          user().Put(control, w.at(0));
        }},
       {"mark", [this](Words& w) { user().Mark(w); }},
+      {"context", [this](Words& w) { user().Context(w); }},
       {"drop", [this](Words& w) { user().DropFiles(w); }},
       {"focus", [this](Words& w) { user().Focus(user().Find(w)); }},
       {"keydown", [this](Words& w) { user().KeyDown(w); }},
@@ -257,6 +308,7 @@ class ProgramScript::Impl {
       {"double-click", [this](Words&) { user().DoubleClick(); }},
       {"window", [this](Words& w) { user().Window(w.at(0)); }},
       // What the windows show.
+      {"tree", [this](Words& w) { Nodes(w); }},
       {"see", [this](Words& w) { See(w, true); }},
       {"gone", [this](Words& w) { See(w, false); }},
       {"has", [this](Words& w) { Has(w); }},

@@ -5,6 +5,9 @@
 #include <map>
 #include <stdexcept>
 
+#include "forms/Bars.h"
+#include "forms/TreeView.h"
+
 namespace corvex::test {
 
 namespace {
@@ -40,6 +43,24 @@ std::string End(const Control& control) {
   return text.substr(text.size() - std::min<std::size_t>(text.size(), 10));
 }
 
+std::string Text(const Control& control) {
+  if (const auto* combo = dynamic_cast<const ComboBox*>(&control)) return combo->Text();
+  return Box(control).Text();
+}
+
+/// The text of the selected node.
+std::string Node(const Control& control) {
+  const auto& view = dynamic_cast<const TreeView&>(control);
+  return view.tree().Has(view.selected) ? view.tree()[view.selected].text : "none";
+}
+
+std::string Items(const Control& control) {
+  std::string all;
+  for (const std::string& item : dynamic_cast<const ComboBox&>(control).Items())
+    all += (all.empty() ? "" : "|") + item;
+  return all;
+}
+
 }  // namespace
 
 std::string PropertyOf(const Control& control, const std::string& name) {
@@ -52,6 +73,11 @@ std::string PropertyOf(const Control& control, const std::string& name) {
       {"caption", Caption},
       {"tip", [](C c) { return c.toolTip.Get(); }},
       {"selected", [](C c) { return std::to_string(dynamic_cast<const TabStrip&>(c).selected); }},
+      {"panel1", [](C c) { return dynamic_cast<const StatusBar&>(c).Text(1); }},
+      {"panel2", [](C c) { return dynamic_cast<const StatusBar&>(c).Text(2); }},
+      {"popups", [](C c) { return std::to_string(dynamic_cast<const MenuItem&>(c).PopUps()); }},
+      {"node", Node},
+      {"items", Items},
       {"left", [](C c) { return std::to_string(c.rect.Get().left); }},
       {"tag", [](C c) { return c.tag; }},
       {"spoken", [](C c) { return c.accessible.Get(); }},
@@ -62,7 +88,7 @@ std::string PropertyOf(const Control& control, const std::string& name) {
       {"default", [](C c) { return YesNo(c.form().defaultButton.Get() == &c); }},
       {"length", [](C c) { return std::to_string(Box(c).Text().size()); }},
       {"end", End},
-      {"text", [](C c) { return Box(c).Text(); }},
+      {"text", Text},
   };
   const auto found = kProperties.find(name);
   if (found == kProperties.end()) throw std::runtime_error("unknown property " + name);

@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "base/Text.h"
+#include "forms/Bars.h"
+#include "forms/TreeView.h"
 #include "support/Program.h"
 #include "support/Script.h"
 
@@ -65,6 +67,12 @@ class User {
   void Mark(Words words) {
     auto& box = dynamic_cast<TextBox&>(Find(words));
     box.selection.Adopt({std::stoul(words.at(0)), std::stoul(words.at(1))});
+  }
+  /// Selects a node of a tree and asks for its context menu.
+  void Context(Words words) {
+    auto& tree = dynamic_cast<TreeView&>(Find(words));
+    if (!words.empty()) Put(tree, words[0]);
+    Do([&] { tree.contextMenu(); });
   }
   /// Drops files of the program's folder. A number before them is the effect of the drop.
   void DropFiles(Words& words) {
@@ -132,6 +140,20 @@ class User {
       check->click();
     } else if (auto* option = dynamic_cast<OptionButton*>(&control)) {
       option->value.Adopt(value == "yes");
+    } else if (auto* combo = dynamic_cast<ComboBox*>(&control)) {
+      const auto& items = combo->Items();
+      const auto item = std::find(items.begin(), items.end(), value);
+      if (item == items.end()) throw std::runtime_error("no item " + value);
+      combo->listIndex.Adopt(static_cast<int>(item - items.begin()));
+      combo->click();
+    } else if (auto* tree = dynamic_cast<TreeView*>(&control)) {
+      int node = tree->tree().Count() - 1;
+      while (node >= 0 && tree->tree()[node].text != value) --node;
+      if (node < 0) throw std::runtime_error("no node " + value);
+      tree->selected.Adopt(node);
+      tree->nodeClick();
+    } else if (auto* bar = dynamic_cast<ToolBar*>(&control)) {
+      if (bar->Enabled(std::stoi(value))) bar->buttonClick(std::stoi(value));
     } else {
       auto& tabs = dynamic_cast<TabStrip&>(control);
       tabs.selected.Adopt(std::stoi(value));

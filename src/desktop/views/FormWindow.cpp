@@ -206,7 +206,9 @@ void FormWindow::ApplyForm(const Changes& changes) {
   LayOut();
   if (changes.Has(Change::Visible)) {
     // Both take effect when the window is shown.
-    setWindowModality(form_->Modal() ? Qt::ApplicationModal : Qt::NonModal);
+    const auto modality = form_->Modal() ? Qt::ApplicationModal : Qt::NonModal;
+    if (isVisible() && windowModality() != modality) hide();
+    setWindowModality(modality);
     setAttribute(Qt::WA_ShowWithoutActivating, !form_->takesFocus);
   }
   if (changes.Has(Change::WindowState)) ApplyWindowState();
