@@ -375,6 +375,10 @@ std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& contro
   if (auto* arrows = dynamic_cast<UpDown*>(&control)) return MakeUpDownView(window, *arrows);
   if (auto* list = dynamic_cast<ListView*>(&control)) return MakeListView(window, *list);
   if (auto* list = dynamic_cast<ListBox*>(&control)) return MakeListBoxView(window, *list);
+  if (auto* tree = dynamic_cast<TreeView*>(&control)) return MakeTreeView(window, *tree);
+  if (auto* box = dynamic_cast<ComboBox*>(&control)) return MakeComboBoxView(window, *box);
+  if (auto* bar = dynamic_cast<ToolBar*>(&control)) return MakeToolBarView(window, *bar);
+  if (auto* bar = dynamic_cast<StatusBar*>(&control)) return MakeStatusBarView(window, *bar);
   if (auto* source = dynamic_cast<KeySource*>(&control)) return MakeKeySourceView(window, *source);
   if (auto* item = dynamic_cast<MenuItem*>(&control)) return MakeMenuView(window, *item);
   return nullptr;  // a timer has nothing to show
