@@ -215,6 +215,20 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
       if (!option->state.testFlag(State_AutoRaise)) break;
       DrawTool(*painter, *option);
       return;
+    case PE_PanelItemViewRow: {
+      // The entry itself marks the selection. Fusion would fill the place before a tree's node too.
+      const auto* row = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+      QStyleOptionViewItem plain = row == nullptr ? QStyleOptionViewItem() : *row;
+      plain.state &= ~State_Selected;
+      QProxyStyle::drawPrimitive(element, &plain, painter, widget);
+      return;
+    }
+    case PE_IndicatorToolBarSeparator: {
+      const QRect& place = option->rect;
+      painter->fillRect(QRect(place.center().x(), place.top() + 4, 1, place.height() - 8),
+                        BorderColor(option->palette));
+      return;
+    }
     case PE_FrameFocusRect:
       DrawFocusRing(*painter, option->rect, option->palette);
       return;

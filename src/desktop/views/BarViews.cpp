@@ -92,10 +92,10 @@ class ToolBarView : public WidgetView<ToolBar, Tools> {
 
   void Apply(const Changes& changes) override {
     WidgetView::Apply(changes);
-    for (const Shown& shown : buttons_) {
-      if (changes.Has(Change::Items)) shown.button->setEnabled(control_.Enabled(shown.number));
-      if (changes.Has(Change::Rect)) shown.button->setIconSize(IconSize());
+    if (changes.Has(Change::Items)) {
+      for (const Shown& shown : buttons_) shown.button->setEnabled(control_.Enabled(shown.number));
     }
+    if (changes.Has(Change::Rect)) shown_->setIconSize(IconSize());
     if (changes.Has(Change::Items) || changes.Has(Change::Enabled)) shown_->ChooseStop();
     if (changes.Has(Change::Rect) || changes.Has(Change::Font)) FitTexts();
   }
@@ -164,8 +164,7 @@ class PanelText : public QLabel {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     if (x() > kAround) {
-      painter.setPen(BorderColor(palette()));
-      painter.drawLine(0, 3, 0, height() - 4);
+      painter.fillRect(QRect(0, 3, 1, height() - 6), BorderColor(palette()));
     }
     painter.setPen(palette().color(foregroundRole()));
     painter.drawText(Place(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, Elided());

@@ -1,5 +1,6 @@
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QLabel>
 #include <QWheelEvent>
 
 #include "desktop/views/Rows.h"
@@ -31,6 +32,12 @@ class ComboBoxView : public WidgetView<ComboBox, Choice> {
   ComboBoxView(FormWindow& window, ComboBox& box)
       : WidgetView(window, box, new Choice(window.ParentFor(box))) {
     shown_->setAccessibleName(NameByLabel(box));
+    // On Linux, Qt reports the chosen text as the name of a combo box, and its name only as a relation to a
+    // label. A caption with "&" would get a shortcut that the form has not asked for.
+    const Label* const label = LabelBefore(box);
+    if (label != nullptr && label->caption.Get().find('&') == std::string::npos) {
+      static_cast<QLabel*>(window.ViewOf(*label)->widget())->setBuddy(shown_);
+    }
     connect(shown_, &QComboBox::activated, this, [this](int index) {
       // Newer items or a newer selection set by the logic take precedence.
       if (pending.Has(Change::Items) || pending.Has(Change::Selection)) return;

@@ -59,8 +59,10 @@ class ControlView : public QObject {
 /// Creates the view for a control, depending on its kind. Returns null for a kind with nothing to show.
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control);
 
-/// Returns the accessible name for a control without its own text. This is the caption of the label
-/// that is declared directly before the control in the same container, or empty if no label is.
+/// Returns the label that is declared directly before the control in the same container, or null.
+const Label* LabelBefore(const Control& control);
+/// Returns the accessible name for a control without its own text: the caption of the label before it, or
+/// empty if there is none.
 QString NameByLabel(const Control& control);
 
 /// Creates the view for a menu or for an entry of a menu.

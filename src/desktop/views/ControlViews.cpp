@@ -349,12 +349,17 @@ class TabStripView : public WidgetView<TabStrip, Tabs> {
 
 }  // namespace
 
-QString NameByLabel(const Control& control) {
+const Label* LabelBefore(const Control& control) {
   const Label* label = nullptr;
   for (const Control* other : control.form().controls()) {
     if (other == &control) break;
     label = &other->parent() == &control.parent() ? dynamic_cast<const Label*>(other) : nullptr;
   }
+  return label;
+}
+
+QString NameByLabel(const Control& control) {
+  const Label* const label = LabelBefore(control);
   if (label == nullptr) return {};
   QString name = ToShown(label->caption.Get());
   return label->buddy == nullptr ? name : name.remove(u'&');
