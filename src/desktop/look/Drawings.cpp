@@ -19,6 +19,11 @@ void Handset(Sketch& s) {
   s.Arc(18.5, 5.5, 13.6, 173, 90);
 }
 
+/// A handset that is recognisable when it is as small as a letter.
+void SmallHandset(Sketch& s) {
+  s.Dot(5.5, 7, 3.2).Dot(17, 18.5, 3.2).Arc(17, 7, 13, 180, 90).Arc(17, 7, 11.6, 180, 90);
+}
+
 void Monitor(Sketch& s) {
   s.Tinted().Box(2.5, 4, 19, 13).Ink().Line({{8, 20.5}, {16, 20.5}}).Line({{12, 17}, {12, 20.5}});
 }
@@ -216,11 +221,11 @@ void Data64(Sketch& s) {
 }
 
 void Data128(Sketch& s) {
-  s.Line({{2.5, 8}, {14, 8}})
-      .Line({{9.5, 3.5}, {14, 8}, {9.5, 12.5}})
-      .Line({{17, 3.5}, {21.5, 8}, {17, 12.5}});
-  s.Accent().Line({{21.5, 16}, {10, 16}}).Line({{14.5, 11.5}, {10, 16}, {14.5, 20.5}});
-  s.Line({{7, 11.5}, {2.5, 16}, {7, 20.5}});
+  s.Line({{3, 5.3}, {17, 5.3}}).Line({{3, 8.7}, {17, 8.7}}).Line({{15.5, 2}, {20.5, 7}, {15.5, 12}});
+  s.Accent()
+      .Line({{21, 15.3}, {7, 15.3}})
+      .Line({{21, 18.7}, {7, 18.7}})
+      .Line({{8.5, 12}, {3.5, 17}, {8.5, 22}});
 }
 
 void Device(Sketch& s) {
@@ -234,8 +239,8 @@ void Fax(Sketch& s) {
 }
 
 void MissingHandset(Sketch& s) {
-  Handset(s);
-  s.Accent().Line({{15, 3.5}, {21, 9.5}}).Line({{21, 3.5}, {15, 9.5}});
+  SmallHandset(s);
+  s.Accent().Line({{14, 3}, {21, 10}}).Line({{21, 3}, {14, 10}});
 }
 
 void Network(Sketch& s) {
@@ -254,12 +259,14 @@ void Speaker(Sketch& s) {
   s.Accent().Arc(12, 12, 4.2, -50, 100).Arc(12, 12, 8.5, -50, 100);
 }
 
+void Speech(Sketch& s) {
+  SmallHandset(s);
+  s.Accent().Arc(12, 12, 4, 0, 90).Arc(12, 12, 9, 0, 90);
+}
+
 void Speech64(Sketch& s) {
-  Handset(s);
-  s.Accent()
-      .Line({{13.5, 10.5}, {13.5, 7}})
-      .Line({{17.2, 10.5}, {17.2, 3}})
-      .Line({{20.9, 10.5}, {20.9, 5.5}});
+  SmallHandset(s);
+  s.Accent().Line({{13, 11}, {13, 7}}).Line({{17, 11}, {17, 2.5}}).Line({{21, 11}, {21, 5}});
 }
 
 void Bars(Sketch& s) {

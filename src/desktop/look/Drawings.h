@@ -55,6 +55,7 @@ void MissingHandset(Sketch& s);
 void Network(Sketch& s);
 void Refresh(Sketch& s);
 void Speaker(Sketch& s);
+void Speech(Sketch& s);
 void Speech64(Sketch& s);
 
 // Drawings for the indicators, where they are as small as a letter, and for the program's own buttons and

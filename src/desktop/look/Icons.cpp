@@ -104,7 +104,7 @@ constexpr std::array<NamedDrawing, 15> kNamed{{{"mail", drawings::Envelope},
 Drawing DeviceDrawing(int number) {
   switch (number) {
     case 4:
-      return drawings::Phone;
+      return drawings::Speech;
     case 5:
       return drawings::Speech64;
     case 7:

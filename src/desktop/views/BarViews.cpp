@@ -95,9 +95,8 @@ class ToolBarView : public WidgetView<ToolBar, Tools> {
     if (changes.Has(Change::Items)) {
       for (const Shown& shown : buttons_) shown.button->setEnabled(control_.Enabled(shown.number));
     }
-    if (changes.Has(Change::Rect)) shown_->setIconSize(IconSize());
     if (changes.Has(Change::Items) || changes.Has(Change::Enabled)) shown_->ChooseStop();
-    if (changes.Has(Change::Rect) || changes.Has(Change::Font)) FitTexts();
+    if (changes.Has(Change::Rect) || changes.Has(Change::Font)) Fit();
   }
 
   bool HasFocusIn(const QWidget* focused) const override {
@@ -133,20 +132,26 @@ class ToolBarView : public WidgetView<ToolBar, Tools> {
     buttons_.push_back({button, number});
   }
 
-  QSize IconSize() const {
+  /// Makes the pictures as high as the bar. If the buttons are too wide then, shrinks first the pictures and
+  /// then the captions.
+  void Fit() {
     constexpr int kAround = 6;
-    const int side = std::max(ToPixels(control_.rect).height() - 2 * kAround, 8);
-    return {side, side};
-  }
-
-  /// Shrinks the captions if the buttons are too wide for the bar.
-  void FitTexts() {
     constexpr int kSmallestText = 7;  // pixels
-    const QFont font = ShrunkToFit(MakeFont(control_.font), kSmallestText, [this](const QFont& in) {
+    QFont font = MakeFont(control_.font);
+    const auto fits = [this](const QFont& in) {
       for (const Shown& shown : buttons_) shown.button->setFont(in);
       return shown_->sizeHint().width() <= shown_->width();
-    });
+    };
+    const int smallest = font.pixelSize() * 3 / 2;
+    int side = std::clamp(shown_->height() - 2 * kAround, smallest, 3 * font.pixelSize());
+    SetPictures(side);
+    while (side > smallest && !fits(font)) SetPictures(--side);
+    font = ShrunkToFit(font, kSmallestText, fits);
     for (const Shown& shown : buttons_) shown.button->setFont(font);
+  }
+  void SetPictures(int side) {
+    shown_->setIconSize({side, side});
+    for (const Shown& shown : buttons_) shown.button->setIconSize({side, side});  // updates their size hints
   }
 
   std::vector<Shown> buttons_;

@@ -1,8 +1,11 @@
 #include <QAbstractItemModel>
-#include <QHeaderView>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
+#include <QToolTip>
 #include <QTreeView>
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "desktop/look/Icons.h"
@@ -92,7 +95,7 @@ class NodeDelegate : public QStyledItemDelegate {
   using QStyledItemDelegate::QStyledItemDelegate;
   QColor textColor;
 
-  static int IconSide(const QFont& font) { return QFontInfo(font).pixelSize() * 4 / 3; }
+  static int IconSide(const QFont& font) { return QFontInfo(font).pixelSize() * 3 / 2 + 1; }
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const QFontMetrics metrics(FontOf(option, index));
@@ -168,6 +171,7 @@ class NodeTree : public QTreeView {
   void keyPressEvent(QKeyEvent* event) override {
     const bool shiftF10 = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
     if (event->key() != Qt::Key_Menu && !shiftF10) return QTreeView::keyPressEvent(event);
+    if (currentIndex().isValid()) scrollTo(currentIndex());
     const QRect node = visualRect(currentIndex()) & viewport()->rect();
     menuWanted(
         {viewport()->mapToGlobal(node.isEmpty() ? QPoint() : QPoint(node.left(), node.bottom())), true});

@@ -7,16 +7,14 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QStatusBar>
 #include <QTest>
-#include <QToolBar>
 #include <QToolButton>
-#include <QToolTip>
 #include <QTreeView>
 
 #include "desktop/QtWindowSystem.h"
 #include "desktop/Wait.h"
 #include "desktop/look/QtText.h"
+#include "desktop/look/Theme.h"
 #include "desktop/views/FormWindow.h"
 
 // Trees, combo boxes, tool bars, status bars and context menus on the screen.
@@ -187,8 +185,6 @@ TEST_F(DeviceControlsTest, ANewTreeReplacesTheOldOneAndItsClicks) {
   form.tree.SetTree({});
   EXPECT_EQ(Said(), "");
   EXPECT_EQ(tree.model()->rowCount(), 0);
-  // The colour is readable on the background.
-  form.tree.foreColor = Color{0xFF0F00};
   form.tree.SetTree(Devices("New"));
   form.tree.SetExpanded(0, false);
   Turn();
@@ -196,6 +192,15 @@ TEST_F(DeviceControlsTest, ANewTreeReplacesTheOldOneAndItsClicks) {
   form.tree.selected = kDevice;
   Turn();
   EXPECT_TRUE(form.tree.tree()[kData].expanded) << "the node is shown, and the control knows it";
+}
+
+TEST(ReadableColor, IsChangedOnlyAsFarAsTheBackgroundNeedsIt) {
+  const QColor blue(0, 15, 255);
+  EXPECT_EQ(ReadableOn(Qt::white, blue), blue);
+  const QColor onDark = ReadableOn(MakePalette(true).color(QPalette::Base), blue);
+  EXPECT_EQ(onDark.hslHue(), blue.hslHue());
+  EXPECT_NEAR(onDark.lightness(), 180, 15);
+  EXPECT_LT(ReadableOn(Qt::white, Qt::yellow).lightness(), 90);
 }
 
 TEST_F(DeviceControlsTest, AHundredThousandNodesTakeLinearTime) {
