@@ -49,7 +49,7 @@ class Tools : public QToolBar {
     switch (event.key()) {
       case Qt::Key_Return:
       case Qt::Key_Enter:
-        if (!event.isAutoRepeat()) button.animateClick();
+        if (!event.isAutoRepeat()) button.click();
         return true;
       case Qt::Key_Left:
         return Step(mirrored ? 1 : -1);
@@ -124,7 +124,7 @@ class ToolBarView : public WidgetView<ToolBar, Tools> {
     button->setAccessibleName(caption.isEmpty() ? tip : caption);
     button->setAccessibleDescription(tip);
     connect(button, &QToolButton::clicked, this, [this, number] {
-      if (!pending.Has(Change::Items) || control_.Enabled(number)) {
+      if (control_.Enabled(number)) {  // the logic may just have disabled it
         window_.Post([&control = control_, number] { control.buttonClick(number); });
       }
     });
