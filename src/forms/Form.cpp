@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/ScopedFlag.h"
+#include "forms/Bars.h"
 #include "forms/Controls.h"
 #include "platform/Services.h"
 
@@ -59,6 +60,7 @@ void Form::TakeKey(KeyEvent& key) {
     button = defaultButton;
     if (auto* focused = dynamic_cast<Button*>(focused_)) button = focused;
     if (const auto* text = dynamic_cast<TextBox*>(focused_); text != nullptr && text->multiLine) return;
+    if (dynamic_cast<ToolBar*>(focused_) != nullptr) return;
   }
   if (button == nullptr || !button->visible || !button->enabled) return;
   key.handled = true;

@@ -102,8 +102,8 @@ class Form : public Container, public Observable {
   Event<KeyEvent&> keyDown;  ///< Raised before any control receives the key.
 
   // The buttons that Enter (default) and Esc (cancel) click, wherever the focus is. Initially none.
-  // Exceptions for Enter: if a button has the focus, that button is clicked; if a multi-line text box has the
-  // focus, the text box receives the key.
+  // Exceptions for Enter: if a button has the focus, that button is clicked; if a multi-line text box or a
+  // tool bar has the focus, it receives the key.
   Property<Button*> defaultButton{*this, Change::Default, nullptr};
   Button* cancelButton = nullptr;
   /// For the window system: called for each key press before any control receives it. Raises keyDown and

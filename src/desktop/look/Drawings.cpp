@@ -19,6 +19,11 @@ void Handset(Sketch& s) {
   s.Arc(18.5, 5.5, 13.6, 173, 90);
 }
 
+/// A handset that is recognisable when it is as small as a letter.
+void SmallHandset(Sketch& s) {
+  s.Dot(5.5, 7, 3.2).Dot(17, 18.5, 3.2).Arc(17, 7, 13, 180, 90).Arc(17, 7, 11.6, 180, 90);
+}
+
 void Monitor(Sketch& s) {
   s.Tinted().Box(2.5, 4, 19, 13).Ink().Line({{8, 20.5}, {16, 20.5}}).Line({{12, 17}, {12, 20.5}});
 }
@@ -203,6 +208,65 @@ void TestSheet(Sketch& s) {
 void Wrench(Sketch& s) {
   s.Arc(16, 8, 4.8, -10, -250).Line({{16.2, 3.2}, {14.8, 7.6}, {16.6, 9.3}, {20.8, 8.6}});
   s.Accent().Line({{12.4, 11.6}, {4.6, 19.4}});
+}
+
+void AddDevice(Sketch& s) {
+  s.Line({{12, 18.5}, {3, 18.5}, {3, 8.5}, {21, 8.5}, {21, 11}}).Line({{6.5, 8.5}, {6.5, 3.5}});
+  s.Accent().Line({{17.5, 14}, {17.5, 22}}).Line({{13.5, 18}, {21.5, 18}});
+}
+
+void Data64(Sketch& s) {
+  s.Line({{3, 8}, {20, 8}}).Line({{15.5, 3.5}, {20, 8}, {15.5, 12.5}});
+  s.Accent().Line({{21, 16}, {4, 16}}).Line({{8.5, 11.5}, {4, 16}, {8.5, 20.5}});
+}
+
+void Data128(Sketch& s) {
+  s.Line({{3, 5.3}, {17, 5.3}}).Line({{3, 8.7}, {17, 8.7}}).Line({{15.5, 2}, {20.5, 7}, {15.5, 12}});
+  s.Accent()
+      .Line({{21, 15.3}, {7, 15.3}})
+      .Line({{21, 18.7}, {7, 18.7}})
+      .Line({{8.5, 12}, {3.5, 17}, {8.5, 22}});
+}
+
+void Device(Sketch& s) {
+  s.Tinted().Box(3, 9, 18, 10).Ink().Line({{7, 9}, {7, 3.5}});
+  s.Accent().Dot(17, 14, 1.7).Line({{7, 14}, {12, 14}});
+}
+
+void Fax(Sketch& s) {
+  s.Line({{7, 11}, {7, 3}, {14, 3}, {17, 6}, {17, 11}});
+  s.Tinted().Box(3, 11, 18, 9.5).Accent().Line({{7, 15.7}, {12, 15.7}}).Dot(17, 15.7, 1.6);
+}
+
+void MissingHandset(Sketch& s) {
+  SmallHandset(s);
+  s.Accent().Line({{14, 3}, {21, 10}}).Line({{21, 3}, {14, 10}});
+}
+
+void Network(Sketch& s) {
+  s.Line({{12, 9}, {12, 15}}).Line({{5, 15}, {5, 12}, {19, 12}, {19, 15}});
+  s.Tinted().Box(8.5, 2.5, 7, 6.5, 1);
+  s.Accent().Box(2.5, 15, 5, 5.5, 1).Box(9.5, 15, 5, 5.5, 1).Box(16.5, 15, 5, 5.5, 1);
+}
+
+void Refresh(Sketch& s) {
+  s.Arc(12, 12, 8, 20, 140).Arc(12, 12, 8, 200, 140);
+  s.Accent().Line({{20.5, 4}, {20, 9.5}, {14.5, 9}}).Line({{3.5, 20}, {4, 14.5}, {9.5, 15}});
+}
+
+void Speaker(Sketch& s) {
+  s.Tinted().Shape({{3, 9}, {7, 9}, {12, 4.5}, {12, 19.5}, {7, 15}, {3, 15}});
+  s.Accent().Arc(12, 12, 4.2, -50, 100).Arc(12, 12, 8.5, -50, 100);
+}
+
+void Speech(Sketch& s) {
+  SmallHandset(s);
+  s.Accent().Arc(12, 12, 4, 0, 90).Arc(12, 12, 9, 0, 90);
+}
+
+void Speech64(Sketch& s) {
+  SmallHandset(s);
+  s.Accent().Line({{13, 11}, {13, 7}}).Line({{17, 11}, {17, 2.5}}).Line({{21, 11}, {21, 5}});
 }
 
 void Bars(Sketch& s) {

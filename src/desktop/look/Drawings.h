@@ -45,6 +45,19 @@ void SpotBeam(Sketch& s);
 void TestSheet(Sketch& s);
 void Wrench(Sketch& s);
 
+// Drawings for the devices in a tree, and for the tool bar above it.
+void AddDevice(Sketch& s);
+void Data64(Sketch& s);
+void Data128(Sketch& s);
+void Device(Sketch& s);
+void Fax(Sketch& s);
+void MissingHandset(Sketch& s);
+void Network(Sketch& s);
+void Refresh(Sketch& s);
+void Speaker(Sketch& s);
+void Speech(Sketch& s);
+void Speech64(Sketch& s);
+
 // Drawings for the indicators, where they are as small as a letter, and for the program's own buttons and
 // message boxes.
 void Bars(Sketch& s);

@@ -85,7 +85,7 @@ struct NamedDrawing {
   Drawing drawing;
 };
 
-constexpr std::array<NamedDrawing, 12> kNamed{{{"mail", drawings::Envelope},
+constexpr std::array<NamedDrawing, 15> kNamed{{{"mail", drawings::Envelope},
                                                {"signal", drawings::Bars},
                                                {"sim", drawings::SimCard},
                                                {"temperature", drawings::Thermometer},
@@ -96,7 +96,33 @@ constexpr std::array<NamedDrawing, 12> kNamed{{{"mail", drawings::Envelope},
                                                {"question", drawings::Question},
                                                {"clear", drawings::Bin},
                                                {"save", drawings::Disk},
-                                               {"print", drawings::Printer}}};
+                                               {"print", drawings::Printer},
+                                               {"add device", drawings::AddDevice},
+                                               {"refresh", drawings::Refresh},
+                                               {"back", drawings::Back}}};
+
+Drawing DeviceDrawing(int number) {
+  switch (number) {
+    case 4:
+      return drawings::Speech;
+    case 5:
+      return drawings::Speech64;
+    case 7:
+      return drawings::Data64;
+    case 9:
+      return drawings::MissingHandset;
+    case 16:
+      return drawings::Speaker;
+    case 17:
+      return drawings::Network;
+    case 21:
+      return drawings::Fax;
+    case 24:
+      return drawings::Data128;
+    default:
+      return drawings::Device;
+  }
+}
 
 void DrawNumber(Sketch& sketch, const Table& table, int number, int otherwise) {
   if (number < 0 || number >= kMenuIcons) number = otherwise;
@@ -170,10 +196,20 @@ void DrawMenuIcon(QPainter& painter, const QRectF& rect, int number, const QPale
   DrawNumber(sketch, kMenuTable, number, kDefaultIcon);
 }
 
+void DrawDeviceIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette) {
+  if (rect.isEmpty()) return;
+  Sketch sketch(painter, rect, palette);
+  DeviceDrawing(number)(sketch);
+}
+
 bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, const QPalette& palette) {
   if (rect.isEmpty()) return false;
   if (name == "logo") {
     DrawLogo(painter, rect, palette);
+    return true;
+  }
+  if (const auto device = NumberAfter(name, "device ")) {
+    DrawDeviceIcon(painter, rect, *device, palette);
     return true;
   }
   const auto key = NumberAfter(name, "key ");

@@ -18,8 +18,11 @@ inline constexpr int kMenuIcons = 64;
 
 void DrawMenuIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette);
 
-/// Draws a picture by name: "logo", "key N" for soft key image N, or a name from the table in Icons.cpp.
-/// Returns false and draws nothing if the name is unknown or `rect` is empty.
+/// Draws the picture of a device in a tree. A number without its own picture is shown as a plain device.
+void DrawDeviceIcon(QPainter& painter, const QRectF& rect, int number, const QPalette& palette);
+
+/// Draws a picture by name: "logo", "key N" for soft key image N, "device N" for device N, or a name from the
+/// table in Icons.cpp. Returns false and draws nothing if the name is unknown or `rect` is empty.
 bool DrawPicture(QPainter& painter, const QRectF& rect, std::string_view name, const QPalette& palette);
 
 /// Returns an icon that is drawn when it is first shown. Returns a null icon for an empty name.

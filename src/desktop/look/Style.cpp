@@ -126,6 +126,27 @@ void DrawTab(QPainter& painter, const QStyleOption& option) {
   }
 }
 
+/// Draws the background of a button of a tool bar.
+void DrawTool(QPainter& painter, const QStyleOption& option) {
+  const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
+  if (option.state & (QStyle::State_Sunken | QStyle::State_On)) {
+    DrawSelection(painter, rect, option.palette);
+  } else if (option.state.testFlag(QStyle::State_Enabled) && option.state.testFlag(QStyle::State_MouseOver)) {
+    DrawHover(painter, rect, option.palette);
+  }
+}
+
+/// Draws a closed combo box as a key with an arrow.
+void DrawComboBox(const QStyle& style, QPainter& painter, const QStyleOptionComboBox& box,
+                  const QWidget* widget) {
+  DrawKey(painter, box);
+  QStyleOption arrow(box);
+  const QRect place = style.subControlRect(QStyle::CC_ComboBox, &box, QStyle::SC_ComboBoxArrow, widget);
+  arrow.rect = QRect(0, 0, 13, 13);
+  arrow.rect.moveCenter(place.center());
+  style.drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrow, &painter, widget);
+}
+
 /// Draws a scroll bar with a clearly visible thumb. Fusion's thumb is as pale as its surroundings.
 void DrawScrollBar(const QStyle& style, QPainter& painter, const QStyleOptionSlider& bar,
                    const QWidget* widget) {
@@ -190,6 +211,24 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     case PE_PanelButtonCommand:
       DrawKey(*painter, *option);
       return;
+    case PE_PanelButtonTool:
+      if (!option->state.testFlag(State_AutoRaise)) break;
+      DrawTool(*painter, *option);
+      return;
+    case PE_PanelItemViewRow: {
+      // The entry itself marks the selection. Fusion would fill the place before a tree's node too.
+      const auto* row = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+      QStyleOptionViewItem plain = row == nullptr ? QStyleOptionViewItem() : *row;
+      plain.state &= ~State_Selected;
+      QProxyStyle::drawPrimitive(element, &plain, painter, widget);
+      return;
+    }
+    case PE_IndicatorToolBarSeparator: {
+      const QRect& place = option->rect;
+      painter->fillRect(QRect(place.center().x(), place.top() + 4, 1, place.height() - 8),
+                        BorderColor(option->palette));
+      return;
+    }
     case PE_FrameFocusRect:
       DrawFocusRing(*painter, option->rect, option->palette);
       return;
@@ -208,8 +247,9 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
       DrawFieldFrame(*painter, *option);
       return;
     default:
-      QProxyStyle::drawPrimitive(element, option, painter, widget);
+      break;
   }
+  QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -246,6 +286,19 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
     DrawScrollBar(*this, *painter, *bar, widget);
     return;
   }
+  const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+  if (control == CC_ComboBox && box != nullptr && !box->editable) {
+    DrawComboBox(*this, *painter, *box, widget);
+    return;
+  }
+  const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+  if (control == CC_ToolButton && tool != nullptr && tool->state.testFlag(State_HasFocus)) {
+    QStyleOptionToolButton plain = *tool;
+    plain.state &= ~State_HasFocus;  // Fusion's focus frame is inside the text
+    QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+    DrawFocusRing(*painter, option->rect, option->palette);
+    return;
+  }
   QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
@@ -254,6 +307,7 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
   switch (hint) {
     case SH_EtchDisabledText:
     case SH_DialogButtonBox_ButtonsHaveIcons:
+    case SH_ComboBox_Popup:  // the list opens below the box and scrolls
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, returned);

@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QToolTip>
 #include <algorithm>
+#include <cmath>
 
 #include "desktop/look/QtText.h"
 #include "desktop/look/Style.h"
@@ -55,6 +56,12 @@ QPalette FromColors(const Colors& c) {
 QColor WithAlpha(QColor color, float alpha) {
   color.setAlphaF(alpha);
   return color;
+}
+
+/// Returns the relative luminance of a colour, from 0 for black to 1 for white.
+double Luminance(const QColor& color) {
+  const auto linear = [](double v) { return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
 bool IsTypewriter(const QString& name) {
@@ -113,6 +120,28 @@ QColor BorderColor(const QPalette& palette) {
 
 QColor EdgeColor(const QPalette& palette) {
   return WithAlpha(palette.color(QPalette::Active, QPalette::WindowText), 0.14F);
+}
+
+QColor ColorOf(Color color, QPalette::ColorRole role, const QPalette& theme) {
+  if (color == kWindowColor) return theme.color(QPalette::Base);
+  if (color == kWindowTextColor) return theme.color(QPalette::Text);
+  if (color > 0xFFFFFF) return theme.color(role);
+  return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
+                static_cast<int>(color >> 16));
+}
+
+QColor ReadableOn(const QColor& ground, QColor color) {
+  constexpr double kLeastContrast = 4.5;
+  const double behind = Luminance(ground);
+  const bool dark = behind < 0.18;  // where black and white text have the same contrast
+  for (int step = 0; step < 100; ++step) {
+    const double text = Luminance(color);
+    const double contrast = (std::max(text, behind) + 0.05) / (std::min(text, behind) + 0.05);
+    if (contrast >= kLeastContrast) break;
+    const float lightness = color.lightnessF() + (dark ? 0.01F : -0.01F);
+    color.setHslF(color.hslHueF(), color.hslSaturationF(), std::clamp(lightness, 0.0F, 1.0F));
+  }
+  return color;
 }
 
 QFont MakeFont(const Font& font, bool fixedPitch) {

@@ -30,6 +30,13 @@ QColor BorderColor(const QPalette& palette);
 /// Fainter colour for the line around a disabled key and for the inner rim of the modem's screen.
 QColor EdgeColor(const QPalette& palette);
 
+/// Returns the colour chosen by the logic, or the theme's colour if the logic leaves the choice to the
+/// system: for kWindowColor and kWindowTextColor that of a text field, otherwise that of `role`.
+QColor ColorOf(Color color, QPalette::ColorRole role, const QPalette& theme);
+/// Returns the colour, made lighter or darker if necessary, so that a text in this colour is readable on
+/// `ground`.
+QColor ReadableOn(const QColor& ground, QColor color);
+
 /// Converts a form's font. Sizes are in points at 96 DPI regardless of the screen's density, like the
 /// rectangles of a form. The names of typewriter fonts give the system's fixed-pitch font; so does
 /// `fixedPitch` with a font without a name. Sizes are limited to 1 to 500 pixels.

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <memory>
 
+#include "forms/Bars.h"
 #include "forms/Controls.h"
+#include "forms/TreeView.h"
 
 class QWidget;
 
@@ -45,6 +47,8 @@ class ControlView : public QObject {
   /// The widget that shows the control, or null if there is none, as for menus.
   QWidget* widget() const { return widget_; }
   virtual Control& control() const = 0;
+  /// Returns true if the control has the keyboard focus while `focused` has it.
+  virtual bool HasFocusIn(const QWidget* focused) const { return widget_ == focused; }
 
   Changes pending = Changes::All();
 
@@ -55,8 +59,10 @@ class ControlView : public QObject {
 /// Creates the view for a control, depending on its kind. Returns null for a kind with nothing to show.
 std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& control);
 
-/// Returns the accessible name for a control without its own text. This is the caption of the label
-/// that is declared directly before the control in the same container, or empty if no label is.
+/// Returns the label that is declared directly before the control in the same container, or null.
+const Label* LabelBefore(const Control& control);
+/// Returns the accessible name for a control without its own text: the caption of the label before it, or
+/// empty if there is none.
 QString NameByLabel(const Control& control);
 
 /// Creates the view for a menu or for an entry of a menu.
@@ -65,6 +71,10 @@ std::unique_ptr<ControlView> MakeUpDownView(FormWindow& window, UpDown& arrows);
 std::unique_ptr<ControlView> MakeTextBoxView(FormWindow& window, TextBox& box);
 std::unique_ptr<ControlView> MakeListView(FormWindow& window, ListView& list);
 std::unique_ptr<ControlView> MakeListBoxView(FormWindow& window, ListBox& list);
+std::unique_ptr<ControlView> MakeTreeView(FormWindow& window, TreeView& tree);
+std::unique_ptr<ControlView> MakeComboBoxView(FormWindow& window, ComboBox& box);
+std::unique_ptr<ControlView> MakeToolBarView(FormWindow& window, ToolBar& bar);
+std::unique_ptr<ControlView> MakeStatusBarView(FormWindow& window, StatusBar& bar);
 std::unique_ptr<ControlView> MakeKeySourceView(FormWindow& window, KeySource& source);
 
 }  // namespace corvex

@@ -349,12 +349,17 @@ class TabStripView : public WidgetView<TabStrip, Tabs> {
 
 }  // namespace
 
-QString NameByLabel(const Control& control) {
+const Label* LabelBefore(const Control& control) {
   const Label* label = nullptr;
   for (const Control* other : control.form().controls()) {
     if (other == &control) break;
     label = &other->parent() == &control.parent() ? dynamic_cast<const Label*>(other) : nullptr;
   }
+  return label;
+}
+
+QString NameByLabel(const Control& control) {
+  const Label* const label = LabelBefore(control);
   if (label == nullptr) return {};
   QString name = ToShown(label->caption.Get());
   return label->buddy == nullptr ? name : name.remove(u'&');
@@ -375,6 +380,10 @@ std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& contro
   if (auto* arrows = dynamic_cast<UpDown*>(&control)) return MakeUpDownView(window, *arrows);
   if (auto* list = dynamic_cast<ListView*>(&control)) return MakeListView(window, *list);
   if (auto* list = dynamic_cast<ListBox*>(&control)) return MakeListBoxView(window, *list);
+  if (auto* tree = dynamic_cast<TreeView*>(&control)) return MakeTreeView(window, *tree);
+  if (auto* box = dynamic_cast<ComboBox*>(&control)) return MakeComboBoxView(window, *box);
+  if (auto* bar = dynamic_cast<ToolBar*>(&control)) return MakeToolBarView(window, *bar);
+  if (auto* bar = dynamic_cast<StatusBar*>(&control)) return MakeStatusBarView(window, *bar);
   if (auto* source = dynamic_cast<KeySource*>(&control)) return MakeKeySourceView(window, *source);
   if (auto* item = dynamic_cast<MenuItem*>(&control)) return MakeMenuView(window, *item);
   return nullptr;  // a timer has nothing to show

@@ -357,10 +357,14 @@ void FormWindow::AdoptFocus() {
   if (focused == client_) form_->AdoptFocus(nullptr);
   for (const auto& view : views_) {
     Control& control = view->control();
-    if (view->widget() != focused || form_->Focused() == &control) continue;
+    if (!view->HasFocusIn(focused) || form_->Focused() == &control) continue;
     form_->AdoptFocus(&control);
     if (control.gotFocus) Post([&control] { control.gotFocus(); });
   }
+}
+
+FormWindow::MenuPlace FormWindow::TakeMenuPlace() {
+  return std::exchange(menuPlace_, std::nullopt).value_or(MenuPlace{QCursor::pos(), false});
 }
 
 bool FormWindow::TakeKey(QKeyEvent& event) {

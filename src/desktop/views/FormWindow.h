@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -52,6 +53,15 @@ class FormWindow : public QWidget, public FormObserver {
   /// further.
   bool TakeKey(QKeyEvent& event);
 
+  /// Where the user asks for a context menu.
+  struct MenuPlace {
+    QPoint place;        ///< On the screen.
+    bool byKey = false;  ///< With the keyboard.
+  };
+  void SetMenuPlace(const MenuPlace& asked) { menuPlace_ = asked; }
+  /// Returns the place that was set last and forgets it. Without one, returns the position of the mouse.
+  MenuPlace TakeMenuPlace();
+
   QWidget* ParentFor(const Control& control) const;
   QMenuBar* menuBar();
   ControlView* ViewOf(const Control& control) const;
@@ -94,6 +104,7 @@ class FormWindow : public QWidget, public FormObserver {
   std::vector<ControlView*> dirty_;
   Changes formPending_ = Changes::All();
   const Control* focusPending_ = nullptr;
+  std::optional<MenuPlace> menuPlace_;
   int entered_ = 0;  ///< Number of calls of Enter on the stack.
   bool scheduled_ = false;
   bool applying_ = false;

@@ -8,9 +8,9 @@
 #include <algorithm>
 
 #include "desktop/look/Icons.h"
-#include "desktop/look/Style.h"
 #include "desktop/views/KeyCodes.h"
 #include "desktop/views/Panel.h"
+#include "desktop/views/Rows.h"
 #include "desktop/views/WidgetView.h"
 
 namespace corvex {
@@ -44,20 +44,7 @@ class EntryModel : public QAbstractListModel {
   std::vector<Entry> entries_;
 };
 
-constexpr int kMargin = 3;
-
-/// Draws the background of an entry. The selected entry has an additional ring while the list has the
-/// keyboard focus.
-void DrawEntryGround(QPainter& painter, const QStyleOptionViewItem& option) {
-  const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
-  if (option.state.testFlag(QStyle::State_Selected)) {
-    DrawSelection(painter, rect, option.palette);
-    const bool focused = option.widget != nullptr && option.widget->hasFocus();
-    if (focused) DrawFocusRing(painter, rect, option.palette);
-  } else if (option.state.testFlag(QStyle::State_MouseOver)) {
-    DrawHover(painter, rect, option.palette);
-  }
-}
+constexpr int kMargin = kRowMargin;
 
 /// Draws an icon with its text below, centred on at most two lines. Icons grow with the font. If a word is
 /// slightly too long for its cell, the text is shown smaller so that the word is not broken.
@@ -122,24 +109,6 @@ class IconDelegate : public QStyledItemDelegate {
   }
 
   QListView* list_;
-};
-
-/// Draws a line of text with some extra height, so that it is easy to click on a moving ship.
-class RowDelegate : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kMargin);
-  }
-  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    DrawEntryGround(*painter, option);
-    painter->setFont(option.font);
-    painter->setPen(option.palette.color(QPalette::Text));
-    const QRect place = option.rect.adjusted(3 * kMargin, 0, -kMargin, 0);
-    painter->drawText(
-        place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-        option.fontMetrics.elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight, place.width()));
-  }
 };
 
 /// A list that reports typed characters. Keys with a meaning for the modem are only reported; letters are

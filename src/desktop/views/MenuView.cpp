@@ -50,11 +50,27 @@ class MenuView : public ControlView {
     }
     if (changes.Has(Change::Enabled)) action_->setEnabled(item_.enabled);
     if (changes.Has(Change::Checked)) ApplyChecked();
+    if (item_.PopUps() == popUps_) return;
+    popUps_ = item_.PopUps();
+    // The menu opens after all changes of this turn have been applied to its entries.
+    QMetaObject::invokeMethod(this, &MenuView::Open, Qt::QueuedConnection);
   }
 
   void ApplyVisible() override { action_->setVisible(item_.visible); }
 
  private:
+  void Open() {
+    if (menu_ == nullptr || !window_.isVisible()) return;
+    const FormWindow::MenuPlace asked = window_.TakeMenuPlace();
+    menu_->popup(asked.place);
+    if (!asked.byKey) return;
+    const QList<QAction*> entries = menu_->actions();
+    const auto first = std::find_if(entries.begin(), entries.end(), [](const QAction* entry) {
+      return entry->isVisible() && entry->isEnabled() && !entry->isSeparator();
+    });
+    if (first != entries.end()) menu_->setActiveAction(*first);
+  }
+
   void ApplyChecked() {
     // An unchecked entry shows no empty check box. It looks like the entries around it.
     action_->setCheckable(item_.checked);
@@ -65,6 +81,7 @@ class MenuView : public ControlView {
   MenuItem& item_;
   QMenu* menu_ = nullptr;  ///< Null if the item has no entries.
   QAction* action_;
+  int popUps_ = 0;  ///< MenuItem::PopUps when the menu was last opened.
 };
 
 }  // namespace

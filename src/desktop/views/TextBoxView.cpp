@@ -106,16 +106,6 @@ QString ToLine(QString text) {
   return text;
 }
 
-/// Returns the colour chosen by the logic, or the theme's colour if the logic leaves the choice to the
-/// system.
-QColor ColorOf(Color color, QPalette::ColorRole role, const QPalette& theme) {
-  if (color == kWindowColor) return theme.color(QPalette::Base);
-  if (color == kWindowTextColor) return theme.color(QPalette::Text);
-  if (color > 0xFFFFFF) return theme.color(role);
-  return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
-                static_cast<int>(color >> 16));
-}
-
 void ApplyLockAndColors(const Changes& changes, const TextBox& box, auto& shown) {
   if (changes.Has(Change::Enabled)) shown.setReadOnly(box.locked);
   if (!changes.Has(Change::BackColor) && !changes.Has(Change::ForeColor)) return;
@@ -135,6 +125,7 @@ class LineView : public WidgetView<TextBox, QLineEdit> {
  public:
   LineView(FormWindow& window, TextBox& box) : WidgetView(window, box, new QLineEdit(window.ParentFor(box))) {
     shown_->setAccessibleName(NameByLabel(box));
+    if (box.masked) shown_->setEchoMode(QLineEdit::Password);
     connect(shown_, &QLineEdit::textEdited, this, &LineView::AdoptTyped);
     connect(shown_, &QLineEdit::selectionChanged, this, &LineView::AdoptSelection);
     connect(shown_, &QLineEdit::cursorPositionChanged, this, &LineView::AdoptSelection);
