@@ -197,6 +197,7 @@ DeviceTree::Place DeviceTree::AddHandset(const DeviceRecord& record) {
     parent = handsets.Add(
         Tree::kNone,
         {.key = text, .text = text, .image = missing ? kMissingImage : kHandsetImage, .expanded = true});
+    parents.push_back(parent);
   }
   const std::string text = std::string(ServiceName(record.service)) + IdAndMsn(" ID:", record, " MSN:");
   handsets.Add(parent, {.key = key, .text = text, .tag = tag});

@@ -73,6 +73,28 @@ inline Responder::Table HeronModem() {
           {"AT+WQUILSTARTTMLB\r\n", "\r\nOK\r\n"}};
 }
 
+/// The answers of a unit at the owner level, with a small configuration.
+inline Responder::Table ConfiguredUnit() {
+  return {{"at+wquilconfig\r\n", "<CONFIG ACTIVE>"},
+          {"gfd\r\n", "<dd>"},
+          {"gtlevel\r\n", "OWNER"},
+          {"gadd\r\n",
+           "<SL>001<dd>1 0 0 20 0 0 1 255 255 255 0 0 1 ffffff unset 0|"
+           "<dd>171 0 1 30 0 0 1 255 255 255 0 0 1 ffffff unset 0|"
+           "<dd>33 0 0 01 0 0 1 0 255 255 0 0 1 ffffff unset 0|"
+           "<dd>34 0 6 02 0 0 1 1 255 255 0 0 1 ffffff unset 0|"
+           "<dd>35 0 2 03 0 0 1 2 255 255 0 0 1 ffffff unset 0|"
+           "<dd>36 0 1 04 0 0 1 3 255 255 0 0 1 ffffff unset 0|"
+           "<dd>49 0 0 21 0 0 1 255 1 255 1 0 1 ffffff BRIDGE 0|"
+           "<dd>50 0 1 31 0 0 1 255 1 255 1 0 1 ffffff BRIDGE 0|"
+           "<dd>81 3 4 60 0 0 1 255 255 255 0 0 1 ffffff unset 0|<EOL>"},
+          {"ladd\r\n", "<dduo>"},
+          {"cadd\r\n", "<dduo>"},
+          {"padd\r\n", "<dduo>"},
+          {"badd\r\n", "<dduo>"},
+          {" 0 0 \r\n", "<dduo>"}};
+}
+
 /// The bytes that the program sends over a serial port from its start until it enters the modem's menus.
 inline const std::string kConnect =
     "\x18"

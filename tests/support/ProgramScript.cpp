@@ -37,7 +37,8 @@ class ProgramScript::Impl {
     if (quoted[0] == "after") return After(quoted);
     const auto command = commands_.find(quoted[0]);
     if (command == commands_.end()) throw std::runtime_error("unknown command");
-    const bool counts = quoted[0] == "feed" || quoted[0] == "file" || quoted[0] == "printed";
+    const bool counts =
+        quoted[0] == "feed" || quoted[0] == "sent" || quoted[0] == "file" || quoted[0] == "printed";
     Words words = counts ? Repeated(quoted) : Words();
     for (std::size_t i = 1; !counts && i < quoted.size(); ++i) words.push_back(Unquote(quoted[i]));
     command->second(words);
@@ -72,9 +73,9 @@ class ProgramScript::Impl {
     p().sock.Arrive(bytes);
     Wait(0.5);
   }
-  /// Takes no time within an `after` line.
+  /// Takes no time within an `after` line and while a modal window is open.
   void Wait(double seconds) {
-    if (!within_) p().loop.Run(seconds);
+    if (!within_ && (seconds == 0 || p().loop.ModalsOpen() == 0)) p().loop.Run(seconds);
   }
   void After(const Words& quoted) {
     ++pending_;
@@ -95,27 +96,32 @@ class ProgramScript::Impl {
     const Words opening(lines.front().begin() + 1, lines.front().end());
     RunModal(opening, {lines.begin() + 1, lines.end() - 1});
   }
-  /// Runs a line that opens a modal window, and other lines while that window is open.
-  void RunModal(const Words& opening, const std::vector<Words>& lines) {
-    const int before = p().loop.ModalsOpen();
-    const auto ran = std::make_shared<bool>(false);
-    const auto live = std::make_shared<std::function<void()>>();
-    *live = [&, weak = std::weak_ptr(live)] {
-      if (p().loop.ModalsOpen() == before) {
-        p().loop.After(std::chrono::milliseconds(10), [weak] {
-          if (const auto again = weak.lock()) (*again)();
-        });
-        return;
-      }
-      *ran = true;
-      for (const Words& line : lines) {
-        SCOPED_TRACE(Joined(line));
-        Run(line);
-      }
-    };
-    (*live)();
+  /// Lines that run while a modal window is open. A `wait` line gives the program the stack back, so that the
+  /// exchange that runs below the lines can continue.
+  struct Block {
+    std::vector<Words> lines;
+    int modals = 0;  ///< The number of modal windows before this one.
+    std::size_t next = 0;
+  };
+  void RunModal(const Words& opening, std::vector<Words> lines) {
+    const auto block = std::make_shared<Block>(Block{std::move(lines), p().loop.ModalsOpen()});
+    Continue(block, 0.01);
     Run(opening);
-    EXPECT_TRUE(*ran) << "no window has opened";
+    EXPECT_EQ(block->next, block->lines.size()) << "the window has not opened or has closed early";
+    block->next = block->lines.size();
+  }
+  void Continue(const std::shared_ptr<Block>& block, double delay) {
+    const std::chrono::duration<double> time(delay);
+    p().loop.After(std::chrono::duration_cast<EventLoop::Time>(time), [this, block] { RunLines(block); });
+  }
+  void RunLines(const std::shared_ptr<Block>& block) {
+    if (block->next == 0 && p().loop.ModalsOpen() == block->modals) return Continue(block, 0.01);
+    while (block->next < block->lines.size()) {
+      const Words& line = block->lines[block->next++];
+      if (depth_ == 0 && line[0] == "wait") return Continue(block, std::stod(line.at(1)));
+      SCOPED_TRACE(Joined(line));
+      Run(line);
+    }
   }
   void Answer(const std::string& command, const std::string& reply) {
     stage().serial.Answer(command, reply);
@@ -133,6 +139,10 @@ class ProgramScript::Impl {
         {"heron",
          [this] {
            for (const auto& [command, reply] : HeronModem()) Answer(command, reply);
+         }},
+        {"config",
+         [this] {
+           for (const auto& [command, reply] : ConfiguredUnit()) Answer(command, reply);
          }},
         {"inactive", [this] { p().windows.activates = false; }},
         {"no-printer", [this] { p().printers.present = false; }},

@@ -73,6 +73,7 @@ std::string PropertyOf(const Control& control, const std::string& name) {
       {"caption", Caption},
       {"tip", [](C c) { return c.toolTip.Get(); }},
       {"selected", [](C c) { return std::to_string(dynamic_cast<const TabStrip&>(c).selected); }},
+      {"title", [](C c) { return dynamic_cast<const Frame&>(c).caption.Get(); }},
       {"panel1", [](C c) { return dynamic_cast<const StatusBar&>(c).Text(1); }},
       {"panel2", [](C c) { return dynamic_cast<const StatusBar&>(c).Text(2); }},
       {"popups", [](C c) { return std::to_string(dynamic_cast<const MenuItem&>(c).PopUps()); }},
