@@ -32,8 +32,7 @@ struct UnitOptions {
   bool trace = true;  ///< Sends trace records unrequested until the PC switches trace on or off.
   std::uint32_t seed = 1;
   ConfigOptions config = {};
-  EventLoop::Time restartTime =
-      std::chrono::seconds(6);  ///< how long a restarting unit neither hears nor speaks
+  EventLoop::Time restartTime = std::chrono::seconds(6);  ///< how long a restarting unit is deaf and silent
 };
 
 /// A simulated terminal unit, accessed over its line.

@@ -6,6 +6,7 @@
 
 #include "host/Arguments.h"
 #include "support/Recorded.h"
+#include "support/UnitLink.h"
 #include "support/VirtualLoop.h"
 #include "unit/ErbFront.h"
 #include "unit/Unit.h"
@@ -147,6 +148,26 @@ TEST(UnitConfig, ReplacesAPortAndAHandsetWhoseIdChanges) {
   EXPECT_EQ(entries[3], "5 0 0 20 0 0 0 255 1 0 1 0 1 ffffff MESS 0");
   EXPECT_EQ(entries[6], "98 0 1 31 0 0 1 255 1 1 1 0 1 ffffff MESS 0");
   EXPECT_EQ(entries[7], "99 0 2 01 0 0 1 0 255 0 0 0 1 FFFFFFFF EDITED 1");
+}
+
+TEST(UnitConfig, ARestartClosesASocketAndSilencesASerialLine) {
+  test::VirtualLoop loop;
+  test::FakeSocket socket(loop);
+  test::FakeSerial serial(loop);
+  test::UnitLink overLan(loop, socket);
+  test::UnitLink overSerial(loop, serial);
+  socket.Connect("unit", 1);
+  serial.Open();
+  loop.Run(0.1);
+  socket.SendData("at+wquilreset\r\n");
+  serial.Output("at+wquilreset\r\n");
+  loop.Run(0.1);
+  EXPECT_EQ(socket.GetState(), SocketControl::kPeerClosing);
+  EXPECT_TRUE(serial.PortOpen());
+  serial.Input();
+  serial.Output("at\r\n");
+  loop.Run(0.1);
+  EXPECT_EQ(serial.Input(), "");
 }
 
 TEST(UnitConfig, RefusesAndMutesTheNthUse) {

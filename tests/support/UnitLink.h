@@ -12,8 +12,7 @@ namespace corvex::test {
 
 /// Connects a FakeSerial or a FakeSocket with a simulated terminal unit, or with an ERB unit and its MUBs.
 /// When the port is opened or closed, the unit's line goes up or down. With faults the answers come through a
-/// FaultyLine. A unit on a socket that restarts closes
-/// the connection. The port must outlive the link.
+/// FaultyLine. When a unit on a socket restarts, it closes the connection. The port must outlive the link.
 template <typename Port, typename FarSide = simulation::Unit>
 class UnitLink {
  public:
