@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <chrono>
+#include <climits>
 #include <functional>
 #include <map>
 #include <utility>
@@ -50,6 +51,17 @@ bool ReadTime(const std::string& word, EventLoop::Time& time) {
   double seconds = 0;
   if (!ReadNumber<double>(word, 0, 3600, seconds)) return false;
   time = std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(seconds));
+  return true;
+}
+
+/// Reads a command of the configuration mode and, after a colon, the number of the use; "updd" or "updd:17".
+bool ReadCommandFault(const std::string& word, std::vector<CommandFault>& faults) {
+  const std::size_t colon = word.find(':');
+  CommandFault fault{.command = word.substr(0, colon)};
+  if (!ConfigShell::Knows(fault.command)) return false;
+  if (colon != std::string::npos && !ReadNumber<int>(word.substr(colon + 1), 1, INT_MAX, fault.use))
+    return false;
+  faults.push_back(std::move(fault));
   return true;
 }
 
@@ -136,13 +148,19 @@ class Parser {
   const std::map<std::string, bool*> switches_{
       {"--help", &read_.help},      {"--any", &read_.anyAddress},     {"--pty", &read_.pty},
       {"--tour", &read_.unit.tour}, {"--cut", &read_.faults.cut},     {"--silent", &read_.faults.silent},
-      {"--erb", &erbWanted_},       {"--erb-lingers", &erb_.lingers},
+      {"--erb", &erbWanted_},       {"--erb-lingers", &erb_.lingers}, {"--owner", &read_.unit.config.owner},
   };
   const std::map<std::string, Reader> values_{
       {"--tcp", NumberReader<std::uint16_t>(0, 65535, read_.tcpPort)},
       {"--link", With(ReadName, read_.link)},
       {"--model", With(ReadText, read_.unit.modelReply)},
       {"--upgrade", With(ReadUpgrade, read_.unit.upgrade)},
+      {"--entries", NumberReader<int>(0, 100'000, read_.unit.config.entries)},
+      {"--owner-password", With(ReadText, read_.unit.config.password)},
+      {"--uf", With(ReadCommandFault, read_.unit.config.refused)},
+      {"--mute", With(ReadCommandFault, read_.unit.config.muted)},
+      {"--config-delay", With(ReadTime, read_.unit.config.delay)},
+      {"--restart", With(ReadTime, read_.unit.restartTime)},
       {"--speed", NumberReader<int>(50, 10'000'000, read_.speed)},
       {"--play", With(ReadName, read_.playFile)},
       {"--seed", NumberReader<std::uint32_t>(0, 1'000'000'000, read_.faults.seed)},
@@ -174,6 +192,15 @@ const char* const kUsage =
     "  --tour            show some screens in turn until a key is pressed\n"
     "  --speed BAUD      send no faster than a serial line of this speed\n"
     "  --play FILE       play a recorded session instead of the simulated unit\n"
+    "\n"
+    "  --entries N       entries of the terminal configuration, 0 to 100000 (8)\n"
+    "  --owner-password P  the password of the owner level (owner)\n"
+    "  --owner           start at the owner level\n"
+    "  --uf COMMAND[:N]  refuse a configuration command with UF, always or at its\n"
+    "                    Nth use; may be given several times\n"
+    "  --mute COMMAND[:N]  execute it but do not answer\n"
+    "  --config-delay SECONDS  delay before each answer of the configuration mode (0)\n"
+    "  --restart SECONDS  a unit that restarts is silent for this time (6)\n"
     "\n"
     "  --erb             an ERB unit with its login and four units as MUBs; on\n"
     "                    TCP, Corvex expects it at --tcp 24\n"

@@ -91,7 +91,9 @@ int Run(const std::vector<std::string>& words) {
   } else if (arguments.erb) {
     farSide = FarSideOf(std::make_shared<ErbFront>(loop, *arguments.erb, send));
   } else {
-    farSide = FarSideOf(std::make_shared<Unit>(loop, arguments.unit, send));
+    const auto unit = std::make_shared<Unit>(loop, arguments.unit, send);
+    if (!arguments.pty) unit->onRestart = hangUp;
+    farSide = FarSideOf(unit);
   }
 
   port->onNotice = Say;

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "unit/Words.h"
+
 namespace corvex::simulation {
 namespace {
 
@@ -12,18 +14,6 @@ constexpr std::array<std::string_view, 5> kKinds{"tdm", "scpc", "hsd", "bmscpc",
 constexpr int kLastChannel = 28000;
 constexpr int kReportsToLock = 2;
 constexpr long long kBlocksAReport = 480;
-
-std::vector<std::string_view> Words(std::string_view line) {
-  std::vector<std::string_view> words;
-  while (true) {
-    const std::size_t begin = line.find_first_not_of(' ');
-    if (begin == std::string_view::npos) return words;
-    line.remove_prefix(begin);
-    const std::size_t length = std::min(line.find(' '), line.size());
-    words.push_back(line.substr(0, length));
-    line.remove_prefix(length);
-  }
-}
 
 /// Parses a number of one to five digits and, if allowed, up to three decimals. Returns -1 if the text has
 /// another form.

@@ -9,6 +9,7 @@ namespace corvex::simulation {
 namespace {
 
 constexpr char kCancel = 24;
+constexpr const char* kLarkModel = "204938";
 
 std::string Upper(std::string_view text) {
   std::string upper(text);
@@ -50,20 +51,24 @@ Unit::Unit(EventLoop& loop, UnitOptions options, Send send)
             }),
       tracer_(loop, status_, send_),
       testShell_(loop, send_, options_.seed),
+      config_(loop, options_.config, options_.modelReply.find(kLarkModel) != std::string::npos, send_),
+      restarting_(loop),
       ticker_(loop),
       tracesUnasked_(options_.trace) {}
 
 void Unit::Receive(std::string_view bytes) {
   std::string echo;
+  std::string noEcho;
   const auto flush = [&] {
     if (!echo.empty()) send_(std::exchange(echo, {}));
   };
   for (const char c : bytes) {
+    if (restarting_.Running()) return;
     if (c == kCancel) {
       Cancel();
     } else if (tagMode_) {
       keys_.Take(c);
-    } else if (const auto line = commandLine_.Take(c, echo)) {
+    } else if (const auto line = commandLine_.Take(c, config_.Running() ? noEcho : echo)) {
       flush();
       TakeLine(*line);
     }
@@ -82,16 +87,21 @@ void Unit::LineDown() {
 void Unit::Cancel() {
   EndTagMode();
   testShell_.Stop();
+  config_.Stop();
   commandLine_.Clear();
 }
 
 void Unit::TakeLine(const CommandLine::Line& line) {
-  if (!testShell_.Running()) return Execute(line);
-  testShell_.Execute(line.tooLong ? std::string_view("too long") : std::string_view(line.text));
+  if (testShell_.Running()) {
+    return testShell_.Execute(line.tooLong ? std::string_view("too long") : std::string_view(line.text));
+  }
+  const std::string command = Upper(line.text);
+  if (command == "AT+WQUILRESET") return Restart();
+  if (command == "AT+WQUILCONFIG") return config_.Start();
+  config_.Running() ? config_.Execute(line) : Execute(line, command);
 }
 
-void Unit::Execute(const CommandLine::Line& line) {
-  const std::string command = Upper(line.text);
+void Unit::Execute(const CommandLine::Line& line, const std::string& command) {
   if (!command.starts_with("AT")) return;  // noise, or text for another receiver
   if (line.tooLong) return send_(Reply("ERROR"));
   if (command == "AT+WQUILSTARTTMLB") {
@@ -119,6 +129,15 @@ std::string Unit::Answer(std::string_view command) {
   if (command == "AT+CSQ") return Reply("+CSQ: " + status_.Value("signal") + ",0") + Reply("OK");
   if (command == "AT" || command == "AT+ERB_TRANSPARENT_MODE") return Reply("OK");
   return Reply("ERROR");
+}
+
+void Unit::Restart() {
+  Cancel();
+  config_.Restart();
+  commandLine_.SetEcho(true);
+  ++restarts_;
+  restarting_.Start(options_.restartTime, [] {});
+  if (onRestart) onRestart();
 }
 
 void Unit::StartTagMode() {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "unit/CommandLine.h"
+#include "unit/ConfigShell.h"
 #include "unit/KeyReader.h"
 #include "unit/Mmi.h"
 #include "unit/Status.h"
@@ -30,13 +31,15 @@ struct UnitOptions {
   bool tour = false;  ///< Shows some screens automatically until a key is pressed.
   bool trace = true;  ///< Sends trace records unrequested until the PC switches trace on or off.
   std::uint32_t seed = 1;
+  ConfigOptions config = {};
+  EventLoop::Time restartTime = std::chrono::seconds(6);  ///< how long a restarting unit is deaf and silent
 };
 
 /// A simulated terminal unit, accessed over its line.
 ///
 /// It starts as a modem that takes AT commands. One command starts the tag stream, in which the unit shows
-/// its man-machine interface and takes keys. Another one starts the test shell. The character CAN or a
-/// hang-up returns to AT commands.
+/// its man-machine interface and takes keys. Others start the test shell and the configuration mode. The
+/// character CAN or a hang-up returns to AT commands. "at+wquilreset" restarts the unit.
 class Unit {
  public:
   using Options = UnitOptions;
@@ -51,12 +54,20 @@ class Unit {
   bool InTagMode() const { return tagMode_; }
   /// Returns the name of the current screen, see Screens; empty outside a session.
   std::string_view Shows() const { return mmi_.Shows(); }
+  const ConfigShell& Config() const { return config_; }
+  /// How often the unit was restarted.
+  int Restarts() const { return restarts_; }
+
+  /// Called when the unit restarts. A unit on a LAN then drops its connection; a serial line only goes
+  /// silent.
+  std::function<void()> onRestart;
 
  private:
   void Cancel();
   void TakeLine(const CommandLine::Line& line);
-  void Execute(const CommandLine::Line& line);
+  void Execute(const CommandLine::Line& line, const std::string& command);
   std::string Answer(std::string_view command);
+  void Restart();
   void StartTagMode();
   void EndTagMode();
   void Press(Key key);
@@ -72,10 +83,13 @@ class Unit {
   Tour tour_;
   Tracer tracer_;
   TestShell testShell_;
+  ConfigShell config_;
+  Timer restarting_;
   Timer ticker_;
   bool tagMode_ = false;
   bool tracesUnasked_;
   unsigned ticks_ = 0;
+  int restarts_ = 0;
 };
 
 }  // namespace corvex::simulation

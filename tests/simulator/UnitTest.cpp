@@ -4,7 +4,9 @@
 #include <set>
 #include <string>
 
+#include "host/Arguments.h"
 #include "support/Recorded.h"
+#include "support/UnitLink.h"
 #include "support/VirtualLoop.h"
 #include "unit/ErbFront.h"
 #include "unit/Unit.h"
@@ -98,6 +100,157 @@ TEST(Unit, PrintsALongLog) {
   for (const char* row :
        {"<Print>0001  frames", "<Print>000200  frames 2400  errors 0  52 dB/Hz\r\n</tml><tml><EndPrint>"}) {
     EXPECT_NE(job.find(row), std::string::npos) << row;
+  }
+}
+
+const std::string kConfig = "at+wquilconfig\r\n\r\n";
+/// An update of an ISDN device, as the program writes it.
+std::string Update(const std::string& id, const std::string& msn) {
+  return "updd  " + id + "  0  0 " + msn + "  0 0 1  255  255  255 0 0 1 FFFFFFFF EDITED 0 0 0 \r\n";
+}
+std::string Device(const std::string& id, const std::string& msn) {
+  return id + " 0 0 " + msn + " 0 0 1 255 255 255 0 0 1 FFFFFFFF EDITED 0";
+}
+
+TEST(UnitConfig, StoresChangesAtOnceAndKeepsThemOverARestart) {
+  Bench<Unit> bench({.config = {.entries = 250, .owner = true}, .restartTime = std::chrono::seconds(3)});
+  int drops = 0;
+  bench.unit.onRestart = [&] { ++drops; };
+  bench.Say(kConfig);
+  const auto before = bench.unit.Config().Entries();
+  EXPECT_EQ(before.size(), 250U);
+  std::string list = "<SL>250";
+  for (const std::string& entry : before) list += "<dd>" + entry + "|";
+  EXPECT_EQ(bench.Say("gadd\r\n"), list + "<EOL>");
+
+  EXPECT_EQ(bench.Say("ladd\r\ncadd\r\n" + Update("7", "30") + Update("-1", "x")),
+            "<dduo><dduo><dduo><dduo>");
+  EXPECT_EQ(bench.Say("AT+WQUILRESET\r\ngfd\r\n", 2.9), "");
+  EXPECT_EQ(bench.Say("at\r\n"), "");
+  EXPECT_EQ(bench.Say("at\r\n"), "at\r\r\nOK\r\n");
+  EXPECT_EQ(bench.unit.Restarts(), 1);
+  EXPECT_EQ(drops, 1);
+  EXPECT_FALSE(bench.unit.Config().OwnerLevel());
+  EXPECT_EQ(bench.unit.Config().Entries(), (std::vector{Device("-1", "x"), Device("7", "30")}));
+  bench.Say(kConfig);
+  EXPECT_EQ(bench.Say("trypwd owner\r\ncadd\r\n"), "PWDOK<ddUF>") << "the lock has ended";
+}
+
+TEST(UnitConfig, ReplacesAPortAndAHandsetWhoseIdChanges) {
+  Bench<Unit> bench({.config = {.owner = true}});
+  bench.Say(kConfig);
+  EXPECT_EQ(bench.Say("upta  99  0  2 01  0 0 1  0  255  0 0 0 1 FFFFFFFF EDITED1\r\n"
+                      "uphs  98  0  1 31  0 0 1  255  1  1 1 0 1 ffffff MESS 0\r\n"
+                      "uphs  5  0  0 20  0 0 0  255  1  0 1 0 1 ffffff MESS 0\r\n"),
+            "<dduo><dduo><dduo>");
+  const auto entries = bench.unit.Config().Entries();
+  ASSERT_EQ(entries.size(), 8U);
+  EXPECT_EQ(entries[3], "5 0 0 20 0 0 0 255 1 0 1 0 1 ffffff MESS 0");
+  EXPECT_EQ(entries[6], "98 0 1 31 0 0 1 255 1 1 1 0 1 ffffff MESS 0");
+  EXPECT_EQ(entries[7], "99 0 2 01 0 0 1 0 255 0 0 0 1 FFFFFFFF EDITED 1");
+}
+
+TEST(UnitConfig, ARestartClosesASocketAndSilencesASerialLine) {
+  test::VirtualLoop loop;
+  test::FakeSocket socket(loop);
+  test::FakeSerial serial(loop);
+  test::UnitLink overLan(loop, socket);
+  test::UnitLink overSerial(loop, serial);
+  socket.Connect("unit", 1);
+  serial.Open();
+  loop.Run(0.1);
+  socket.SendData("at+wquilreset\r\n");
+  serial.Output("at+wquilreset\r\n");
+  loop.Run(0.1);
+  EXPECT_EQ(socket.GetState(), SocketControl::kPeerClosing);
+  EXPECT_TRUE(serial.PortOpen());
+  serial.Input();
+  serial.Output("at\r\n");
+  loop.Run(0.1);
+  EXPECT_EQ(serial.Input(), "");
+}
+
+TEST(UnitConfig, RefusesAndMutesTheNthUse) {
+  Bench<Unit> bench({.config = {.owner = true,
+                                .refused = {{"updd", 2}, {"gfd"}},
+                                .muted = {{"updd", 3}, {"updd", 4}, {"uphs"}, {"ladd", 1}},
+                                .delay = std::chrono::seconds(1)}});
+  EXPECT_EQ(bench.Say("ate0\r" + kConfig, 0.9), "ate0\r\r\nOK\r\n");
+  EXPECT_EQ(bench.Say("", 0.2), "<CONFIG ACTIVE>");
+  const std::string handset = "uphs 5 0 0 20 0 0 0 255 1 0 1 0 1 ffffff MESS 0\r\n";
+  const struct {
+    std::string text;
+    const char* answer;
+  } kSteps[] = {
+      {"gfd\r\ngfd\r\n", "<ddUF><ddUF>"},
+      {"ladd\r\n\r\n", ""},
+      {"ladd\r\n", "<dduo>"},
+      {Update("50", "30"), "<dduo>"},
+      {Update("51", "31"), "<ddUF>"},
+      {Update("52", "32"), ""},
+      {"\r\n", "<dduo>"},
+      {Update("x", "33"), ""},
+      {"\r\n", "<ddUF>"},
+      {handset + "\r\n", ""},
+      {"quit\r\n\r\n", "\r\nOK\r\n"},
+  };
+  for (const auto& [text, answer] : kSteps) EXPECT_EQ(bench.Say(text, 1.1), answer) << text;
+  const ConfigShell& config = bench.unit.Config();
+  EXPECT_EQ(config.Uses("updd"), 4);
+  EXPECT_EQ(config.Entries().size(), 10U) << "the muted update was executed, the refused one was not";
+  EXPECT_NE(config.Entries()[4].find("MESS"), std::string::npos);
+  bench.Say(kConfig);
+  EXPECT_EQ(bench.Say("gtlevel\r\n\x18", 5), "") << "cancel drops the waiting answer";
+}
+
+TEST(UnitConfig, RingsAndBuzzesOnlyWhatCan) {
+  Bench<Unit> bench({});
+  bench.Say(kConfig);
+  const auto say = [&](const char* text) {
+    const std::string answer = bench.Say(text);
+    const ConfigShell& config = bench.unit.Config();
+    return answer + ' ' + std::to_string(config.Ringing().value_or(0)) + ' ' +
+           std::to_string(config.Buzzing().value_or(0));
+  };
+  EXPECT_EQ(say("tsths  1\r\n"), "ERROR 0 0");
+  EXPECT_EQ(say("tsths  6\r\n"), "OK 6 0");
+  EXPECT_EQ(say("tstDistress  7\r\n"), "ERROR 6 0");
+  EXPECT_EQ(say("tstDistress  5\r\n"), "OK 6 5");
+  EXPECT_EQ(say("tstDistOff  0\r\n"), "OK 6 0");
+}
+
+TEST(Simulator, ReadsTheOptionsOfTheConfiguration) {
+  using Words = std::vector<std::string>;
+  const auto parse = [](Words words, std::string& error) {
+    words.insert(words.begin(), {"--tcp", "0"});
+    return host::ParseArguments(words, error);
+  };
+  std::string error;
+  const auto unit =
+      parse({"--entries", "100000", "--owner", "--owner-password", "a b", "--uf", "updd:17", "--uf", "lckd",
+             "--mute", "at+wquilconfig:1", "--config-delay", "0.5", "--restart", "0"},
+            error)
+          .unit;
+  EXPECT_EQ(error, "");
+  EXPECT_TRUE(unit.config.entries == 100000 && unit.config.owner && unit.config.password == "a b");
+  ASSERT_EQ(unit.config.refused.size(), 2U);
+  EXPECT_TRUE(unit.config.refused[0].command == "updd" && unit.config.refused[0].use == 17);
+  EXPECT_TRUE(unit.config.refused[1].command == "lckd" && unit.config.refused[1].use == 0);
+  EXPECT_EQ(unit.config.muted.size(), 1U);
+  EXPECT_TRUE(unit.config.delay == std::chrono::milliseconds(500) && unit.restartTime.count() == 0);
+  for (const Words& words : {Words{"--entries", "-1"},
+                             {"--entries", "100001"},
+                             {"--uf", "upd"},
+                             {"--uf", ""},
+                             {"--uf", "updd:"},
+                             {"--uf", "updd:0"},
+                             {"--mute", "gadd:x"},
+                             {"--mute"},
+                             {"--restart", "-1"},
+                             {"--config-delay", "s"}}) {
+    error.clear();
+    parse(words, error);
+    EXPECT_NE(error, "") << words.back();
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <type_traits>
 #include <utility>
 
 #include "support/FakePlatform.h"
@@ -11,7 +12,7 @@ namespace corvex::test {
 
 /// Connects a FakeSerial or a FakeSocket with a simulated terminal unit, or with an ERB unit and its MUBs.
 /// When the port is opened or closed, the unit's line goes up or down. With faults the answers come through a
-/// FaultyLine. The port must outlive the link.
+/// FaultyLine. When a unit on a socket restarts, it closes the connection. The port must outlive the link.
 template <typename Port, typename FarSide = simulation::Unit>
 class UnitLink {
  public:
@@ -20,8 +21,7 @@ class UnitLink {
       : port_(port),
         hangUp_(loop),
         line_(
-            loop, faults, [&port](std::string_view bytes) { port.Arrive(bytes); },
-            [this] { hangUp_.Start(EventLoop::Time::zero(), [this] { HangUp(); }); }),
+            loop, faults, [&port](std::string_view bytes) { port.Arrive(bytes); }, [this] { PostHangUp(); }),
         unit(loop, std::move(options), [this](std::string_view bytes) { line_.Send(bytes); }) {
     port.onSent = [this](std::string_view bytes) {
       if (onHeard) onHeard(bytes);
@@ -33,6 +33,9 @@ class UnitLink {
       unit.LineUp();
     };
     port.onClosed = [this] { unit.LineDown(); };
+    if constexpr (std::is_same_v<Port, FakeSocket> && std::is_same_v<FarSide, simulation::Unit>) {
+      unit.onRestart = [this] { PostHangUp(); };
+    }
   }
   UnitLink(const UnitLink&) = delete;
   UnitLink& operator=(const UnitLink&) = delete;
@@ -50,6 +53,9 @@ class UnitLink {
   std::function<void(std::string_view)> onHeard;
 
  private:
+  void PostHangUp() {
+    hangUp_.Start(EventLoop::Time::zero(), [this] { HangUp(); });
+  }
   void HangUp(FakeSerial& port) { port.Vanish(); }
   void HangUp(FakeSocket& port) {
     unit.LineDown();
