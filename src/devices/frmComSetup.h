@@ -1,64 +1,83 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "devices/DeviceRecord.h"
+#include "devices/EntryMessages.h"
 #include "devices/UsedNumbers.h"
 #include "forms/Controls.h"
 #include "platform/Platform.h"
 
 namespace corvex {
 
-/// Edits the Terminal Id and the MSN of a serial port. Shown modally. It only gathers the values: the caller
-/// writes them to the terminal.
+/// The modal panel for the Id and MSN of a serial port. It only changes its own fields. The caller calls Open
+/// and then looks at `changed`.
 class frmComSetup : public Form {
  public:
+  /// `used` is read at each use and must live as long as the window.
   frmComSetup(Form& owner, const Platform& platform, const UsedNumbers& used);
   ~frmComSetup() override { Withdraw(); }
 
-  /// Edits the entry of the serial port with this index. Returns when the user has closed the window.
-  void Open(const DeviceRecord& record, int port);
-
-  std::int32_t oldId = 0;
-  std::int32_t newId = 0;
+  std::int16_t oldId = 0;
+  std::int16_t newId = 0;
   InterfaceType iface = InterfaceType::Unset;
   std::string msn;
   int portIndex = 0;
-  bool changed = false;  ///< The user has entered a value and closed the window with a button.
+  /// The user has entered an Id or MSN and has closed the panel with one of its buttons.
+  bool changed = false;
+
+  /// Shows the panel for an entry until the user closes it.
+  void Open(const DeviceRecord& record, int port);
 
   Label lblTitle{*this,
                  {.name = "lblTitle",
-                  .rect = {180, 150, 5400, 360},
+                  .rect = {120, 120, kWidth, 360},
                   .caption = "Serial Port Setup Wizard",
-                  .font = {.size = 12, .bold = true}}};
-  Label lblText{*this,
-                {.name = "lblText",
-                 .rect = {180, 600, 5400, 600},
-                 .caption = "From your registration document, enter the Terminal Id for the UDI service on "
-                            "this port"}};
-  Label lblPort{*this, {.name = "lblPort", .rect = {180, 1380, 1020, 300}, .caption = "Port Id"}};
-  Label lblPortname{*this, {.name = "lblPortname", .rect = {1320, 1380, 2400, 300}}};
-  Label lblId{*this, {.name = "lblId", .rect = {180, 1830, 1020, 300}, .caption = "Id (hex)"}};
-  TextBox txtId{*this, {.name = "txtPortField", .index = 0, .rect = {1320, 1770, 1200, 360}}};
-  Label lblMsn{*this, {.name = "lblMsn", .rect = {180, 2310, 1020, 300}, .caption = "MSN"}};
-  TextBox txtMsn{*this, {.name = "txtPortField", .index = 1, .rect = {1320, 2250, 1200, 360}}};
+                  .font = {.size = 10, .bold = true}}};
+  Label lblText{*this, {.name = "lblText", .rect = {120, 525, kWidth, 600}}};
+  Label lblPort{*this, FieldDesign(0, 1215, "Port Id")};
+  Label lblPortname{*this,
+                    {.name = "lblPortname", .rect = {kLeft, 1215, 2400, 270}, .accessible = "Port Id: %"}};
+  Label lblId{*this, FieldDesign(1, 1635, "Id (hex)")};
+  Label lblMsn{*this, FieldDesign(2, 2085, "MSN")};
+  /// The Id and the MSN.
+  std::array<TextBox, 2> txtPortField{{
+      {*this, BoxDesign(0, 1590, "Id (hex)")},
+      {*this, BoxDesign(1, 2040, "MSN")},
+  }};
   std::array<Button, 2> Command1{{
-      {*this, {.name = "Command1", .index = 0, .rect = {3060, 2820, 1200, 390}, .caption = "Next"}},
-      {*this, {.name = "Command1", .index = 1, .rect = {4380, 2820, 1200, 390}, .caption = "Back"}},
+      {*this, ButtonDesign(0, 2400, "Next")},
+      {*this, ButtonDesign(1, 3720, "Back")},
   }};
 
  private:
-  void TakeTypedId();
-  bool TakeId();
-  void TakeMsn();
-  void Refuse(std::int32_t id);
-  void Close(bool keeps);
+  static constexpr Twips kWidth = 4800;
+  static constexpr Twips kLeft = 1200;
+  static Design FieldDesign(int index, Twips top, std::string_view caption) {
+    return {.name = "lblField", .index = index, .rect = {120, top, 1020, 270}, .caption = caption};
+  }
+  static Design BoxDesign(int index, Twips top, std::string_view accessible) {
+    return {
+        .name = "txtPortField", .index = index, .rect = {kLeft, top, 1200, 360}, .accessible = accessible};
+  }
+  static Design ButtonDesign(int index, Twips left, std::string_view caption) {
+    return {.name = "Command1", .index = index, .rect = {left, 2640, 1200, 390}, .caption = caption};
+  }
 
-  const Platform& platform_;
+  enum class When { Typing, Leaving };
+
+  bool TakeId(When when);
+  bool TakeMsn(When when);
+  void ReturnTo(TextBox& box, const std::string& text, std::string_view message);
+  void CloseTaken();
+  void Cancel();
+
+  const Platform platform_;
   const UsedNumbers& used_;
-  bool refusing_ = false;  ///< A message is shown, or the text is being put back.
+  EntryMessages messages_{*this, platform_.dialogs};
 };
 
 }  // namespace corvex

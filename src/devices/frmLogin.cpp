@@ -1,5 +1,7 @@
 #include "devices/frmLogin.h"
 
+#include <utility>
+
 namespace corvex {
 
 frmLogin::frmLogin(Form& owner) : Form(owner.loop(), owner.windows(), "frmLogin", &owner) {
@@ -9,26 +11,32 @@ frmLogin::frmLogin(Form& owner) : Form(owner.loop(), owner.windows(), "frmLogin"
   txtPassword.masked = true;
   defaultButton = &cmdOK;
   cancelButton = &cmdCancel;
-  const auto close = [this](bool ok) {
-    loginOk = ok;
-    if (ok) loginPassword = txtPassword.Text();
-    txtPassword.SetText({});
-    visible = false;
-  };
-  cmdOK.click = [close] { close(true); };
-  cmdCancel.click = [close] { close(false); };
-  queryUnload = [close] { close(false); };
+  cmdOK.click = [this] { Close(true); };
+  cmdCancel.click = [this] { Close(false); };
+  queryUnload = [this] { Close(false); };
 }
 
 void frmLogin::Open() {
-  constexpr Twips kWidth = 5190;
-  constexpr Twips kHeight = 2070;
+  constexpr Twips kWidth = 5160 + kFrameWidth;
+  constexpr Twips kHeight = 1710 + kFrameHeight;
   Centre(owner()->rect, kWidth, kHeight);
   loginOk = false;
   loginPassword.clear();
-  txtPassword.SetText({});
+  txtPassword.SetText("");
   txtPassword.SetFocus();
   ShowModal();
+}
+
+std::string frmLogin::TakePassword() {
+  return std::exchange(loginPassword, {});
+}
+
+void frmLogin::Close(bool ok) {
+  if (!visible) return;  // a second click
+  loginOk = ok;
+  if (ok) loginPassword = txtPassword.Text();
+  txtPassword.SetText("");
+  visible = false;
 }
 
 }  // namespace corvex

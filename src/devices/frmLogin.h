@@ -6,30 +6,34 @@
 
 namespace corvex {
 
-/// Asks the user for the terminal's owner password. Shown modally.
+/// The modal window that asks for the password of the modem's owner.
 class frmLogin : public Form {
  public:
   explicit frmLogin(Form& owner);
   ~frmLogin() override { Withdraw(); }
 
-  /// Shows the window with an empty box. Returns when the user has closed it.
-  void Open();
-
-  bool loginOk = false;  ///< The user has confirmed a password.
-  /// The password of the last Open. The caller clears it after use.
+  bool loginOk = false;  ///< The user has entered a password. Set by Open.
   std::string loginPassword;
+
+  /// Shows the window until the user has entered a password or cancels.
+  void Open();
+  /// Returns the password and removes it from the window.
+  std::string TakePassword();
 
   Label lblText{*this,
                 {.name = "lblText",
-                 .rect = {180, 180, 4740, 300},
+                 .rect = {120, 150, 4920, 300},
                  .caption = "Modem owner password is required for this operation"}};
-  Label lblPassword{*this, {.name = "lblPassword", .rect = {180, 690, 1140, 300}, .caption = "&Password:"}};
+  Label lblPassword{*this, {.name = "lblPassword", .rect = {120, 645, 1020, 270}, .caption = "&Password:"}};
   TextBox txtPassword{*this,
                       {.name = "txtPassword",
-                       .rect = {1380, 630, 3540, 360},
+                       .rect = {1200, 600, 3840, 360},
                        .toolTip = "Owner Level Password on the Modem unit"}};
-  Button cmdOK{*this, {.name = "cmdOK", .rect = {2400, 1200, 1200, 390}, .caption = "OK"}};
-  Button cmdCancel{*this, {.name = "cmdCancel", .rect = {3720, 1200, 1200, 390}, .caption = "Cancel"}};
+  Button cmdOK{*this, {.name = "cmdOK", .rect = {2520, 1200, 1200, 390}, .caption = "OK"}};
+  Button cmdCancel{*this, {.name = "cmdCancel", .rect = {3840, 1200, 1200, 390}, .caption = "Cancel"}};
+
+ private:
+  void Close(bool ok);
 };
 
 }  // namespace corvex

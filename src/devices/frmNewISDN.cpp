@@ -1,145 +1,164 @@
 #include "devices/frmNewISDN.h"
 
 #include <algorithm>
-#include <initializer_list>
+#include <optional>
+#include <utility>
 #include <vector>
 
-#include "base/ScopedFlag.h"
 #include "base/Text.h"
 
 namespace corvex {
 
 namespace {
 
-using S = ServiceType;
-using M = TerminalModel;
-
-constexpr std::string_view kIdText =
-    "From your registration document, enter the Terminal Id and service type for this device";
-constexpr std::string_view kMsnText =
-    "The Directory number or MSN must be entered on the actual device and below to facilitate routing of "
-    "calls "
-    "to this device";
-constexpr std::string_view kPortText = "To change the service type for this port select from the list below";
-constexpr std::string_view kPortMsnText =
-    "Select the MSN for this port, this value will then be automatically programmed into the device";
-constexpr std::string_view kIdInUse = "The Id is already in use - please delete the existing entry first";
 constexpr std::int32_t kNoPriorId = 9999;
+constexpr std::int32_t kFirstId = 1;
+constexpr std::int32_t kLastId = 255;
+constexpr std::string_view kUnnamed = "unset";
 
-bool IsId(std::int32_t id) {
-  return id >= 1 && id <= 255;
+bool IsLark(TerminalModel model) {
+  return model == TerminalModel::Lark || model == TerminalModel::LarkB;
 }
 
-bool IsOneOf(S service, std::initializer_list<S> services) {
-  return std::find(services.begin(), services.end(), service) != services.end();
+/// The models with more voice services than 4.8K Speech.
+bool HasHighQuality(TerminalModel model) {
+  return model == TerminalModel::Heron || (model >= TerminalModel::Wren && model <= TerminalModel::Kestrel);
 }
 
-/// Shows the texts of some services, the first of them selected.
-void Fill(ComboBox& combo, const std::vector<S>& services) {
-  std::vector<std::string> items;
-  for (const S service : services) items.emplace_back(ServiceName(service));
-  combo.SetItems(std::move(items));
-  combo.listIndex = 0;
+bool IsSerial(InterfaceType iface) {
+  return iface == InterfaceType::Usb || iface == InterfaceType::Rs232A || iface == InterfaceType::Rs232B;
 }
 
-/// A name that neither the terminal's line nor the tag form can mistake for several fields.
-std::string NameOf(std::string_view typed) {
-  std::string name = UpperCase(typed);
-  for (char& c : name) {
-    if (static_cast<unsigned char>(c) <= ' ' || c == ',' || c == '|') c = '-';
+ServiceType DefaultService(InterfaceType iface, TerminalModel model) {
+  if (!IsSerial(iface)) return ServiceType::Speech;
+  return IsLark(model) ? ServiceType::Data9k6 : ServiceType::Udi;
+}
+
+/// The services that a device can have, in the order of their numbers.
+std::vector<ServiceType> AllowedServices(InterfaceType iface, TerminalModel model, bool analog,
+                                         bool handset) {
+  using enum ServiceType;
+  if (IsSerial(iface)) {
+    if (IsLark(model)) return {Data9k6};
+    return HasHighQuality(model) ? std::vector{Udi} : std::vector<ServiceType>{};
   }
-  return name.empty() ? "-" : name;
+  if (iface != InterfaceType::Isdn) return {};
+  std::vector allowed{Speech};
+  const bool data = !analog && !handset;
+  if (HasHighQuality(model)) {
+    allowed.insert(allowed.end(), {Speech64, Audio});
+    if (data) allowed.insert(allowed.end(), {V110, Udi});
+  }
+  if (model <= TerminalModel::Albatross && (analog || !handset)) allowed.push_back(Fax);
+  if (model == TerminalModel::Heron && data) allowed.insert(allowed.end(), {Udi128, V110At128});
+  return allowed;
+}
+
+std::vector<std::string> Names(const std::vector<ServiceType>& services) {
+  std::vector<std::string> names;
+  for (const ServiceType service : services) names.emplace_back(ServiceName(service));
+  return names;
+}
+
+bool IsVoice(ServiceType service) {
+  return service == ServiceType::Speech || service == ServiceType::Speech64 || service == ServiceType::Audio;
+}
+
+/// The value of a hexadecimal text from 0 to FF.
+std::optional<std::int16_t> HexByte(std::string_view text) {
+  const auto value = ParseHex(text);
+  if (!value || *value > kLastId) return std::nullopt;
+  return static_cast<std::int16_t>(*value);
 }
 
 }  // namespace
 
 frmNewISDN::frmNewISDN(Form& owner, const Platform& platform, const UsedNumbers& used,
                        const TerminalModel& model)
-    : Form(owner.loop(), owner.windows(), "frmNewISDN", &owner),
+    : Form(platform.loop, platform.windows, "frmNewISDN", &owner),
       platform_(platform),
       used_(used),
       model_(model) {
   fixedSize = true;
-  titleHs.caption = "Handset Setup Wizard";
+  labHandset.caption = "Handset Setup Wizard";
+  labHandsetText.caption =
+      "The Handset can be set with two MSNs whose value and associated service can be independently "
+      "controlled.";
   ConnectEvents();
-  ConnectOptions();
 }
 
 void frmNewISDN::ConnectEvents() {
-  for (const std::size_t quit : {0U, 5U}) cmdTop[quit].click = [this] { Close(false); };
-  cmdTop[1].click = [this] { Continue(); };
-  cmdTop[2].click = [this] {
-    if (editing) return Close(false);
-    ShowPage(Page::Intro);
-    txtId.SetFocus();
+  const auto quit = [this] { Close(false); };
+  queryUnload = quit;
+  cmdTop[0].click = quit;
+  cmdTop[5].click = quit;
+  // A second press of Enter or of the mouse may arrive after the page has changed.
+  const auto whileShown = [this](Frame& page, void (frmNewISDN::*action)()) {
+    return [this, &page, action] {
+      if (visible && page.visible && !messages_.Busy()) (this->*action)();
+    };
   };
-  cmdTop[3].click = [this] { CompleteHandset(); };
-  cmdTop[4].click = [this] { CompleteDevice(); };
-  queryUnload = [this] { Close(false); };
-  comboService.click = [this] { ChooseService(); };
-  // The Id is tested when the user moves on to the service. The button to the next page tests it itself, and
-  // the button that quits never does, so that nobody is caught in the box.
-  comboService.gotFocus = [this] { IdRefused(false); };
+  cmdTop[1].click = whileShown(frmIntro, &frmNewISDN::NextPage);
+  cmdTop[2].click = whileShown(frmConfig, &frmNewISDN::Back);
+  cmdTop[3].click = whileShown(frmHS, &frmNewISDN::CompleteHandset);
+  cmdTop[4].click = whileShown(frmConfig, &frmNewISDN::CompleteDevice);
+
+  comboDECT[0].click = [this] { ChooseService(); };
+  txtDECT[0].change = [this] { idTested_ = false; };
+  txtDECT[0].lostFocus = [this] { LeaveId(); };
   keyDown = [this](KeyEvent& key) {
     constexpr int kEnter = 13;
-    if (key.keyCode != kEnter || !txtId.HasFocus() || !frmIntro.visible) return;
+    if (key.keyCode != kEnter || key.shift || key.ctrl || key.alt || !txtDECT[0].HasFocus()) return;
     key.handled = true;
-    loop().Post([this] { EnterInId(); });
+    if (!key.repeated) Post([this] { EnterId(); });
   };
-  txtName.change = [this] {
-    for (DeviceRecord& record : records_) record.name = NameOf(txtName.Text());
-  };
+
+  ConnectOption(CheckEcho, &frmNewISDN::editEcho, &DeviceRecord::echoCancel, true);
+  ConnectOption(CheckSTU, &frmNewISDN::editStu, &DeviceRecord::stuCapable, false);
+  ConnectOption(CheckCharge, &frmNewISDN::editCharge, &DeviceRecord::chargeTone, true);
+  for (CheckBox& box : CheckAccess) {
+    ConnectOption(box, &frmNewISDN::editAccess, &DeviceRecord::accessCodes, true);
+  }
+  for (CheckBox& box : chkPro) {
+    ConnectOption(box, &frmNewISDN::editPriority, &DeviceRecord::priority, false);
+  }
+
+  txtName.change = [this] { TakeName(); };
+  // The box shows the stored name only now. Replacing its text while the user types could lose a key.
+  txtName.lostFocus = [this] { txtName.SetText(firstRecord_.name); };
   for (std::size_t i = 0; i < records_.size(); ++i) {
-    txtHsMsn[i].change = [this, i] { records_[i].msn = TrimBlanks(txtHsMsn[i].Text()); };
-    tstHsDoid[i].change = [this, i] {
-      const auto id = ParseHex(tstHsDoid[i].Text());
-      if (id && *id <= 255) records_[i].id = static_cast<std::int16_t>(*id);
-    };
+    txtHsMsn[i].change = [this, i] { TakeNumbers(i); };
+    tstHsDoid[i].change = [this, i] { TakeNumbers(i); };
     comboHS[i].click = [this, i] { ChooseHandsetService(i); };
   }
 }
 
-void frmNewISDN::ConnectOptions() {
-  const auto connect = [this](CheckBox& box, bool& field, bool DeviceRecord::*flag, bool marks) {
-    box.click = [this, &box, &field, flag, marks] {
-      const bool value = box.value;
-      if (marks && value != field) firstChanged = secondChanged = true;
-      field = value;
-      for (DeviceRecord& record : records_) record.*flag = value;
-    };
+void frmNewISDN::ConnectOption(CheckBox& box, bool frmNewISDN::*field, bool DeviceRecord::*recordField,
+                               bool marks) {
+  box.click = [this, &box, field, recordField, marks] {
+    if (marks && this->*field != box.value) firstChanged = secondChanged = true;
+    this->*field = box.value;
+    for (HandsetRecord* record : records_) record->*recordField = box.value;
   };
-  connect(CheckEcho, editEcho, &DeviceRecord::echoCancel, true);
-  connect(CheckSTU, editStu, &DeviceRecord::stuCapable, false);
-  connect(proIsdn, editPriority, &DeviceRecord::priority, false);
-  connect(proHs, editPriority, &DeviceRecord::priority, false);
-  connect(accessIsdn, editAccess, &DeviceRecord::accessCodes, true);
-  connect(accessHs, editAccess, &DeviceRecord::accessCodes, true);
-  connect(chargeIsdn, editCharge, &DeviceRecord::chargeTone, true);
-}
-
-bool frmNewISDN::ServiceIs(std::initializer_list<ServiceType> services) const {
-  return IsOneOf(editService, services);
-}
-
-bool frmNewISDN::ModelIs(std::initializer_list<TerminalModel> models) const {
-  return std::find(models.begin(), models.end(), model_) != models.end();
 }
 
 void frmNewISDN::Open() {
-  Centre(owner()->rect, kPage.width + kFrameWidth, kPage.height + kFrameHeight);
+  constexpr Twips kWidth = kPage.width + 180 + kFrameWidth;
+  constexpr Twips kHeight = kPage.height + 180 + kFrameHeight;
+  Centre(owner()->rect, kWidth, kHeight);
   editOk = false;
-  firstChanged = false;
-  secondChanged = false;
-  for (CheckBox* box : {&proIsdn, &proHs}) box->visible = ModelIs({M::Heron});
+  for (CheckBox& box : chkPro) box.visible = model_ == TerminalModel::Heron;
+  for (Frame* page : {&frmIntro, &frmConfig, &frmHS}) page->visible = false;
   if (handsetMode) {
-    caption = titleHs.caption.Get();
-    HandsetPage();
+    ShowHandsetPage();
   } else {
-    SetCaptions();
+    if (!editing && !IsAnalog()) editCharge = false;  // not the choice for an earlier device
+    SetTitles();
     if (editing) {
-      ConfigPage();
+      ShowSecondPage();
     } else {
-      FirstPage();
+      PrepareFirstPage();
+      ShowFirstPage();
     }
   }
   ShowModal();
@@ -150,290 +169,329 @@ void frmNewISDN::Close(bool ok) {
   visible = false;
 }
 
-void frmNewISDN::SetCaptions() {
-  const std::string_view device = editIface == InterfaceType::Isdn  ? "ISDN"
-                                  : editIface == InterfaceType::Usb ? "USB"
-                                                                    : "COM";
-  const std::string_view title = device == "COM" ? "COM device" : device;
-  titleConfig.caption = std::string(title) + (editing ? " Setup Editor" : " Setup Wizard");
-  caption = (editing ? "Edit " : "Add ") + std::string(device) + " device";
+void frmNewISDN::SetTitle(std::string_view title) {
+  for (Label& label : Label1) label.caption = std::string(title);
+}
+
+/// Sets the texts that depend on the use of the window. The pages of an analog port replace some of them.
+void frmNewISDN::SetTitles() {
+  labIntro.caption =
+      "From your registration document, enter the Terminal Id and service type for this device";
+  labConfig.caption =
+      "The Directory number or MSN must be entered on the actual device and below to facilitate routing of "
+      "calls to this device";
   if (editing && IsAnalog()) {
-    titleConfig.caption = "Analog port " + std::to_string(editTelPort) + " setup";
+    SetTitle("Analog port " + std::to_string(editTelPort) + " setup");
     caption = "Analog port setup";
+    return;
   }
-  titleIntro.caption = titleConfig.caption.Get();
+  std::string kind = "ISDN";
+  std::string title = kind;
+  if (editIface == InterfaceType::Usb) {
+    title = kind = "USB";
+  } else if (IsSerial(editIface)) {
+    kind = "COM";
+    title = "COM device";
+  }
+  SetTitle(title + (editing ? " Setup Editor" : " Setup Wizard"));
+  caption = (editing ? "Edit " : "Add ") + kind + " device";
 }
 
-void frmNewISDN::ShowPage(Page page) {
-  frmIntro.visible = page == Page::Intro;
-  frmConfig.visible = page == Page::Config;
-  frmHS.visible = page == Page::Handset;
-  switch (page) {
-    case Page::Intro:
-      defaultButton = &cmdTop[1];
-      cancelButton = &cmdTop[0];
-      break;
-    case Page::Config:
-      defaultButton = &cmdTop[4];
-      cancelButton = &cmdTop[2];
-      break;
-    case Page::Handset:
-      defaultButton = &cmdTop[3];
-      cancelButton = &cmdTop[5];
-      break;
-  }
-}
-
-// ---- The page for the Terminal Id and the service.
-
-void frmNewISDN::FirstPage() {
-  textIntro.caption = std::string(kIdText);
+void frmNewISDN::PrepareFirstPage() {
   if (IsAnalog()) {
     priorId_ = editId;
     priorService_ = editService;
     priorMsn_ = editMsn;
-    titleIntro.caption = "Change Port Setup";
-    textIntro.caption = std::string(kPortText);
+    SetTitle("Change Port Setup");
+    labIntro.caption = "To change the service type for this port select from the list below";
     caption = "Analog port setup";
   } else {
     editId = 0;
   }
   TakeRequestedService();
-  std::vector<S> services{editService};
-  for (const S service : AllowedServices()) {
-    if (service != editService) services.push_back(service);
-  }
-  Fill(comboService, services);
+  FillServices();
   if (!IsAnalog()) {
     priorId_ = kNoPriorId;
-    editId = NextFreeId(editService, priorId_);
+    editId = used_.NextFreeId(editService, priorId_, model_);
   }
-  txtId.SetText(HexId(editId));
-  txtId.SelectAll();
-  ShowPage(Page::Intro);
-  txtId.SetFocus();
+  ShowId();
 }
 
-ServiceType frmNewISDN::DefaultService() const {
-  if (editIface == InterfaceType::Isdn) return S::Speech;
-  return ModelIs({M::Lark, M::LarkB}) ? S::Data9k6 : S::Udi;
-}
-
+/// On a Lark and on an unknown model, the request does not change the service. Intentional.
 void frmNewISDN::TakeRequestedService() {
-  if (requestedService == S::None) {
-    editService = DefaultService();
+  using enum ServiceType;
+  if (requestedService == None) {
+    editService = DefaultService(editIface, model_);
     return;
   }
-  const bool lark = ModelIs({M::Lark, M::LarkB});
-  if (!lark && model_ != M::Unknown) editService = requestedService;
-  const bool legal = lark ? ServiceIs({S::Speech, S::Fax})
-                          : ServiceIs({S::Speech, S::Speech64, S::Audio, S::Fax}) || model_ == M::Unknown;
-  if (!IsAnalog() || legal) return;
-  platform_.dialogs.MessageBox(std::string(ServiceName(editService)) +
-                               (lark ? " is illegal for Lark" : " is illegal for this terminal"));
-  editService = DefaultService();
+  if (HasHighQuality(model_)) editService = requestedService;
+  if (!IsAnalog()) return;
+  std::string_view terminal;
+  if (HasHighQuality(model_) && !IsVoice(editService) && editService != Fax) terminal = "this terminal";
+  if (IsLark(model_) && editService != Speech && editService != Fax) terminal = "Lark";
+  if (terminal.empty()) return;
+  messages_.Show(std::string(ServiceName(editService)) + " is illegal for " + std::string(terminal));
+  editService = DefaultService(editIface, model_);
 }
 
-/// Returns the services that the user may choose, in the order of their numbers.
-std::vector<ServiceType> frmNewISDN::AllowedServices() const {
-  if (editIface != InterfaceType::Isdn) return {DefaultService()};
-  const bool device = !IsAnalog() && editHandset == DeviceRecord::kNone;
-  std::vector<S> services{S::Speech};
-  if (ModelIs({M::Heron, M::Wren, M::Albatross, M::Petrel, M::Kestrel})) {
-    services.insert(services.end(), {S::Speech64, S::Audio});
-    if (device) services.insert(services.end(), {S::V110, S::Udi});
-  }
-  const bool mayFax = IsAnalog() || editHandset == DeviceRecord::kNone;
-  if (mayFax && ModelIs({M::Heron, M::Lark, M::LarkB, M::Wren, M::Albatross})) services.push_back(S::Fax);
-  if (device && ModelIs({M::Heron})) services.insert(services.end(), {S::Udi128, S::V110At128});
-  return services;
+void frmNewISDN::FillServices() {
+  auto services = AllowedServices(editIface, model_, IsAnalog(), editHandset != DeviceRecord::kNone);
+  std::erase(services, editService);
+  services.insert(services.begin(), editService);
+  comboDECT[0].SetItems(Names(services));
+  comboDECT[0].listIndex = 0;
+}
+
+void frmNewISDN::ShowFirstPage() {
+  frmConfig.visible = false;
+  frmIntro.visible = true;
+  defaultButton = &cmdTop[1];
+  cancelButton = &cmdTop[0];
+  txtDECT[0].SetFocus();
+  txtDECT[0].SelectAll();
+}
+
+void frmNewISDN::ShowId() {
+  txtDECT[0].SetText(HexId(editId));
+  idTested_ = true;
 }
 
 void frmNewISDN::ChooseService() {
   if (!frmIntro.visible) return;
-  editService = ServiceFromName(comboService.Text());
+  editService = ServiceFromName(comboDECT[0].Text());
   if (IsAnalog() && editService == priorService_ && editId == priorId_) return;
-  editId = NextFreeId(editService, priorId_);
-  txtId.SetText(HexId(editId));
+  editId = used_.NextFreeId(editService, priorId_, model_);
+  ShowId();
 }
 
-/// Tests the text of the box. Returns true if it is refused; the user has seen a message then. With `asks`,
-/// an Id that is in use is not refused: the user is asked, and goes on whatever the answer.
-bool frmNewISDN::IdRefused(bool asks) {
-  if (refusing_) return true;
-  const std::string& text = txtId.Text();
-  if (text.empty()) return false;
-  const auto id = ParseHex(text);
-  if (!id || !IsId(*id)) {
-    RefuseId("A hex value between 1 and FF");
-    return true;
-  }
-  if (used_.IdInUse(*id) && *id != priorId_) {
-    if (!asks) {
-      RefuseId(kIdInUse);
-      return true;
-    }
-    const ScopedFlag refusing(refusing_);
-    platform_.dialogs.AskYesNo("Already registered - overwrite?");
-    return false;
-  }
+/// Tests the text of the Id box. Stores a free Id.
+frmNewISDN::IdText frmNewISDN::TakeId() {
+  const std::string& text = txtDECT[0].Text();
+  if (text.empty()) return IdText::Empty;
+  const auto id = HexByte(text);
+  if (!id || *id < kFirstId) return IdText::Invalid;
+  if (used_.IdInUse(*id) && *id != priorId_) return IdText::InUse;
   editId = *id;
-  return false;
+  return IdText::Free;
 }
 
-void frmNewISDN::RefuseId(std::string_view why) {
-  const ScopedFlag refusing(refusing_);
-  txtId.SetFocus();
-  platform_.dialogs.MessageBox(why);
-  if (why != kIdInUse) txtId.SetText({});
-  txtId.SelectAll();
+/// Returns false if the Id can be used. Otherwise explains why not, and the focus stays in the box.
+bool frmNewISDN::RefuseId(IdText entered) {
+  idTested_ = entered != IdText::InUse;
+  if (entered == IdText::Empty || entered == IdText::Free) return false;
+  const bool invalid = entered == IdText::Invalid;
+  if (invalid) txtDECT[0].SetText("");
+  Refuse(txtDECT[0], invalid ? "A hex value between 1 and FF"
+                             : "The Id is already in use - please delete the existing entry first");
+  return true;
 }
 
-/// Intentional: an Id in use is asked about, and then refused by the test that follows the move of the focus.
-void frmNewISDN::EnterInId() {
-  if (!visible || IdRefused(true)) return;
-  comboService.SetFocus();
-  defaultButton = &cmdTop[1];
+/// The user can always quit: the test waits until the focus goes elsewhere or the user continues.
+void frmNewISDN::LeaveId() {
+  if (visible && frmIntro.visible && !cmdTop[0].HasFocus()) RefuseId(TakeId());
 }
 
-void frmNewISDN::Continue() {
-  if (IdRefused(false)) return;
-  if (!IsId(editId)) {
-    platform_.sound.Bell();
-    txtId.SetFocus();
+void frmNewISDN::EnterId() {
+  if (!visible || !frmIntro.visible || messages_.Busy()) return;
+  const IdText entered = TakeId();
+  if (entered == IdText::Invalid) {
+    RefuseId(entered);
     return;
   }
-  ConfigPage();
+  // Intentional: the answer changes nothing. Moving the focus refuses an Id that is in use.
+  if (entered == IdText::InUse) messages_.AskYesNo("Already registered - overwrite?");
+  if (!visible) return;
+  defaultButton = &cmdTop[1];
+  comboDECT[0].SetFocus();
 }
 
-// ---- The page for the MSN and the options.
-
-void frmNewISDN::ConfigPage() {
-  const bool speech = editService == S::Speech;
-  const bool coded = ServiceIs({S::Speech, S::Speech64});
-  const bool voice = ServiceIs({S::Speech, S::Speech64, S::Audio});
-  CheckSTU.value = editStu;
-  CheckEcho.value = editEcho;
-  chargeIsdn.value = editCharge;
-  chargeIsdn.visible = speech;
-  proIsdn.value = editPriority;
-  proIsdn.visible = coded && ModelIs({M::Heron});
-  accessIsdn.value = editAccess;
-  accessIsdn.visible = coded;
-  labAccessCode.visible = coded;
-  CheckEcho.visible = voice;
-  CheckSTU.visible = speech && editIface == InterfaceType::Isdn;
-  textConfig.caption = std::string(kMsnText);
-  if (editTelPort != DeviceRecord::kNone && editTelPort != 0) {  // intentional: Tel 1 keeps the usual texts
-    titleConfig.caption = "Analog Port Setup";
-    textConfig.caption = std::string(kPortMsnText);
+void frmNewISDN::NextPage() {
+  // A default button clicks without moving the focus, and so do the buttons of some systems.
+  if (!idTested_ && RefuseId(TakeId())) return;
+  if (editId < kFirstId || editId > kLastId) {
+    platform_.sound.Bell();
+    txtDECT[0].SetFocus();
+    return;
   }
+  ShowSecondPage();
+}
+
+void frmNewISDN::ShowSecondPage() {
+  frmIntro.visible = false;
+  // Intentional: the first analog port keeps the standard texts.
+  if (IsAnalog() && editTelPort != 0) {
+    Label1[1].caption = "Analog Port Setup";
+    labConfig.caption =
+        "Select the MSN for this port, this value will then be automatically programmed into the device";
+  }
+  ShowMsn();
+  ShowOptions();
+  frmConfig.visible = true;
+  defaultButton = &cmdTop[4];
+  cancelButton = &cmdTop[2];
+  txtIsdnMSN.SetFocus();
+}
+
+void frmNewISDN::ShowMsn() {
   if (editing) {
     priorMsn_ = editMsn;
   } else if (IsAnalog()) {
     editMsn = priorMsn_;
   } else {
-    editEcho = voice;
-    CheckEcho.value = voice;
+    editEcho = IsVoice(editService);
     editMsn = used_.FirstFreeMsn(editService, false);
   }
   txtIsdnMSN.SetText(editMsn);
   txtIsdnMSN.SelectAll();
-  ShowPage(Page::Config);
-  txtIsdnMSN.SetFocus();
 }
 
+/// Shows the options that apply to the service, one below the other.
+void frmNewISDN::ShowOptions() {
+  const bool speech = editService == ServiceType::Speech;
+  const bool access = speech || editService == ServiceType::Speech64;
+  struct Option {
+    CheckBox& box;
+    bool value;
+    bool applies;
+  };
+  constexpr Twips kFirst = 1860;
+  constexpr Twips kPitch = 375;
+  Twips top = kFirst;
+  for (const Option& option : {
+           Option{CheckEcho, editEcho, IsVoice(editService)},
+           Option{CheckSTU, editStu, speech && editIface == InterfaceType::Isdn},
+           Option{CheckCharge, editCharge, speech},
+           Option{CheckAccess[1], editAccess, access},
+           Option{chkPro[0], editPriority, access && model_ == TerminalModel::Heron},
+       }) {
+    option.box.value = option.value;
+    option.box.visible = option.applies;
+    Rect place = option.box.rect;
+    place.top = top;
+    option.box.rect = place;
+    if (option.applies) top += kPitch;
+  }
+  labAccessCode.visible = access;
+}
+
+void frmNewISDN::Back() {
+  if (editing) {
+    Close(false);
+  } else {
+    ShowFirstPage();
+  }
+}
+
+/// Intentional: a text that is not a number is ignored without a message, and an MSN in use is accepted.
 void frmNewISDN::CompleteDevice() {
-  // Intentional: no message. An MSN that is in use is accepted.
-  if (!IsNumeric(txtIsdnMSN.Text())) return txtIsdnMSN.SetFocus();
-  editMsn = TrimBlanks(txtIsdnMSN.Text());  // a blank would shift the fields of the terminal's line
+  if (!IsNumeric(txtIsdnMSN.Text())) return;
+  editMsn = TrimBlanks(txtIsdnMSN.Text());
   Close(true);
 }
 
-// ---- The page for a handset.
-
-void frmNewISDN::HandsetPage() {
-  const std::array<const std::string*, 2> tags{&firstRecordTag, &secondRecordTag};
+void frmNewISDN::ShowHandsetPage() {
+  caption = "Handset setup";
+  firstChanged = secondChanged = false;
+  ParseTagRecord(firstRecordTag, kTagSeparator, firstRecord_);
+  ParseTagRecord(secondRecordTag, kTagSeparator, secondRecord_);
   for (std::size_t i = 0; i < records_.size(); ++i) {
-    DeviceRecord& record = records_[i];
-    ParseTagRecord(*tags[i], kTagSeparator, record);
-    txtHsMsn[i].SetText(record.msn);
-    txtHsMsn[i].tag = record.msn;
-    tstHsDoid[i].SetText(HexId(record.id));
-    tstHsDoid[i].tag = HexId(record.id);
-    std::vector<S> services{record.service};
-    for (const S service : {S::Speech, S::Speech64, S::Audio}) {
-      const bool allowed =
-          service == S::Speech || ModelIs({M::Heron, M::Wren, M::Albatross, M::Petrel, M::Kestrel});
-      if (allowed && service != record.service) services.push_back(service);
-    }
-    Fill(comboHS[i], services);
+    const HandsetRecord& record = *records_[i];
+    txtHsMsn[i].SetText(txtHsMsn[i].tag = record.msn);
+    tstHsDoid[i].SetText(tstHsDoid[i].tag = HexId(record.id));
     comboHS[i].tag = ServiceName(record.service);
+    auto services = AllowedServices(InterfaceType::Isdn, model_, false, true);
+    auto current = std::find(services.begin(), services.end(), record.service);
+    if (current == services.end()) current = services.insert(services.begin(), record.service);
+    comboHS[i].SetItems(Names(services));
+    comboHS[i].listIndex = static_cast<int>(current - services.begin());
   }
-  txtName.SetText(records_[0].name);
-  proHs.value = editPriority;
-  accessHs.value = editAccess;
-  ShowPage(Page::Handset);
-  txtName.SelectAll();
+  txtName.SetText(firstRecord_.name);
+  chkPro[1].value = editPriority;
+  CheckAccess[0].value = editAccess;
+  frmHS.visible = true;
+  defaultButton = &cmdTop[3];
+  cancelButton = &cmdTop[5];
   txtName.SetFocus();
+  txtName.SelectAll();
 }
 
-void frmNewISDN::ChooseHandsetService(std::size_t which) {
-  DeviceRecord& record = records_[which];
-  const std::string name = comboHS[which].Text();
-  record.service = ServiceFromName(name);
-  if (name == comboHS[which].tag) {
-    txtHsMsn[which].SetText(txtHsMsn[which].tag);
-    tstHsDoid[0].SetText(tstHsDoid[0].tag);  // intentional: the first box, also for the second entry
+/// Blanks and separators would shift the fields of the entry, and so would an empty name.
+void frmNewISDN::TakeName() {
+  std::string name = UpperCase(txtName.Text());
+  std::replace(name.begin(), name.end(), ' ', '-');
+  std::replace(name.begin(), name.end(), kTagSeparator, '-');
+  if (name.empty()) name = kUnnamed;
+  for (HandsetRecord* record : records_) record->name = name;
+}
+
+/// A text that is no Id leaves the entry's Id unchanged. CompleteHandset refuses it.
+void frmNewISDN::TakeNumbers(std::size_t i) {
+  records_[i]->msn = TrimBlanks(txtHsMsn[i].Text());
+  records_[i]->id = HexByte(tstHsDoid[i].Text()).value_or(records_[i]->id);
+}
+
+void frmNewISDN::ChooseHandsetService(std::size_t i) {
+  const std::string name = comboHS[i].Text();
+  const ServiceType service = ServiceFromName(name);
+  records_[i]->service = service;
+  if (name == comboHS[i].tag) {
+    txtHsMsn[i].SetText(txtHsMsn[i].tag);
+    tstHsDoid[0].SetText(tstHsDoid[0].tag);  // intentional: for the second MSN too
   } else {
-    txtHsMsn[which].SetText(used_.FirstFreeMsn(record.service, false));
-    // Intentional: the text is read as decimal, and the new one has no leading zero.
-    const std::int32_t current = WholePrefix(tstHsDoid[which].Text());
-    tstHsDoid[which].SetText(ShortHex(NextFreeId(record.service, current)));
+    txtHsMsn[i].SetText(used_.FirstFreeMsn(service, false));
+    // Intentional: reads the Id as a decimal number, and shows the new one without a leading zero.
+    const std::int32_t current = WholePrefix(tstHsDoid[i].Text());
+    tstHsDoid[i].SetText(ShortHex(used_.NextFreeId(service, current, model_)));
   }
-  for (std::size_t i = 0; i < records_.size(); ++i) {
-    txtHsMsn[i].change();
-    tstHsDoid[i].change();
-  }
-}
-
-bool frmNewISDN::HandsetIdRefused(std::size_t which) {
-  TextBox& box = tstHsDoid[which];
-  const auto id = ParseHex(box.Text());
-  std::string_view why;
-  if (!id || *id > 255) {
-    why = "The terminal id must be a value between 0 and FF (hex)";
-  } else if (used_.IdInUse(*id) && box.Text() != box.tag && box.Text() != tstHsDoid[1 - which].tag) {
-    why = "The terminal id is already in use";
-  }
-  if (why.empty()) return false;
-  box.SetFocus();
-  platform_.dialogs.MessageBox(why);
-  return true;
+  TakeNumbers(0);
+  TakeNumbers(1);
 }
 
 void frmNewISDN::CompleteHandset() {
+  if (!CheckHandset()) return;
+  const auto store = [](const HandsetRecord& record, std::string& tag, bool& changed) {
+    std::string text = FormatTagRecord(record, kTagSeparator);
+    if (text == tag) return;
+    changed = true;
+    tag = std::move(text);
+  };
+  store(firstRecord_, firstRecordTag, firstChanged);
+  store(secondRecord_, secondRecordTag, secondChanged);
+  Close(true);
+}
+
+/// Returns false, with a message, if an MSN or an Id of the handset cannot be used.
+bool frmNewISDN::CheckHandset() {
   for (TextBox& box : txtHsMsn) {
     if (IsNumeric(box.Text())) continue;
-    platform_.dialogs.MessageBox("The MSN must be a decimal numeric");
-    box.SetFocus();
-    return;
+    Refuse(box, "The MSN must be a decimal numeric");
+    return false;
   }
-  if (ParseHex(tstHsDoid[0].Text()) && ParseHex(tstHsDoid[0].Text()) == ParseHex(tstHsDoid[1].Text())) {
-    tstHsDoid[0].SetFocus();
-    platform_.dialogs.MessageBox("Terminal Id must be unique - you have set them equal...");
-    return;
+  // Ids are compared as numbers: "A" and "0A" are the same Id.
+  const std::array ids{HexByte(tstHsDoid[0].Text()), HexByte(tstHsDoid[1].Text())};
+  if (ids[0] == ids[1] && (ids[0] || tstHsDoid[0].Text() == tstHsDoid[1].Text())) {
+    Refuse(tstHsDoid[0], "Terminal Id must be unique - you have set them equal...");
+    return false;
   }
-  if (HandsetIdRefused(0) || HandsetIdRefused(1)) return;
-  const auto take = [](const DeviceRecord& record, std::string& tag, bool& changed) {
-    std::string now = FormatTagRecord(record, kTagSeparator);
-    if (now == tag) return;
-    changed = true;
-    tag = std::move(now);
-  };
-  take(records_[0], firstRecordTag, firstChanged);
-  take(records_[1], secondRecordTag, secondChanged);
-  Close(true);
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    if (!ids[i]) {
+      Refuse(tstHsDoid[i], "The terminal id must be a value between 0 and FF (hex)");
+      return false;
+    }
+    const auto isOwn = [&](const TextBox& box) { return ParseHex(box.tag) == *ids[i]; };
+    if (used_.IdInUse(*ids[i]) && std::none_of(tstHsDoid.begin(), tstHsDoid.end(), isOwn)) {
+      Refuse(tstHsDoid[i], "The terminal id is already in use");
+      return false;
+    }
+  }
+  return true;
+}
+
+/// Shows why the content of a box cannot be used, and puts the focus there.
+void frmNewISDN::Refuse(TextBox& box, std::string_view message) {
+  box.SetFocus();
+  box.SelectAll();
+  messages_.Show(std::string(message));
 }
 
 }  // namespace corvex

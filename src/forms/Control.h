@@ -72,6 +72,9 @@ class Control : public Observable {
   Property<Font> font;
   Event<const Drop&> drop;  ///< Something was dropped here. Set a handler only before the form is shown.
   Event<> gotFocus;         ///< The user or the logic has moved the focus here.
+  /// The user or the logic has moved the focus from here to another control of the form, or to none. Not
+  /// raised when another window becomes active.
+  Event<> lostFocus;
   const Look look;
   const Align align;
   std::string tag;  ///< Additional data of the control. Never displayed.

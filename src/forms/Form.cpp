@@ -1,6 +1,7 @@
 #include "forms/Form.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/ScopedFlag.h"
 #include "forms/Bars.h"
@@ -65,9 +66,15 @@ void Form::TakeKey(KeyEvent& key) {
   if (button == nullptr || !button->visible || !button->enabled) return;
   key.handled = true;
   if (key.repeated) return;
-  // The form may be hidden or destroyed before the task runs, for example by the click of an earlier key.
-  loop_.Post([this, button, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired() && visible && button->enabled) button->click();
+  // The form may be hidden before the task runs, for example by the click of an earlier key.
+  Post([this, button] {
+    if (visible && button->enabled) button->click();
+  });
+}
+
+void Form::Post(EventLoop::Task task) {
+  loop_.Post([task = std::move(task), alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) task();
   });
 }
 
@@ -92,11 +99,17 @@ void Form::Centre(const Rect& over, Twips width, Twips height) {
 }
 
 void Form::Focus(Control& control) {
-  const bool had = focused_ == &control;
+  Control* const left = focused_;
   focused_ = &control;
   // Notify the window system even if the control already has the focus here: its own state may differ.
   control.Changed(Change::Focus);
-  if (!had) control.gotFocus();
+  if (left != &control) RaiseFocusEvents(left, &control);
+}
+
+void Form::RaiseFocusEvents(Control* left, Control* entered) {
+  const Control* const now = focused_;
+  if (left != nullptr) left->lostFocus();
+  if (entered != nullptr && focused_ == now) entered->gotFocus();
 }
 
 void Form::Changed(Change change) {

@@ -117,10 +117,16 @@ class Form : public Container, public Observable {
 
   /// The control that has the keyboard focus, or null.
   Control* Focused() const { return focused_; }
-  /// Moves the keyboard focus to a control and raises its gotFocus, unless it has the focus already.
+  /// Moves the keyboard focus to a control and raises the focus events, unless it has the focus already.
   void Focus(Control& control);
-  /// For the window system: the user has moved the focus. The caller raises the control's gotFocus.
+  /// For the window system: the user has moved the focus. The caller then calls RaiseFocusEvents.
   void AdoptFocus(Control* control) { focused_ = control; }
+  /// Raises lostFocus of the control that had the focus, then gotFocus of the one that has it now, unless a
+  /// handler of lostFocus has moved the focus on. Each control can be null.
+  void RaiseFocusEvents(Control* left, Control* entered);
+
+  /// Posts a task to the event loop. The task does not run if the form has been destroyed by then.
+  void Post(EventLoop::Task task);
 
   /// Shows the form and pumps events until the form is hidden again. Until then the user cannot use other
   /// windows.

@@ -46,6 +46,22 @@ TEST_F(FormTest, NotifiesItsObserverOfChangesOnly) {
   EXPECT_TRUE(form.text.HasFocus());
 }
 
+TEST_F(FormTest, AControlThatLosesTheFocusCanTakeItBack) {
+  std::string log;
+  form.text.gotFocus = [&] { log += "text "; };
+  form.label.gotFocus = [&] { log += "label "; };
+  form.text.lostFocus = [&] { log += "left "; };
+  form.text.SetFocus();
+  form.label.SetFocus();
+  EXPECT_EQ(log, "text left label ");
+  form.text.SetFocus();
+  form.text.lostFocus = [&] { form.text.SetFocus(); };
+  log.clear();
+  form.label.SetFocus();
+  EXPECT_EQ(log, "text ");
+  EXPECT_TRUE(form.text.HasFocus());
+}
+
 TEST_F(FormTest, TimerTicksWhileEnabledAndNeverWithinItsOwnTick) {
   int ticks = 0;
   int depth = 0;

@@ -59,8 +59,9 @@ class User {
   }
   void Focus(Control& control) {
     Do([&] {
+      Control* const left = control.form().Focused();
       control.form().AdoptFocus(&control);
-      control.gotFocus();
+      control.form().RaiseFocusEvents(left == &control ? nullptr : left, &control);
     });
   }
   /// A number of characters from a position on.

@@ -354,13 +354,16 @@ void FormWindow::AdoptFocus() {
   // The widget that has the focus, or gets it when the window becomes active again.
   const QWidget* focused = focusWidget();
   if (focused == nullptr) return;
-  if (focused == client_) form_->AdoptFocus(nullptr);
+  Control* const left = form_->Focused();
+  Control* entered = left;
+  if (focused == client_) entered = nullptr;
   for (const auto& view : views_) {
-    Control& control = view->control();
-    if (!view->HasFocusIn(focused) || form_->Focused() == &control) continue;
-    form_->AdoptFocus(&control);
-    if (control.gotFocus) Post([&control] { control.gotFocus(); });
+    if (view->widget() == focused) entered = &view->control();
   }
+  if (entered == left) return;
+  form_->AdoptFocus(entered);
+  const bool handled = (left != nullptr && left->lostFocus) || (entered != nullptr && entered->gotFocus);
+  if (handled) Post([form = form_, left, entered] { form->RaiseFocusEvents(left, entered); });
 }
 
 FormWindow::MenuPlace FormWindow::TakeMenuPlace() {
