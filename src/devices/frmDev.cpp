@@ -219,7 +219,7 @@ bool frmDev::VerifyOwner() {
   login_.Open();
   if (!login_.loginOk) return false;
   ShowStatus("Verifying your identity");
-  const bool accepted = access_.TryOwnerPassword(std::exchange(login_.loginPassword, {}));
+  const bool accepted = access_.TryOwnerPassword(login_.TakePassword());
   if (accepted) {
     ShowStatus("");
     RefreshAccessTitle();
