@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -20,10 +21,18 @@ class EntryMessages {
   void Show(std::string text) {
     if (busy_) return;
     busy_ = true;
-    form_.Post([this, text = std::move(text)] {
+    pending_ = std::move(text);
+    form_.Post([this] {
+      if (!pending_) return;
       const ScopedFlag busy(busy_);
-      if (form_.visible) dialogs_.MessageBox(text);
+      const std::string shown = *std::exchange(pending_, std::nullopt);
+      if (form_.visible) dialogs_.MessageBox(shown);
     });
+  }
+  /// Drops a message that is about to open. To be called when the window opens.
+  void Drop() {
+    pending_.reset();
+    busy_ = false;
   }
   /// Asks at once and returns the answer. Must not be called while a message is open.
   bool AskYesNo(std::string text) {
@@ -37,6 +46,7 @@ class EntryMessages {
   Form& form_;
   Dialogs& dialogs_;
   bool busy_ = false;
+  std::optional<std::string> pending_;  ///< The message that is about to open.
 };
 
 }  // namespace corvex

@@ -32,6 +32,7 @@ void frmComSetup::Open(const DeviceRecord& record, int port) {
   constexpr Twips kOuterWidth = kWidth + 240 + kFrameWidth;
   constexpr Twips kOuterHeight = 3150 + kFrameHeight;
   Centre(owner()->rect, kOuterWidth, kOuterHeight);
+  messages_.Drop();
   oldId = newId = record.id;
   iface = record.iface;
   msn = record.msn;

@@ -146,6 +146,7 @@ void frmNewISDN::Open() {
   constexpr Twips kWidth = kPage.width + 180 + kFrameWidth;
   constexpr Twips kHeight = kPage.height + 180 + kFrameHeight;
   Centre(owner()->rect, kWidth, kHeight);
+  messages_.Drop();
   editOk = false;
   for (CheckBox& box : chkPro) box.visible = model_ == TerminalModel::Heron;
   for (Frame* page : {&frmIntro, &frmConfig, &frmHS}) page->visible = false;
