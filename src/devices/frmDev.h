@@ -77,13 +77,13 @@ class frmDev : public Form {
   Frame frmDevices{*this, {.name = "frmDevices", .rect = {90, 570, 4980, 5820}, .caption = "ISDN Devices"}};
   TreeView treedev{frmDevices,
                    {.name = "treedev", .rect = {90, 270, 4800, 5460}, .accessible = "ISDN Devices"}};
-  Frame frmQuil{*this, {.name = "frmQuil", .rect = {5160, 570, 5070, 2400}, .caption = "Dedicated Handsets"}};
+  Frame frmQuil{*this, {.name = "frmQuil", .rect = {5160, 570, 5070, 2070}, .caption = "Dedicated Handsets"}};
   TreeView treeQuil{frmQuil,
-                    {.name = "treeQuil", .rect = {90, 270, 4890, 2040}, .accessible = "Dedicated Handsets"}};
+                    {.name = "treeQuil", .rect = {90, 270, 4890, 1710}, .accessible = "Dedicated Handsets"}};
   Frame frmPOTS{*this,
-                {.name = "frmPOTS", .rect = {5160, 3030, 5070, 1620}, .caption = "Analog Telephony Ports"}};
+                {.name = "frmPOTS", .rect = {5160, 2700, 5070, 1950}, .caption = "Analog Telephony Ports"}};
   TreeView treePOTS{
-      frmPOTS, {.name = "treePOTS", .rect = {90, 270, 4890, 1260}, .accessible = "Analog Telephony Ports"}};
+      frmPOTS, {.name = "treePOTS", .rect = {90, 270, 4890, 1590}, .accessible = "Analog Telephony Ports"}};
   Frame frmPorts{*this, {.name = "frmPorts", .rect = {5160, 4710, 5070, 1680}}};
   std::array<Label, 3> lblPortTitle{{
       {frmPorts, TitleDesign(0, "Rs232 (A)")},
