@@ -358,7 +358,7 @@ void FormWindow::AdoptFocus() {
   Control* entered = left;
   if (focused == client_) entered = nullptr;
   for (const auto& view : views_) {
-    if (view->widget() == focused) entered = &view->control();
+    if (view->HasFocusIn(focused)) entered = &view->control();
   }
   if (entered == left) return;
   form_->AdoptFocus(entered);
