@@ -211,8 +211,13 @@ TEST_F(FormWindowTest, AControlCanGetTheFocusInTheTurnThatShowsItAndNeverWhileHi
   EXPECT_EQ(QApplication::focusWidget(), Find<QWidget>("button"));
   // The user moves the focus in the order of the controls. When the focused control is hidden, none has the
   // focus.
+  std::string log;
+  form->button.lostFocus = [&] { log += form->up.HasFocus() ? "left " : "early "; };
+  form->up.gotFocus = [&] { log += "entered"; };
   QTest::keyClick(&window(), Qt::Key_Tab);
   EXPECT_EQ(form->Focused(), &form->up);
+  Turn();
+  EXPECT_EQ(log, "left entered");
   form->frame.visible = false;
   Turn();
   EXPECT_EQ(form->Focused(), nullptr) << "another control got the focus without the user's choice";
