@@ -130,6 +130,7 @@ class frmDev : public Form {
  private:
   enum class DeviceManagerState { Start = 0, Ready = 1, FirstRead = 3, Saving = 4, Loading = 5, Closing = 6 };
 
+  static constexpr std::string_view kTitle = "Device Manager";
   static constexpr Twips kInnerWidth = 10320;
   static constexpr Twips kInnerHeight = 6780;
   static constexpr Twips kPortTop = 300;
@@ -191,7 +192,7 @@ class frmDev : public Form {
   void PrintSummary();
   void Restart();
 
-  bool HandsetRecord(bool ofParent, DeviceRecord& record) const;
+  bool HandsetRecord(bool ofMissing, DeviceRecord& record) const;
   void TestHandset();
   void TestBuzzer();
 
