@@ -231,7 +231,23 @@ std::vector<std::string> DescribeLoad(const std::vector<std::string>& now,
 }
 
 std::string ReadBack::Summary() const {
-  return std::to_string(same) + " of " + std::to_string(sent) + " entries read back as sent";
+  std::string text;
+  if (sent > 0 || removed == 0)
+    text = std::to_string(same) + " of " + std::to_string(sent) + " entries read back as sent";
+  if (removed > 0) {
+    if (!text.empty()) text += ", ";
+    text += std::to_string(gone) + " of " + std::to_string(removed) + " removed";
+  }
+  return text;
+}
+
+ReadBack& ReadBack::operator+=(const ReadBack& other) {
+  sent += other.sent;
+  same += other.same;
+  removed += other.removed;
+  gone += other.gone;
+  differences.insert(differences.end(), other.differences.begin(), other.differences.end());
+  return *this;
 }
 
 ReadBack CompareReplacement(const std::vector<std::string>& sent, const std::vector<std::string>& read) {
@@ -272,10 +288,10 @@ ReadBack CompareChange(const std::vector<DeviceRecord>& sent, const std::vector<
 }
 
 ReadBack CompareRemoval(std::int16_t id, const std::vector<std::string>& read) {
-  ReadBack result{.sent = 1, .same = 1};
+  ReadBack result{.removed = 1, .gone = 1};
   for (const Entry& entry : Parse(read)) {
     if (entry.record.id != id) continue;
-    result.same = 0;
+    result.gone = 0;
     result.differences.push_back("Still there  " + Title(entry.record));
   }
   return result;

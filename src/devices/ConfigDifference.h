@@ -20,10 +20,13 @@ std::vector<std::string> DescribeLoad(const std::vector<std::string>& now,
 struct ReadBack {
   std::size_t sent = 0;
   std::size_t same = 0;                       ///< Sent entries that were read as they were sent.
+  std::size_t removed = 0;                    ///< Entries that were to be removed.
+  std::size_t gone = 0;                       ///< Of these, the ones that were not read.
   std::vector<std::string> differences = {};  ///< For the user, one line each.
 
   /// For example "132 of 132 entries read back as sent".
   std::string Summary() const;
+  ReadBack& operator+=(const ReadBack& other);
 };
 
 /// Compares all entries of a replacement. An entry that was read but not sent is a difference too.

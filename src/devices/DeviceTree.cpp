@@ -67,6 +67,10 @@ bool IsAHandsetNode(std::string_view text) {
   return upper.starts_with("HANDSET ") || upper.starts_with("MISSING");
 }
 
+bool TagIsExact(std::string_view tag) {
+  return std::count(tag.begin(), tag.end(), kTagSeparator) == kWireFields - 1;
+}
+
 ServiceType ServiceOfCategory(std::string_view key) {
   const std::string upper = UpperCase(key);
   return Contains(upper, "SPEECH64") ? ServiceType::Speech64 : ServiceOfKey(key);

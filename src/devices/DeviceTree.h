@@ -68,5 +68,8 @@ ServiceType ServiceOfKey(std::string_view key);
 inline bool RecordOfTag(std::string_view tag, DeviceRecord& record) {
   return !tag.empty() && ParseTagRecord(tag, kTagSeparator, record) > 0;
 }
+/// Returns whether the tag of an entry has exactly its fields. A comma in the MSN or the name adds a field,
+/// and the fields after it are then read from the wrong places.
+bool TagIsExact(std::string_view tag);
 
 }  // namespace corvex

@@ -234,13 +234,14 @@ void frmDev::Refresh() {
   ResetContextMenu();
 }
 
-void frmDev::ReloadDevices() {
+bool frmDev::ReloadDevices() {
   pointer = Pointer::Hourglass;
   ShowStatus("Reading configuration...");
-  RebuildTrees();
+  const bool complete = RebuildTrees();
   ShowStatus("Ready");
   pointer = Pointer::Normal;
   state_ = DeviceManagerState::Ready;
+  return complete;
 }
 
 /// Returns whether the configuration has been read completely.

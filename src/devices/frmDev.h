@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -171,7 +172,8 @@ class frmDev : public Form {
   void Refresh();
   bool RebuildTrees();
   void ShowTrees();
-  void ReloadDevices();
+  /// Reads the configuration again. Returns whether it has been read completely.
+  bool ReloadDevices();
   void ResetContextMenu();
   void OnNodeClick();
   void SelectDevice(std::int32_t id);
@@ -180,10 +182,13 @@ class frmDev : public Form {
   void AddOnCategory();
   void Add();
   void Edit(const TreeView& tree);
+  /// Reports entries that an editor would change by mistake.
+  bool CanEdit(std::initializer_list<std::string_view> tags);
   void EditHandset();
   void EditPort(std::size_t port);
   void Remove();
   DeviceRecord SerialRecord() const;
+  void BeginWriting();
 
   void Save();
   void Load();
@@ -198,7 +203,8 @@ class frmDev : public Form {
 
   bool MakeBackup();
   bool MakeBackupOnce();
-  void ShowReadBack(const ReadBack& result);
+  /// Shows the result of a comparison. `complete`: the configuration has been read completely.
+  void ShowReadBack(bool complete, const ReadBack& result);
   FileQuestion ConfigQuestion(std::string_view title);
   void StorePath(const std::string& path);
   bool Waits() const { return pointer == Pointer::Hourglass; }

@@ -1,5 +1,6 @@
 // What the user does to the terminal's configuration in the device manager.
 
+#include <algorithm>
 #include <utility>
 
 #include "base/Text.h"
@@ -38,7 +39,7 @@ void frmDev::Edit(const TreeView& tree) {
     p_.platform.dialogs.MessageBox("Cannot Edit this category indicator");
     return;
   }
-  if (record.iface == InterfaceType::None || !VerifyOwner()) return;
+  if (record.iface == InterfaceType::None || !CanEdit({TagOf(tree)}) || !VerifyOwner()) return;
   const bool analog = record.telPort != DeviceRecord::kNone;
   editor_.handsetMode = false;
   editor_.editIface = InterfaceType::Isdn;  // intentional: in every case
@@ -58,6 +59,12 @@ void frmDev::Edit(const TreeView& tree) {
   IsdnExit();
 }
 
+bool frmDev::CanEdit(std::initializer_list<std::string_view> tags) {
+  if (std::all_of(tags.begin(), tags.end(), TagIsExact)) return true;
+  p_.platform.dialogs.MessageBox("This entry cannot be edited, because its MSN or name contains a comma");
+  return false;
+}
+
 void frmDev::EditHandset() {
   if (!VerifyOwner()) return;
   const Tree& tree = treeQuil.tree();
@@ -71,6 +78,7 @@ void frmDev::EditHandset() {
       !RecordOfTag(tree[second].tag, record) || record.iface == InterfaceType::None) {
     return;
   }
+  if (!CanEdit({tree[first].tag, tree[second].tag})) return;
   editor_.firstRecordTag = tree[first].tag;
   editor_.secondRecordTag = tree[second].tag;
   editor_.editPriority = record.priority;
@@ -84,14 +92,20 @@ void frmDev::EditHandset() {
 void frmDev::EditPort(std::size_t port) {
   if (!VerifyOwner()) return;
   DeviceRecord record;
-  if (!RecordOfTag(lblPortDesc[port].tag, record)) return;
+  if (!RecordOfTag(lblPortDesc[port].tag, record) || !CanEdit({lblPortDesc[port].tag})) return;
   comSetup_.Open(record, static_cast<int>(port));
   ComSetup_Exit();
 }
 
+void frmDev::BeginWriting() {
+  pointer = Pointer::Hourglass;
+  verdict_.clear();
+  ShowProgress();
+}
+
 void frmDev::IsdnExit() {
   if (!editor_.editOk || !MakeBackupOnce()) return;
-  pointer = Pointer::Hourglass;
+  BeginWriting();
   ShowStatus("Writing configuration");
   DeviceRecord record;
   record.iface = editor_.editIface;
@@ -111,14 +125,14 @@ void frmDev::IsdnExit() {
   record.auxIndex = 0;
   record.distressBox = false;
   config_.WriteRecord(record);
-  ReloadDevices();
+  const bool complete = ReloadDevices();
   SelectDevice(record.id);
-  ShowReadBack(CompareChange({record}, config_.configLines));
+  ShowReadBack(complete, CompareChange({record}, config_.configLines));
 }
 
 void frmDev::HsExit() {
   if (!editor_.editOk || !MakeBackupOnce()) return;
-  pointer = Pointer::Hourglass;
+  BeginWriting();
   std::vector<DeviceRecord> sent;
   const auto write = [&](bool changed, const std::string& tag, std::string_view status) {
     if (!changed) return;
@@ -132,8 +146,8 @@ void frmDev::HsExit() {
   write(editor_.secondChanged, editor_.secondRecordTag, "Updating MSN2");
   if (!sent.empty()) {
     ShowStatus("Reading configuration back");
-    ReloadDevices();
-    ShowReadBack(CompareChange(sent, config_.configLines));
+    const bool complete = ReloadDevices();
+    ShowReadBack(complete, CompareChange(sent, config_.configLines));
   }
   pointer = Pointer::Normal;
   ShowStatus("");
@@ -150,27 +164,30 @@ DeviceRecord frmDev::SerialRecord() const {
 
 void frmDev::ComSetup_Exit() {
   if (!comSetup_.changed || !MakeBackupOnce()) return;
-  pointer = Pointer::Hourglass;
+  BeginWriting();
   ShowStatus("Writing configuration");
   const DeviceRecord record = SerialRecord();
-  if (comSetup_.newId != comSetup_.oldId) config_.RemoveDevice(static_cast<std::int16_t>(comSetup_.oldId));
+  const auto oldId = static_cast<std::int16_t>(comSetup_.oldId);
+  if (record.id != oldId) config_.RemoveDevice(oldId);
   PauseThrough(loop(), 1);
   config_.WriteRecord(record);
-  ReloadDevices();
+  const bool complete = ReloadDevices();
   SelectDevice(record.id);
-  ShowReadBack(CompareChange({record}, config_.configLines));
+  ReadBack result = CompareChange({record}, config_.configLines);
+  if (record.id != oldId) result += CompareRemoval(oldId, config_.configLines);
+  ShowReadBack(complete, result);
 }
 
 void frmDev::ComSetup_Delete() {
   if (!MakeBackupOnce()) return;
-  pointer = Pointer::Hourglass;
+  BeginWriting();
   ShowStatus("Writing configuration");
   const auto id = static_cast<std::int16_t>(comSetup_.oldId);
   config_.RemoveDevice(id);
   PauseThrough(loop(), 1);
-  ReloadDevices();
+  const bool complete = ReloadDevices();
   SelectDevice(comSetup_.newId);
-  ShowReadBack(CompareRemoval(id, config_.configLines));
+  ShowReadBack(complete, CompareRemoval(id, config_.configLines));
 }
 
 void frmDev::Remove() {
@@ -186,15 +203,15 @@ void frmDev::Remove() {
                                                  .owner = this});
   if (answer != Answer::Ok || !MakeBackupOnce()) return;
   const int parent = treedev.tree().Parent(treedev.selected);
+  BeginWriting();
   ShowStatus("Removing...");
-  pointer = Pointer::Hourglass;
   config_.RemoveDevice(record.id);
-  ReloadDevices();
+  const bool complete = ReloadDevices();
   if (treedev.tree().Has(parent)) {
     treedev.selected = parent;
     treedev.SetExpanded(parent, true);
   }
-  ShowReadBack(CompareRemoval(record.id, config_.configLines));
+  ShowReadBack(complete, CompareRemoval(record.id, config_.configLines));
 }
 
 // ---- The whole configuration: files, factory defaults, summary.
@@ -253,9 +270,9 @@ void frmDev::LoadFile(const std::string& path) {
                            .buttons = Buttons::OkCancel,
                            .owner = this});
   if (!MakeBackup()) return;
-  pointer = Pointer::Hourglass;
   content_.used.Clear();
   config_.configLines = *lines;
+  BeginWriting();
   ShowStatus("Saving on terminal..");
   const bool written = config_.WriteConfigList();
   PauseThrough(loop(), 0.5);
@@ -266,8 +283,8 @@ void frmDev::LoadFile(const std::string& path) {
     PauseThrough(loop(), 0.5);
   }
   ShowStatus("Reading configuration...");
-  RebuildTrees();
-  if (written) ShowReadBack(CompareReplacement(*lines, config_.configLines));
+  const bool complete = RebuildTrees();
+  if (written) ShowReadBack(complete, CompareReplacement(*lines, config_.configLines));
   ShowStatus("Loaded - restarting terminal");
   Restart();
 }
@@ -281,8 +298,8 @@ void frmDev::RestoreFactory() {
        .warns = true,
        .owner = this});
   if (answer != Answer::Ok || !MakeBackup()) return;
+  BeginWriting();
   ShowStatus("Restoring default configuration..");
-  pointer = Pointer::Hourglass;
   config_.RestoreFactory();
   PauseThrough(loop(), 3);
   Restart();
@@ -363,9 +380,10 @@ bool frmDev::MakeBackupOnce() {
   return backedUp_;
 }
 
-void frmDev::ShowReadBack(const ReadBack& result) {
-  verdict_ = result.Summary();
+void frmDev::ShowReadBack(bool complete, const ReadBack& result) {
+  verdict_ = complete ? result.Summary() : "The configuration could not be read back";
   ShowProgress();
+  if (!complete) return;
   if (result.differences.empty()) return;
   p_.page.newPrintJob();
   p_.page.printLine(verdict_ + std::string(kCrLf));

@@ -419,8 +419,10 @@ void frmNewISDN::ShowHandsetPage() {
 /// Blanks and separators would shift the fields of the entry, and so would an empty name.
 void frmNewISDN::TakeName() {
   std::string name = UpperCase(txtName.Text());
-  std::replace(name.begin(), name.end(), ' ', '-');
-  std::replace(name.begin(), name.end(), kTagSeparator, '-');
+  const auto separates = [](char c) {
+    return static_cast<unsigned char>(c) <= ' ' || c == kTagSeparator || c == '|' || c == '\x7F';
+  };
+  std::replace_if(name.begin(), name.end(), separates, '-');
   if (name.empty()) name = kUnnamed;
   for (HandsetRecord* record : records_) record->name = name;
 }
