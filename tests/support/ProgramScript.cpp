@@ -316,7 +316,7 @@ class ProgramScript::Impl {
       {"type", [this](Words& w) { user().Type(w.at(0)); }},
       {"select", [this](Words& w) { user().Select(std::stoi(w.at(0))); }},
       {"double-click", [this](Words&) { user().DoubleClick(); }},
-      {"window", [this](Words& w) { user().Window(w.at(0)); }},
+      {"window", [this](Words& w) { user().Window(w.at(0), w.size() > 1 ? w[1] : ""); }},
       // What the windows show.
       {"tree", [this](Words& w) { Nodes(w); }},
       {"see", [this](Words& w) { See(w, true); }},

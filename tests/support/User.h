@@ -99,10 +99,11 @@ class User {
       EXPECT_EQ(key.handled, !HasWord(words, "goes-on"));
     }
   }
-  void Window(const std::string& what) {
+  /// `name`: the window, if it need not be the front one.
+  void Window(const std::string& what, const std::string& name) {
     frmTerm& term = p_.term;
     Do([&] {
-      if (what == "close") return Front().queryUnload();
+      if (what == "close") return (name.empty() ? Front() : FormNamed(name)).queryUnload();
       if (what == "close-main") return term.queryUnload();
       if (what == "leave" || what == "activate") return Front().SetActive(what == "activate");
       term.windowState.Adopt(what == "minimise" ? WindowState::Minimized : WindowState::Normal);
