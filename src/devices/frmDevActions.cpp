@@ -362,8 +362,10 @@ void frmDev::TestBuzzer() {
 
 // ---- Backups and verification.
 
-/// Saves the configuration that was read last. If that fails, the user decides whether to go on.
+/// Saves the configuration that was read last. If that fails, the user decides whether to go on. Returns
+/// false if nothing must be written to the terminal.
 bool frmDev::MakeBackup() {
+  if (state_ == DeviceManagerState::Closing) return false;  // closed below a box or an editor
   const auto& last = config_.LastRead();
   if (last && backups_.Save(p_.main.applicationTitle, loop().LocalSeconds(), *last)) return true;
   const std::string why = last ? "The backup of the configuration could not be written."
@@ -372,12 +374,13 @@ bool frmDev::MakeBackup() {
                                   .title = std::string(kTitle),
                                   .buttons = Buttons::OkCancel,
                                   .warns = true,
-                                  .owner = this}) == Answer::Ok;
+                                  .owner = this}) == Answer::Ok &&
+         state_ != DeviceManagerState::Closing;
 }
 
 bool frmDev::MakeBackupOnce() {
   if (!backedUp_) backedUp_ = MakeBackup();
-  return backedUp_;
+  return backedUp_ && state_ != DeviceManagerState::Closing;
 }
 
 void frmDev::ShowReadBack(bool complete, const ReadBack& result) {
