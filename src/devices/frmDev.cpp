@@ -25,8 +25,9 @@ std::string Clock(std::int64_t localSeconds) {
 frmDev::frmDev(Form& owner, Parts parts)
     : Form(owner.loop(), owner.windows(), "frmDev", &owner),
       p_(std::move(parts)),
-      config_(loop(), p_.link, p_.received, p_.platform.dialogs),
-      access_(loop(), p_.link, p_.received),
+      output_(p_.link),
+      config_(loop(), output_, p_.received, p_.platform.dialogs),
+      access_(loop(), output_, p_.received),
       backups_(p_.settings.files(), p_.settings.InAppFolder("backups")),
       editor_(*this, p_.platform, content_.used, p_.model),
       comSetup_(*this, p_.platform, content_.used),
@@ -180,8 +181,10 @@ void frmDev::Close() {
 
 void frmDev::Farewell() {
   if (std::exchange(farewellSent_, true)) return;
+  if (sounding_) config_.StopBuzzer(*sounding_);
   if (!openedAsOwner_) config_.LeaveOwnerMode();
   config_.Quit();  // intentional: after a restart too
+  output_.End();
 }
 
 // ---- What the window shows.

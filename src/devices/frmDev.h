@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "devices/ConfigDifference.h"
 #include "devices/ConfigFile.h"
 #include "devices/DeviceTree.h"
+#include "devices/SessionOutput.h"
 #include "devices/frmChanges.h"
 #include "devices/frmComSetup.h"
 #include "devices/frmLogin.h"
@@ -210,6 +212,7 @@ class frmDev : public Form {
   bool Waits() const { return pointer == Pointer::Hourglass; }
 
   const Parts p_;
+  SessionOutput output_;
   ConfigDialogue config_;
   OwnerAccess access_;
   ConfigBackups backups_;
@@ -221,9 +224,10 @@ class frmDev : public Form {
   DeviceManagerState state_ = DeviceManagerState::Start;
   bool openedAsOwner_ = false;
   bool farewellSent_ = false;
-  bool busy_ = false;      ///< An exchange is in progress.
-  bool backedUp_ = false;  ///< A backup was made in this visit, or the user does without one.
-  std::string verdict_;    ///< The result of the last comparison, for the status bar.
+  std::optional<std::int16_t> sounding_;  ///< The handset whose distress buzzer is being tested.
+  bool busy_ = false;                     ///< An exchange is in progress.
+  bool backedUp_ = false;                 ///< A backup was made in this visit, or the user does without one.
+  std::string verdict_;                   ///< The result of the last comparison, for the status bar.
 };
 
 }  // namespace corvex

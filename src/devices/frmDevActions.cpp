@@ -352,8 +352,10 @@ void frmDev::TestBuzzer() {
   if (!HandsetRecord(false, record)) return;
   if (record.distressBox) {
     config_.StartBuzzer(record.id);
+    sounding_ = record.id;  // the buzzer is stopped too if the window closes below the box
     p_.platform.dialogs.MessageBox("The distress buzzer should now sound - press OK to end the test");
     config_.StopBuzzer(record.id);
+    sounding_.reset();
   } else {
     p_.platform.dialogs.MessageBox("This handset is not connected to a distress box.");
     config_.StopBuzzer(0);  // intentional: sent although nothing sounds

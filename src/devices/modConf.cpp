@@ -73,10 +73,6 @@ void ConfigDialogue::Report() const {
   if (onProgress) onProgress();
 }
 
-void ConfigDialogue::SendLine(std::string_view command) {
-  link_.WriteText(Line(command));
-}
-
 bool ConfigDialogue::AwaitReply(std::string_view pattern, std::string_view resend) {
   constexpr int kPatience = 4;
   const std::string wanted = UpperCase(pattern);
@@ -90,6 +86,7 @@ bool ConfigDialogue::AwaitReply(std::string_view pattern, std::string_view resen
     if (Contains(heard, wanted)) return true;
     if (Contains(heard, kRefused)) {
       dialogs_.MessageBox("Update failed");
+      output_.Check();
       return false;
     }
     // What has been searched cannot match any more, except with the bytes that follow its end.
@@ -98,14 +95,14 @@ bool ConfigDialogue::AwaitReply(std::string_view pattern, std::string_view resen
       ++polls;
     } else {
       // Intentional: there is no limit. The user ends the wait by closing the window.
-      link_.WriteText(resend);
+      output_.Write(resend);
       awaited.Repeat();
     }
   }
 }
 
 bool ConfigDialogue::SendAwait(std::string_view command, std::string_view pattern) {
-  SendLine(command);
+  output_.WriteLine(command);
   return AwaitReply(pattern, Line(command));
 }
 
@@ -115,8 +112,8 @@ bool ConfigDialogue::AwaitUpdated() {
 }
 
 bool ConfigDialogue::EnterConfigMode() {
-  SendLine(kEnter);
-  link_.WriteText(kCrLf);
+  output_.WriteLine(kEnter);
+  output_.Write(kCrLf);
   return AwaitReply("<CONFIG ACTIVE>", Line(kEnter));
 }
 
@@ -143,7 +140,7 @@ bool ConfigDialogue::LockDevice(std::int16_t id) {
 bool ConfigDialogue::RemoveDevice(std::int16_t id) {
   if (!LockDevice(id)) return false;
   const std::string command = WithNumber("rmdd", id);
-  SendLine(command);
+  output_.WriteLine(command);
   return AwaitReply("uo", command);  // intentional: repeated without a line end
 }
 
@@ -164,16 +161,16 @@ bool ConfigDialogue::WriteRecord(const DeviceRecord& record) {
 
 /// Intentional: two zeros and a blank end this command, but no other.
 void ConfigDialogue::SendUpdd(const DeviceRecord& record) {
-  SendLine(UpdateFields("updd", record) + ' ' + std::string(FlagText(record.chargeTone)) + " 0 0 ");
+  output_.WriteLine(UpdateFields("updd", record) + ' ' + std::string(FlagText(record.chargeTone)) + " 0 0 ");
 }
 
 /// Intentional: no blank between the name and the flag.
 void ConfigDialogue::SendUpta(const DeviceRecord& record) {
-  SendLine(UpdateFields("upta", record) + std::string(FlagText(record.chargeTone)));
+  output_.WriteLine(UpdateFields("upta", record) + std::string(FlagText(record.chargeTone)));
 }
 
 void ConfigDialogue::SendUphs(const DeviceRecord& record) {
-  SendLine(UpdateFields("uphs", record) + ' ' + std::string(FlagText(record.chargeTone)));
+  output_.WriteLine(UpdateFields("uphs", record) + ' ' + std::string(FlagText(record.chargeTone)));
 }
 
 std::string ConfigDialogue::FetchConfigText() {
@@ -181,7 +178,7 @@ std::string ConfigDialogue::FetchConfigText() {
   constexpr int kSlower = 10;
   constexpr int kLast = 40;
   if (!ProbeConfig()) PauseThrough(loop_, 2);
-  SendLine(kFetch);
+  output_.WriteLine(kFetch);
   std::string text;
   std::size_t searched = 0;
   Awaited awaited(*this, kEnd);
@@ -192,8 +189,8 @@ std::string ConfigDialogue::FetchConfigText() {
     if (polls == kAgain) {
       text.clear();
       searched = 0;
-      link_.WriteText(kCrLf);
-      SendLine(kFetch);
+      output_.Write(kCrLf);
+      output_.WriteLine(kFetch);
       awaited.Repeat();
     } else if (polls > kSlower) {
       PauseThrough(loop_, 0.2);
@@ -288,25 +285,25 @@ void ConfigDialogue::RestartTerminal(const std::function<void(std::string_view)>
     status(text);
     PauseThrough(loop_, seconds);
   }
-  SendLine("at+wquilreset");
+  output_.WriteLine("at+wquilreset");
   status("Restarting terminal...");
   PauseThrough(loop_, 2);
 }
 
 void ConfigDialogue::TestHandset(std::int16_t id) {
-  SendLine(WithNumber("tsths", id));
+  output_.WriteLine(WithNumber("tsths", id));
 }
 void ConfigDialogue::StartBuzzer(std::int16_t id) {
-  SendLine(WithNumber("tstDistress", id));
+  output_.WriteLine(WithNumber("tstDistress", id));
 }
 void ConfigDialogue::StopBuzzer(std::int16_t id) {
-  SendLine(WithNumber("tstDistOff", id));
+  output_.WriteLine(WithNumber("tstDistOff", id));
 }
 void ConfigDialogue::LeaveOwnerMode() {
-  SendLine("usermode");
+  output_.WriteLine("usermode");
 }
 void ConfigDialogue::Quit() {
-  SendLine("quit");
+  output_.WriteLine("quit");
 }
 
 }  // namespace corvex

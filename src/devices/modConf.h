@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "devices/DeviceRecord.h"
-#include "link/modComSock.h"
+#include "devices/SessionOutput.h"
 #include "platform/EventLoop.h"
 #include "platform/Services.h"
 #include "state/ReceiveBuffer.h"
@@ -33,8 +33,8 @@ class ConfigDialogue {
   /// A longer reply to a request of the configuration is cut, in bytes.
   static constexpr std::size_t kMostReply = std::size_t{16} << 20;
 
-  ConfigDialogue(EventLoop& loop, TerminalLink& link, ReceiveBuffer& received, Dialogs& dialogs)
-      : loop_(loop), link_(link), received_(received), dialogs_(dialogs) {}
+  ConfigDialogue(EventLoop& loop, SessionOutput& output, ReceiveBuffer& received, Dialogs& dialogs)
+      : loop_(loop), output_(output), received_(received), dialogs_(dialogs) {}
 
   /// Called when `progress` has changed.
   std::function<void()> onProgress;
@@ -74,9 +74,6 @@ class ConfigDialogue {
   void LeaveOwnerMode();
   void Quit();
 
-  /// Sends a line. `command` has no line end.
-  void SendLine(std::string_view command);
-
   /// The configuration: one entry in its wire form each. The only copy in the program.
   std::vector<std::string> configLines;
   /// The configuration as it was last read completely. Empty optional: not yet.
@@ -104,7 +101,7 @@ class ConfigDialogue {
   void Report() const;
 
   EventLoop& loop_;
-  TerminalLink& link_;
+  SessionOutput& output_;
   ReceiveBuffer& received_;
   Dialogs& dialogs_;
   ConfigProgress progress_;

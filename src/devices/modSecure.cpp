@@ -23,10 +23,10 @@ bool OwnerAccess::ReadOwnerLevel() {
   constexpr int kLast = 20;
   std::string reply;
   for (int count = 1;; ++count) {
-    link_.WriteText(kCommand);
+    output_.Write(kCommand);
     Append(reply, received_.TakeRx());
     PauseThrough(loop_, 0.05);
-    if (count == kAgain) link_.WriteText(kCommand);
+    if (count == kAgain) output_.Write(kCommand);
     const std::string upper = UpperCase(reply);
     if (Contains(upper, "USER") || Contains(upper, "OWNER") || count > kLast) break;
   }
@@ -41,13 +41,13 @@ bool OwnerAccess::TryOwnerPassword(std::string_view password) {
   const std::string command = "trypwd " + std::string(password) + std::string(kCrLf);
   std::string reply;
   for (int count = 1;; ++count) {
-    link_.WriteText(kCrLf);
+    output_.Write(kCrLf);
     LetEventsRun(loop_);
-    link_.WriteText(command);
+    output_.Write(command);
     PauseThrough(loop_, 0.1);
     Append(reply, received_.TakeRx());
     if (count == kAgain) {
-      link_.WriteText(command);
+      output_.Write(command);
       PauseThrough(loop_, 0.1);
     }
     ownerLevel_ = Contains(UpperCase(reply), "PWDOK");

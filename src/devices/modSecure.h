@@ -2,8 +2,7 @@
 
 #include <string_view>
 
-#include "base/Event.h"
-#include "link/modComSock.h"
+#include "devices/SessionOutput.h"
 #include "platform/EventLoop.h"
 #include "state/ReceiveBuffer.h"
 
@@ -13,8 +12,8 @@ namespace corvex {
 /// program knows no password: it sends what the user types.
 class OwnerAccess {
  public:
-  OwnerAccess(EventLoop& loop, TerminalLink& link, ReceiveBuffer& received)
-      : loop_(loop), link_(link), received_(received) {}
+  OwnerAccess(EventLoop& loop, SessionOutput& output, ReceiveBuffer& received)
+      : loop_(loop), output_(output), received_(received) {}
 
   /// Asks the terminal for the level. Returns true if the terminal reports the owner level, false for any
   /// other reply and if no reply comes.
@@ -28,7 +27,7 @@ class OwnerAccess {
 
  private:
   EventLoop& loop_;
-  TerminalLink& link_;
+  SessionOutput& output_;
   ReceiveBuffer& received_;
   bool levelKnown_ = false;
   bool ownerLevel_ = false;
