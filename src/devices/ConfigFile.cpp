@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -68,11 +69,19 @@ std::string AgeOf(const std::string& name) {
 
 }  // namespace
 
-std::optional<std::vector<std::string>> ReadConfigFile(const std::string& path) {
-  const auto text = ReadExisting(path, kMostConfigFile);
-  if (!text) return std::nullopt;
+std::string ConfigText(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) {
+    std::copy_if(line.begin(), line.end(), std::back_inserter(text),
+                 [](char c) { return c != '\r' && c != '\n'; });
+    text += kCrLf;
+  }
+  return text;
+}
+
+std::vector<std::string> ConfigLines(std::string_view text) {
   std::vector<std::string> lines;
-  for (Fields fields(*text, '\n'); fields.More();) {
+  for (Fields fields(text, '\n'); fields.More();) {
     std::string_view line = fields.Next();
     if (!fields.More() && line.empty()) break;  // the end of the last line
     if (line.ends_with('\r')) line.remove_suffix(1);
@@ -81,10 +90,13 @@ std::optional<std::vector<std::string>> ReadConfigFile(const std::string& path) 
   return lines;
 }
 
+std::optional<std::vector<std::string>> ReadConfigFile(const std::string& path) {
+  const auto text = ReadExisting(path, kMostConfigFile);
+  return text ? std::optional(ConfigLines(*text)) : std::nullopt;
+}
+
 bool WriteConfigFile(Files& files, const std::string& path, const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text.append(line).append(kCrLf);
-  return ReplaceFile(files, path, text);
+  return ReplaceFile(files, path, ConfigText(lines));
 }
 
 std::optional<std::string> ConfigBackups::Save(std::string_view terminal, std::int64_t localSeconds,

@@ -16,8 +16,14 @@ namespace corvex {
 /// A larger file is not read, in bytes.
 inline constexpr std::size_t kMostConfigFile = std::size_t{16} << 20;
 
-/// Returns the lines of a file, without their line ends and otherwise as they are. Returns nullopt if the
-/// file does not exist, cannot be read, or is too large.
+/// Returns the content of a file with these lines. A line end inside a line is left out, because it would
+/// turn one entry into two.
+std::string ConfigText(const std::vector<std::string>& lines);
+/// Returns the lines of a file's content, without their line ends and otherwise as they are. A last line
+/// without a line end counts too.
+std::vector<std::string> ConfigLines(std::string_view text);
+
+/// Returns the lines of a file. Returns nullopt if the file does not exist, cannot be read, or is too large.
 std::optional<std::vector<std::string>> ReadConfigFile(const std::string& path);
 
 /// Replaces a file. Returns false on failure; an existing file then stays as it was.
