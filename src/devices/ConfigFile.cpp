@@ -11,6 +11,7 @@
 
 #include "base/Text.h"
 #include "base/TextFile.h"
+#include "devices/DeviceRecord.h"
 
 namespace corvex {
 
@@ -79,20 +80,20 @@ std::string ConfigText(const std::vector<std::string>& lines) {
   return text;
 }
 
-std::vector<std::string> ConfigLines(std::string_view text) {
+std::optional<std::vector<std::string>> ConfigLines(std::string_view text) {
   std::vector<std::string> lines;
   for (Fields fields(text, '\n'); fields.More();) {
     std::string_view line = fields.Next();
     if (!fields.More() && line.empty()) break;  // the end of the last line
     if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.emplace_back(line);
+    if (!AddEntry(lines, line)) return std::nullopt;
   }
   return lines;
 }
 
 std::optional<std::vector<std::string>> ReadConfigFile(const std::string& path) {
   const auto text = ReadExisting(path, kMostConfigFile);
-  return text ? std::optional(ConfigLines(*text)) : std::nullopt;
+  return text ? ConfigLines(*text) : std::nullopt;
 }
 
 bool WriteConfigFile(Files& files, const std::string& path, const std::vector<std::string>& lines) {

@@ -20,10 +20,11 @@ inline constexpr std::size_t kMostConfigFile = std::size_t{16} << 20;
 /// turn one entry into two.
 std::string ConfigText(const std::vector<std::string>& lines);
 /// Returns the lines of a file's content, without their line ends and otherwise as they are. A last line
-/// without a line end counts too.
-std::vector<std::string> ConfigLines(std::string_view text);
+/// without a line end counts too. Returns nullopt if the lines cannot be entries (see AddEntry).
+std::optional<std::vector<std::string>> ConfigLines(std::string_view text);
 
-/// Returns the lines of a file. Returns nullopt if the file does not exist, cannot be read, or is too large.
+/// Returns the lines of a file. Returns nullopt if the file does not exist, cannot be read, is too large, or
+/// is not a configuration.
 std::optional<std::vector<std::string>> ReadConfigFile(const std::string& path);
 
 /// Replaces a file. Returns false on failure; an existing file then stays as it was.

@@ -203,6 +203,12 @@ std::optional<std::int32_t> ParseHex(std::string_view text) {
   return static_cast<std::int32_t>(value);
 }
 
+bool AddEntry(std::vector<std::string>& entries, std::string_view entry) {
+  if (entries.size() >= kMostEntries || entry.size() > kMostEntrySize) return false;
+  entries.emplace_back(entry);
+  return true;
+}
+
 void ResetRecord(DeviceRecord& record) {
   record = {};
 }

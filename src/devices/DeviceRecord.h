@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // The entries of the terminal's configuration, and the three forms of their text. The terminal sends and
 // stores an entry in its wire form. Windows keep entries in the tag form. The printed form is for the user.
@@ -88,6 +90,12 @@ std::string ShortHex(std::int32_t id);
 /// Returns the value of a text of hexadecimal digits. Blanks around them are allowed. Returns nullopt for any
 /// other text, and for a value of more than 32 bits.
 std::optional<std::int32_t> ParseHex(std::string_view text);
+
+/// Appends an entry to a list of entries in their wire form. Returns false and appends nothing if the entry
+/// or the list is longer than in any terminal. What is read is then not a configuration.
+bool AddEntry(std::vector<std::string>& entries, std::string_view entry);
+inline constexpr std::size_t kMostEntries = 32767;   ///< As many as there are Terminal Ids in 16 bits.
+inline constexpr std::size_t kMostEntrySize = 1000;  ///< Bytes.
 
 void ResetRecord(DeviceRecord& record);
 

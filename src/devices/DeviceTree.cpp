@@ -1,7 +1,9 @@
 #include "devices/DeviceTree.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <initializer_list>
+#include <iterator>
 #include <utility>
 
 #include "base/Text.h"
@@ -187,14 +189,17 @@ void DeviceTree::ShowPorts() {
 DeviceTree::Place DeviceTree::AddHandset(const DeviceRecord& record) {
   used.Note(record);
   std::vector<int>& parents = handsetNodes_[record.handset];
-  const auto same = std::find_if(parents.begin(), parents.end(), [&](int node) {
+  // No terminal has more. Searching them all would take quadratic time.
+  const auto searched = std::min<std::ptrdiff_t>(std::ssize(parents), 256);
+  const auto end = parents.begin() + searched;
+  const auto same = std::find_if(parents.begin(), end, [&](int node) {
     return Contains(handsets[node].text, record.name);  // intentional: a part of the text is enough
   });
   const bool missing = record.handset == DeviceRecord::kMissing;
   const std::string tag = FormatTagRecord(record, kTagSeparator);
   const std::string key = tag + ",DISTRESS";  // intentional: with and without a distress box
   if (handsets.Find(key) != Tree::kNone) return Place::AlreadyThere;
-  int parent = same == parents.end() ? Tree::kNone : *same;
+  int parent = same == end ? Tree::kNone : *same;
   if (parent == Tree::kNone) {
     const std::string text =
         (missing ? "Missing " : "HANDSET ") + record.name + (record.distressBox ? " DISTRESS" : "");

@@ -233,7 +233,8 @@ bool frmDev::VerifyOwner() {
 }
 
 void frmDev::Refresh() {
-  ReloadDevices();
+  verdict_ = ReloadDevices() ? "" : "The configuration could not be read";
+  ShowProgress();
   ResetContextMenu();
 }
 

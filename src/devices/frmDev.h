@@ -227,7 +227,7 @@ class frmDev : public Form {
   std::optional<std::int16_t> sounding_;  ///< The handset whose distress buzzer is being tested.
   bool busy_ = false;                     ///< An exchange is in progress.
   bool backedUp_ = false;                 ///< A backup was made in this visit, or the user does without one.
-  std::string verdict_;                   ///< The result of the last comparison, for the status bar.
+  std::string verdict_;                   ///< The result of the last read or comparison, for the status bar.
 };
 
 }  // namespace corvex

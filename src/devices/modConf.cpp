@@ -218,7 +218,8 @@ std::optional<std::vector<std::string>> ParseConfigReply(std::string_view reply)
   for (Fields elements(reply.substr(first, length), '|'); elements.More();) {
     const std::string_view element = elements.Next();
     // Intentional: the mark of an entry must be in lower case.
-    if (element.starts_with(kEntry)) lines.emplace_back(TrimBlanks(element.substr(kEntry.size())));
+    if (!element.starts_with(kEntry)) continue;
+    if (!AddEntry(lines, TrimBlanks(element.substr(kEntry.size())))) return std::nullopt;
   }
   return lines;
 }

@@ -109,7 +109,7 @@ class ConfigDialogue {
 };
 
 /// Takes the entries out of the terminal's reply to a request of its configuration. Returns nullopt if the
-/// reply has no begin or no end.
+/// reply has no begin or no end, or is not a configuration (see AddEntry).
 std::optional<std::vector<std::string>> ParseConfigReply(std::string_view reply);
 
 }  // namespace corvex
