@@ -250,7 +250,6 @@ bool frmDev::ReloadDevices() {
 
 /// Returns whether the configuration has been read completely.
 bool frmDev::RebuildTrees() {
-  constexpr int kBreath = 256;  // entries between two looks at the window's events
   const bool focused = treedev.HasFocus();
   treedev.visible = false;
   content_.Reset(p_.model);

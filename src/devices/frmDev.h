@@ -134,6 +134,7 @@ class frmDev : public Form {
   enum class DeviceManagerState { Start = 0, Ready = 1, FirstRead = 3, Saving = 4, Loading = 5, Closing = 6 };
 
   static constexpr std::string_view kTitle = "Device Manager";
+  static constexpr int kBreath = 256;  ///< Entries between two looks at the window's events.
   static constexpr Twips kInnerWidth = 10320;
   static constexpr Twips kInnerHeight = 6780;
   static constexpr Twips kPortTop = 300;

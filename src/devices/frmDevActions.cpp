@@ -315,10 +315,12 @@ void frmDev::PrintSummary() {
   page.newPrintJob();
   page.printLine("Modem configuration\r\n");
   config_.ReadConfig();
+  int count = 0;
   for (const std::string& line : config_.configLines) {
     DeviceRecord record;
     ParseWireRecord(line, record);
     page.printLine(DescribeRecord(record) + std::string(kCrLf));
+    if (++count % kBreath == 0) LetEventsRun(loop());
   }
   page.printLine("--- complete\r\n");
   page.printJobComplete();
