@@ -124,23 +124,30 @@ class Bench {
     }
     painted_.last.start();
     quiet_.start();
+    opened_.start();
     asked_.invalidate();
     turns_.Start();
     running_ = true;
     p_.loop.Post(steps_[next_].begin);
   }
 
-  /// Closes windows that the step has opened, and goes on when all has been quiet for half a second.
+  /// Closes windows half a second after the step has opened them, and goes on when all has been quiet for
+  /// half a second.
   void Look() {
     if (!running_) return;
-    if (auto* const changes = p_.windows.Shown<frmChanges>()) {
-      p_.loop.Post([&button = loads_ ? changes->cmdLoad : changes->cmdCancel] { button.click(); });
-    } else if (auto* const view = p_.windows.Shown<frmSDI>()) {
-      if (view->txtNote.Text().ends_with("complete\r\n")) p_.loop.Post([view] { view->queryUnload(); });
+    auto* const changes = p_.windows.Shown<frmChanges>();
+    auto* const view = p_.windows.Shown<frmSDI>();
+    if (changes == nullptr && view == nullptr) opened_.start();
+    if (opened_.elapsed() > 500) {
+      opened_.start();
+      p_.loop.Post([this, changes, view] {
+        if (changes != nullptr) (loads_ ? changes->cmdLoad : changes->cmdCancel).click();
+        if (view != nullptr) view->queryUnload();
+      });
     }
     auto* const manager = Manager();
     const bool busy = manager != nullptr && !manager->Toolbar1.Enabled(3);
-    if (busy || p_.windows.Shown<frmSDI>() != nullptr) quiet_.start();
+    if (busy || changes != nullptr || view != nullptr) quiet_.start();
     if (std::min(quiet_.elapsed(), painted_.last.elapsed()) < 500) return;
     running_ = false;
     // The program looks for the reply 100 ms after its request.
@@ -162,6 +169,7 @@ class Bench {
   bench::QtProgram p_{modem_, "corvex-device-bench"};
   PaintedTrees painted_;
   QElapsedTimer asked_;
+  QElapsedTimer opened_;  ///< Since a window with changes or a summary has opened.
   QElapsedTimer quiet_;
   bench::Turns turns_{[this] { Look(); }};
   std::vector<Step> steps_;
