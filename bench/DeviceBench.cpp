@@ -67,6 +67,12 @@ class Bench {
       steps_.push_back({"changes of a file of " + std::to_string(count) + " entries",
                         [this, count] { Load(Entries(count, "", "\r\n")); }});
     }
+    steps_.push_back({"changes of a file of 16 MB of garbage", [this] {
+                        std::string lines;
+                        for (int i = 0; i < 32'000; ++i)
+                          lines.append("0 0 0 ").append(480, 'x').append("\r\n");
+                        Load(lines);
+                      }});
     steps_.push_back({"5 MB without a mark", [this] {
                         configuration_ = std::string(5'000'000, 'x');
                         Manager()->Toolbar1.buttonClick(3);

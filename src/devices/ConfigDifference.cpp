@@ -28,6 +28,16 @@ Entries Parse(const std::vector<std::string>& lines) {
   return entries;
 }
 
+/// Makes a text from the terminal or a file fit to be shown.
+std::string Shortened(std::string_view line) {
+  constexpr std::size_t kMost = 60;
+  std::string text(line.substr(0, kMost));
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
+  }
+  return text + (line.size() > kMost ? "..." : "");
+}
+
 std::string ServiceText(ServiceType service) {
   const std::string_view name = ServiceName(service);
   return name.empty() ? std::to_string(static_cast<int>(service)) : std::string(name);
@@ -39,12 +49,13 @@ std::string InterfaceText(InterfaceType iface) {
 }
 
 std::string Title(const DeviceRecord& record) {
-  std::string text = "Id " + HexId(record.id) + ": " + ServiceText(record.service) + ", MSN " + record.msn;
+  std::string text =
+      "Id " + HexId(record.id) + ": " + ServiceText(record.service) + ", MSN " + Shortened(record.msn);
   switch (record.Kind()) {
     case DeviceKind::AnalogPort:
       return text + ", Tel " + std::to_string(record.telPort + 1);
     case DeviceKind::Handset:
-      return text + ", handset " + record.name;
+      return text + ", handset " + Shortened(record.name);
     default:
       return text + ", " + InterfaceText(record.iface);
   }
@@ -57,7 +68,7 @@ std::string Differences(const DeviceRecord& a, const DeviceRecord& b) {
   const auto compare = [&text](std::string_view field, const std::string& before, const std::string& after) {
     if (before == after) return;
     if (!text.empty()) text += ", ";
-    text.append(field).append(" ").append(before).append(" -> ").append(after);
+    text.append(field).append(" ").append(Shortened(before)).append(" -> ").append(Shortened(after));
   };
   const auto flag = [&](std::string_view field, bool before, bool after) {
     compare(field, std::string(FlagText(before)), std::string(FlagText(after)));
@@ -106,15 +117,6 @@ std::vector<Match> MatchById(const Entries& before, const Entries& after) {
   return matches;
 }
 
-std::string Shortened(std::string_view line) {
-  constexpr std::size_t kMost = 60;
-  std::string text(line.substr(0, kMost));
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
-  }
-  return text + (line.size() > kMost ? "..." : "");
-}
-
 /// Reports values that occur in several lines.
 template <typename Value>
 void ReportTwice(const std::map<Value, std::vector<std::size_t>>& linesOf, std::string_view what,
@@ -123,7 +125,7 @@ void ReportTwice(const std::map<Value, std::vector<std::size_t>>& linesOf, std::
     if (lines.size() < 2) continue;
     std::string text(what);
     if constexpr (std::is_same_v<Value, std::string>) {
-      text += value;
+      text += Shortened(value);
     } else {
       text += HexId(value);
     }
@@ -227,6 +229,12 @@ std::vector<std::string> DescribeLoad(const std::vector<std::string>& now,
   ReportTwice(ids, "Id ", report);
   ReportTwice(msns, "MSN ", report);
   ReportHidden(after, model, report);
+  constexpr std::size_t kMostLines = 10'000;  // far more than a configuration of a terminal needs
+  if (report.size() > kMostLines) {
+    const std::string more = "... and " + std::to_string(report.size() - kMostLines) + " more";
+    report.resize(kMostLines);
+    report.push_back(more);
+  }
   return report;
 }
 

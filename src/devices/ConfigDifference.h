@@ -12,7 +12,8 @@ namespace corvex {
 /// lists of entries in their wire form. Entries are matched by their Terminal Ids; of entries with the same
 /// Id, the first is matched with the first. Returns one line of text each, a summary first: entries added,
 /// removed and changed, lines that are not a complete entry, Ids and MSNs that occur twice, and entries that
-/// the device manager cannot show for this model.
+/// the device manager cannot show for this model. Lines beyond the first 10,000 are only counted, and long
+/// texts are shortened.
 std::vector<std::string> DescribeLoad(const std::vector<std::string>& now,
                                       const std::vector<std::string>& next, TerminalModel model);
 

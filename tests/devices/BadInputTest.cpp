@@ -25,10 +25,10 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 using Texts = std::vector<std::string>;
 
-std::string Times(int count, std::string_view text) {
+std::string Times(std::size_t count, std::string_view text) {
   std::string all;
-  all.reserve(text.size() * static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) all += text;
+  all.reserve(text.size() * count);
+  for (std::size_t i = 0; i < count; ++i) all += text;
   return all;
 }
 
@@ -76,6 +76,7 @@ struct BadInputTest : ::testing::Test, test::Session {
       auto* const changes = Shown<frmChanges>();
       if (changes == nullptr) return;
       summary = changes->lblSummary.caption;
+      EXPECT_LT(changes->txtChanges.Text().size(), 2'000'000U) << file;
       changes->cmdCancel.click();
     });
     window.mnuLoad.click();
@@ -177,6 +178,7 @@ TEST_F(BadInputTest, AFileThatIsNoConfigurationIsRefusedBeforeAnythingIsSent) {
   const auto& folder = p.folder;
   folder.Write("empty.cfg", "");
   folder.Write("binary.cfg", std::string(200'000, '\xFF') + std::string(10, '\0'));
+  folder.Write("long.cfg", Times(kMostEntries, std::string(200, 'x') + ' ' + std::string(200, 'y') + "\r\n"));
   folder.Write("many.cfg", Numbered(1, 100'000, "", " 0 0 20\r\n"));
   folder.Write("line-ends.cfg", std::string(16 << 20, '\n'));
   folder.Write("odd.cfg", "\0\r\n7,0 0 20\r\n70000 0 0 20\n"s);
@@ -192,6 +194,7 @@ TEST_F(BadInputTest, AFileThatIsNoConfigurationIsRefusedBeforeAnythingIsSent) {
   };
   std::vector<Case> cases{
       {"empty.cfg", "0 added, 9 removed, 0 changed, 0 unchanged"},
+      {"long.cfg", "32767 added, 9 removed, 0 changed, 0 unchanged"},
       {"odd.cfg", "3 added, 9 removed, 0 changed, 0 unchanged"},
       {"binary.cfg", ""},
       {"many.cfg", ""},
