@@ -94,7 +94,7 @@ std::optional<std::int32_t> ParseHex(std::string_view text);
 /// Appends an entry to a list of entries in their wire form. Returns false and appends nothing if the entry
 /// or the list is longer than in any terminal. What is read is then not a configuration.
 bool AddEntry(std::vector<std::string>& entries, std::string_view entry);
-inline constexpr std::size_t kMostEntries = 32767;   ///< As many as there are Terminal Ids in 16 bits.
+inline constexpr std::size_t kMostEntries = 32767;   ///< The number of positive 16-bit Ids.
 inline constexpr std::size_t kMostEntrySize = 1000;  ///< Bytes.
 
 void ResetRecord(DeviceRecord& record);
