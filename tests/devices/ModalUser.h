@@ -31,7 +31,7 @@ class ModalUser {
       platform_.loop.Run(0);
       for (std::string_view rest = steps; !rest.empty();) {
         const std::size_t end = std::min(rest.find("; "), rest.size());
-        Step(rest.substr(0, end));
+        Do(rest.substr(0, end));
         platform_.loop.Run(0);
         rest.remove_prefix(std::min(end + 2, rest.size()));
       }
@@ -55,8 +55,8 @@ class ModalUser {
 
   bool stillOpen = false;  ///< The steps of the last run have not closed the window.
 
- private:
-  void Step(std::string_view step) {
+  /// Does one step.
+  void Do(std::string_view step) {
     const std::size_t equals = step.find('=');
     if (equals != step.npos) return Put(Find(step.substr(0, equals)), step.substr(equals + 1));
     if (step.starts_with('@')) return Focus(Find(step.substr(1)));
@@ -69,6 +69,8 @@ class ModalUser {
     Focus(button);
     button.click();
   }
+
+ private:
   void Focus(Control& control) {
     Control* const left = form_.Focused();
     if (left == &control) return;
