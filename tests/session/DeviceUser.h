@@ -26,7 +26,7 @@ class DeviceUser {
   using Plan = std::deque<std::string>;
 
   DeviceUser(Routed& r, Plan things) : plan(std::move(things)), r_(r) {
-    r.p.dialogs.file = r.p.folder.Path() / "device.cfg";
+    fileToSave = fileToLoad = (r.p.folder.Path() / "saved.cfg").string();
     r.p.dialogs.onBox = [this] { KeepBoxOpen(); };
     r.onHeard = [this](std::string_view bytes) { Hear(bytes); };
   }
@@ -38,7 +38,9 @@ class DeviceUser {
   std::string heard;  ///< All that has left for the unit since this user exists.
   std::vector<std::pair<double, std::string>> sends;  ///< The same: each send and its time.
   std::function<void()> onSend;                       ///< Called after each send.
-  double boxTime = 0.5;                               ///< How long a message box stays open, in seconds.
+  std::string fileToSave;
+  std::string fileToLoad;
+  double boxTime = 0.5;   ///< How long a message box stays open, in seconds.
   double patience = 120;  ///< The user closes the device manager after so many seconds.
 
   /// The visible window of a type, or null.
@@ -63,12 +65,19 @@ class DeviceUser {
     EXPECT_EQ(Shown<frmDev>(), nullptr);
   }
 
-  /// Closes the device manager. It must close within a second, whatever it does.
+  /// Closes the device manager. It must close within a second, whatever it does. A window below a message box
+  /// cannot be closed; the user answers the box first.
   void CloseManager() {
     frmDev* const manager = Shown<frmDev>();
     if (manager == nullptr) return;
-    late_ = r_.p.loop.After(Seconds(1), [this] {
-      if (Shown<frmDev>() != nullptr) throw std::runtime_error("the device manager does not close");
+    if (boxes_ > 0) {
+      r_.p.loop.Cancel(late_);
+      late_ = r_.p.loop.After(std::chrono::milliseconds(250), [this] { CloseManager(); });
+      return;
+    }
+    late_ = r_.p.loop.After(Seconds(1), [this, passage = r_.term.main().passage] {
+      if (Shown<frmDev>() != nullptr && r_.term.main().passage == passage)
+        throw std::runtime_error("the device manager does not close");
     });
     manager->queryUnload();
   }
@@ -102,7 +111,7 @@ class DeviceUser {
 
   /// The user confirms every box, but does not go on without a backup.
   void KeepBoxOpen() {
-    const bool risky = r_.p.dialogs.shown.back().find("without a backup") != std::string::npos;
+    const std::string text = r_.p.dialogs.shown.back();
     struct Open {
       explicit Open(int& boxes) : count(boxes) { ++count; }
       ~Open() { --count; }
@@ -111,7 +120,8 @@ class DeviceUser {
     const Open open(boxes_);
     for (const auto until = r_.p.loop.Now() + Seconds(boxTime); r_.p.loop.Now() < until;)
       r_.p.loop.Pump(until);
-    r_.p.dialogs.answer = risky ? Answer::Cancel : Answer::Ok;
+    r_.p.dialogs.answer = text.find("without a backup") == std::string::npos ? Answer::Ok : Answer::Cancel;
+    r_.p.dialogs.file = text.starts_with("save/") ? fileToSave : fileToLoad;
   }
 
   void Look() {
