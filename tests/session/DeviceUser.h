@@ -52,6 +52,9 @@ class DeviceUser {
     return nullptr;
   }
 
+  /// A user cannot do anything else while a message box is open.
+  bool BoxOpen() const { return boxes_ > 0; }
+
   /// Opens the device manager and closes it after the plan. Returns when it has closed, or when the program
   /// has ended.
   void Visit() {
@@ -70,7 +73,7 @@ class DeviceUser {
   void CloseManager() {
     frmDev* const manager = Shown<frmDev>();
     if (manager == nullptr) return;
-    if (boxes_ > 0) {
+    if (BoxOpen()) {
       r_.p.loop.Cancel(late_);
       late_ = r_.p.loop.After(std::chrono::milliseconds(250), [this] { CloseManager(); });
       return;
@@ -128,7 +131,7 @@ class DeviceUser {
     r_.p.loop.Cancel(look_);
     if (!visits_) return;
     look_ = r_.p.loop.After(std::chrono::milliseconds(250), [this] { Look(); });
-    if (boxes_ > 0) return;
+    if (BoxOpen()) return;
     if (auto* page = Shown<frmSDI>()) return page->queryUnload();
     if (auto* login = Shown<frmLogin>()) return Use(*login, {"txtPassword=owner", "cmdOK"});
     if (auto* changes = Shown<frmChanges>()) return Use(*changes, {"cmdLoad"});

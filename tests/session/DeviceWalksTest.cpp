@@ -89,6 +89,7 @@ struct Event {
 };
 
 void ClickEverything(Visit& v) {
+  if (v.user.BoxOpen()) return;
   if (auto* manager = v.user.Shown<frmDev>()) {
     for (const int button : {1, 3}) manager->Toolbar1.buttonClick(button);
     for (MenuItem* entry : {&manager->mnuLoad, &manager->mnuSave, &manager->mnuFactory, &manager->mnuPrint,
@@ -102,7 +103,7 @@ void ClickEverything(Visit& v) {
 
 void TypeKeys(Visit& v) {
   auto* const manager = v.user.Shown<frmDev>();
-  if (manager == nullptr) return;
+  if (manager == nullptr || v.user.BoxOpen()) return;
   for (const int code : {8, 45, 46, 27, 13}) {  // Backspace, Insert, Delete, Esc, Enter
     KeyEvent key{.keyCode = code};
     manager->TakeKey(key);
@@ -124,7 +125,10 @@ const std::vector<Event>& Events() {
          v.r.setFaults({.silent = true});
          v.r.p.loop.After(std::chrono::seconds(3), [&v] { v.user.CloseManager(); });
        }},
-      {"the program is closed", [](Visit& v) { v.r.term.mnuExit.click(); }},
+      {"the program is closed",
+       [](Visit& v) {
+         if (!v.user.BoxOpen()) v.r.term.mnuExit.click();
+       }},
       {"a box is open", [](Visit& v) { v.r.p.dialogs.MessageBox("box"); }},
       {"boxes stay open",
        [](Visit& v) {
