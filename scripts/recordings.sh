@@ -8,4 +8,4 @@ cd "$(dirname "$0")/.."
 [ "${1:-}" != --renew ] || export CORVEX_RENEW_RECORDINGS=1
 [ -f build/debug/build.ninja ] || cmake --preset debug -DCORVEX_DESKTOP=OFF >/dev/null
 cmake --build --preset debug --target corvex_tests
-build/debug/bin/corvex_tests --gtest_filter='*RecordingsTest*:*RoutesTest.Passes*:TestLogTest.Walks*'
+build/debug/bin/corvex_tests --gtest_filter='*RecordingsTest*:*RoutesTest.Passes*:*DeviceVisitTest.Passes*:TestLogTest.Walks*'

@@ -280,19 +280,27 @@ TEST(DeviceReads, TakeALongReplyInPiecesOfAnySize) {
   for (const std::string& entry : entries) reply.append("<dd>").append(entry).append("|");
   reply += "<EOL>";
   std::size_t size = 1;
+  double began = 0;
   std::vector<std::size_t> entriesRead;
   for (const auto& [command, answer] : test::ConfiguredUnit()) s.modem.Answer(command, answer);
   s.modem.Answer("gadd\r\n", "");
-  s.p.comPort.onSent = [&s, &reply, &size, answer = s.p.comPort.onSent](std::string_view bytes) {
+  s.p.comPort.onSent = [&s, &reply, &size, &began, answer = s.p.comPort.onSent](std::string_view bytes) {
     answer(bytes);
     if (!bytes.ends_with("gadd\r\n")) return;
+    began = s.p.loop.SecondsSinceMidnight();
     constexpr double kBytesPerSecond = 11520;
-    for (std::size_t at = 0; at < reply.size(); at += size) {
-      const std::string piece = reply.substr(at, size);
-      const std::chrono::duration<double> due((static_cast<double>(at + piece.size())) / kBytesPerSecond);
-      s.p.loop.After(std::chrono::duration_cast<EventLoop::Time>(due),
+    const auto arrive = [&s](const std::string& piece, double after) {
+      s.p.loop.After(std::chrono::duration_cast<EventLoop::Time>(std::chrono::duration<double>(after)),
                      [&s, piece] { s.p.comPort.Arrive(piece); });
+    };
+    // The last bytes come later, so that the mark of the end is read in two parts.
+    const std::size_t late = size % 6;
+    const std::size_t early = reply.size() - late;
+    for (std::size_t at = 0; at < early; at += size) {
+      const std::string piece = reply.substr(at, std::min(size, early - at));
+      arrive(piece, static_cast<double>(at + piece.size()) / kBytesPerSecond);
     }
+    arrive(reply.substr(early), static_cast<double>(reply.size()) / kBytesPerSecond + 0.5);
   };
   const auto manager = [&s] {
     const auto& forms = s.p.windows.attached;
@@ -312,6 +320,7 @@ TEST(DeviceReads, TakeALongReplyInPiecesOfAnySize) {
         shown += view->tree()[node].tag.empty() ? 0U : 1U;
     }
     entriesRead.push_back(shown);
+    EXPECT_LT(s.p.loop.SecondsSinceMidnight() - began, 4) << "pieces of " << size;
     size += size < 40 ? 1 : size * 2 / 3;
     if (size > reply.size() * 2) return window.queryUnload();
     s.p.loop.After(std::chrono::milliseconds(200), next);
