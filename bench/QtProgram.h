@@ -26,6 +26,7 @@
 #include "session/frmTerm.h"
 #include "settings/INIFuncs.h"
 #include "support/FakePlatform.h"
+#include "support/ShownForms.h"
 
 namespace corvex::bench {
 
@@ -105,29 +106,7 @@ class Folder {
   std::filesystem::path path_;
 };
 
-/// Keeps the forms that are shown.
-class Windows : public QtWindowSystem {
- public:
-  using QtWindowSystem::QtWindowSystem;
-  void Attach(Form& form) override {
-    forms_.push_back(&form);
-    QtWindowSystem::Attach(form);
-  }
-  void Detach(Form& form) override {
-    std::erase(forms_, &form);
-    QtWindowSystem::Detach(form);
-  }
-  template <typename Window>
-  Window* Shown() const {
-    for (Form* form : forms_) {
-      if (auto* window = dynamic_cast<Window*>(form); window != nullptr && window->visible) return window;
-    }
-    return nullptr;
-  }
-
- private:
-  std::vector<Form*> forms_;
-};
+using Windows = test::WindowsWithForms<QtWindowSystem>;
 
 /// The program with its windows, connected to the modem. Dialogs answer themselves.
 struct QtProgram {

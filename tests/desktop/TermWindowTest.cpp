@@ -12,13 +12,18 @@
 #include <QStyleOptionButton>
 #include <QTabBar>
 #include <QTest>
+#include <deque>
+#include <set>
+#include <type_traits>
 
 #include "desktop/QtWindowSystem.h"
 #include "desktop/Wait.h"
 #include "desktop/look/QtText.h"
 #include "desktop/views/FormWindow.h"
+#include "devices/frmDev.h"
 #include "session/frmTerm.h"
 #include "support/FakePlatform.h"
+#include "support/ShownForms.h"
 #include "support/UnitLink.h"
 
 // The main window as the user sees it, with the real renderer, the real clock and a simulated unit on the
@@ -30,7 +35,9 @@ namespace {
 using namespace std::chrono_literals;
 using test::Becomes;
 
-class TermWindowTest : public ::testing::Test, protected test::FakesWith<QtEventLoop, QtWindowSystem> {
+using ScreenFakes = test::FakesWith<QtEventLoop, test::WindowsWithForms<QtWindowSystem>>;
+
+class TermWindowTest : public ::testing::Test, protected ScreenFakes {
  protected:
   TermWindowTest() {
     loop.Enter([this] { term.Load(); });
@@ -158,6 +165,87 @@ std::string Cut(const QWidget& widget) {
     }
   }
   return text.width() <= room.width() && text.height() <= room.height() ? "" : "text cut off";
+}
+
+/// Expects that each control that takes input has a name of its own for a screen reader.
+void ExpectNames(QtWindowSystem& windows, const Form& form) {
+  std::set<std::string> names;
+  for (const Control* control : form.controls()) {
+    const std::string_view type = control->TypeName();
+    if (type != "CommandButton" && type != "TextBox" && type != "ComboBox" && type != "CheckBox" &&
+        type != "TreeView" && type != "Toolbar") {
+      continue;
+    }
+    QWidget* const widget = windows.WindowOf(form)->ViewOf(*control)->widget();
+    if (!widget->isVisible()) continue;
+    const QString name = QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+    EXPECT_TRUE(names.insert(FromQt(name)).second && !name.isEmpty())
+        << form.name() << '.' << control->name() << control->index() << ": " << FromQt(name);
+  }
+  EXPECT_GT(names.size(), 1U) << form.name();
+}
+
+TEST_F(TermWindowTest, TheDeviceManagerNeedsOnlyTheKeyboard) {
+  NEEDS_SESSION();
+  /// What the user does next, as soon as it is possible.
+  struct Step {
+    std::function<bool()> possible;
+    std::function<void()> act;
+  };
+  std::deque<Step> steps;
+  const auto press = [&steps](std::initializer_list<Qt::Key> keys) {
+    for (const Qt::Key key : keys) {
+      steps.push_back({[] { return QApplication::focusWidget() != nullptr; },
+                       [key] { QTest::keyClick(QApplication::focusWidget(), key); }});
+    }
+  };
+  const auto type = [&steps](const char* text) {
+    steps.push_back({[] { return true; }, [text] { QTest::keyClicks(QApplication::focusWidget(), text); }});
+  };
+  const auto see = [this]<typename Window>(std::type_identity<Window>) -> Step {
+    return {[this] {
+              auto* const found = windows.Shown<Window>();
+              return found != nullptr && windows.WindowOf(*found)->isActiveWindow();
+            },
+            [this] { ExpectNames(windows, *windows.Shown<Window>()); }};
+  };
+  const auto seeEntries = [&, this](std::size_t count) {
+    steps.push_back({[this, count] {
+                       const auto* const manager = windows.Shown<frmDev>();
+                       return unit.unit.Config().Entries().size() == count && manager->Toolbar1.Enabled(1) &&
+                              manager->pointer == Pointer::Normal;
+                     },
+                     [] {}});
+  };
+  steps.push_back(see(std::type_identity<frmDev>()));
+  seeEntries(8);
+  press({Qt::Key_Insert});
+  steps.push_back(see(std::type_identity<frmLogin>()));
+  type("owner");
+  press({Qt::Key_Return});
+  steps.push_back(see(std::type_identity<frmNewISDN>()));
+  press({Qt::Key_Return, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Return});  // the Id, the service, "Continue"
+  steps.push_back(see(std::type_identity<frmNewISDN>()));             // the second page
+  type("88");
+  for (int i = 0; i < 7; ++i) press({Qt::Key_Tab});
+  press({Qt::Key_Return});
+  seeEntries(9);
+  press({Qt::Key_Delete});  // the new device is selected
+  seeEntries(8);
+
+  dialogs.answer = Answer::Ok;
+  const std::function<void()> next = [&] {
+    if (steps.empty()) return loop.End();
+    loop.After(50ms, next);  // before the step, because the program may wait in it
+    if (!steps.front().possible()) return;
+    const auto act = std::move(steps.front().act);
+    steps.pop_front();
+    act();
+  };
+  next();
+  loop.After(20s, [this] { loop.End(); });
+  loop.Enter([this] { term.cmdTop[1].click(); });
+  EXPECT_EQ(steps.size(), 0U);
 }
 
 TEST_F(TermWindowTest, ARowsFontOfAnySizeIsQuicklyMadeToFit) {

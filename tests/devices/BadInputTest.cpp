@@ -44,19 +44,11 @@ struct BadInputTest : ::testing::Test, test::Session {
     p.dialogs.answer = Answer::Ok;
   }
 
-  template <typename Window>
-  Window* Shown() const {
-    for (Form* form : p.windows.attached) {
-      if (auto* window = dynamic_cast<Window*>(form); window != nullptr && window->visible) return window;
-    }
-    return nullptr;
-  }
-
   /// Opens the device manager, and runs `use` in it after the first read.
   void Visit(const std::function<void(frmDev&)>& use) {
     bool used = false;
     p.loop.After(std::chrono::seconds(20), [&] {
-      auto* const window = Shown<frmDev>();
+      auto* const window = p.windows.Shown<frmDev>();
       ASSERT_NE(window, nullptr);
       use(*window);
       used = true;
@@ -73,7 +65,7 @@ struct BadInputTest : ::testing::Test, test::Session {
     p.dialogs.file = p.folder.Path() / file;
     std::string summary;
     p.loop.After(std::chrono::seconds(5), [&] {
-      auto* const changes = Shown<frmChanges>();
+      auto* const changes = p.windows.Shown<frmChanges>();
       if (changes == nullptr) return;
       summary = changes->lblSummary.caption;
       EXPECT_LT(changes->txtChanges.Text().size(), 2'000'000U) << file;

@@ -43,15 +43,6 @@ class DeviceUser {
   double boxTime = 0.5;   ///< How long a message box stays open, in seconds.
   double patience = 120;  ///< The user closes the device manager after so many seconds.
 
-  /// The visible window of a type, or null.
-  template <typename Window>
-  Window* Shown() const {
-    for (Form* form : r_.p.windows.attached) {
-      if (auto* window = dynamic_cast<Window*>(form); window != nullptr && window->visible) return window;
-    }
-    return nullptr;
-  }
-
   /// A user cannot do anything else while a message box is open.
   bool BoxOpen() const { return boxes_ > 0; }
 
@@ -65,13 +56,13 @@ class DeviceUser {
     r_.p.loop.Cancel(tired);
     r_.p.loop.Cancel(late_);
     visits_ = false;
-    EXPECT_EQ(Shown<frmDev>(), nullptr);
+    EXPECT_EQ(r_.p.windows.Shown<frmDev>(), nullptr);
   }
 
   /// Closes the device manager. It must close within a second, whatever it does. A window below a message box
   /// cannot be closed; the user answers the box first.
   void CloseManager() {
-    frmDev* const manager = Shown<frmDev>();
+    frmDev* const manager = r_.p.windows.Shown<frmDev>();
     if (manager == nullptr) return;
     if (BoxOpen()) {
       r_.p.loop.Cancel(late_);
@@ -79,7 +70,7 @@ class DeviceUser {
       return;
     }
     late_ = r_.p.loop.After(Seconds(1), [this, passage = r_.term.main().passage] {
-      if (Shown<frmDev>() != nullptr && r_.term.main().passage == passage)
+      if (r_.p.windows.Shown<frmDev>() != nullptr && r_.term.main().passage == passage)
         throw std::runtime_error("the device manager does not close");
     });
     manager->queryUnload();
@@ -132,12 +123,13 @@ class DeviceUser {
     if (!visits_) return;
     look_ = r_.p.loop.After(std::chrono::milliseconds(250), [this] { Look(); });
     if (BoxOpen()) return;
-    if (auto* page = Shown<frmSDI>()) return page->queryUnload();
-    if (auto* login = Shown<frmLogin>()) return Use(*login, {"txtPassword=owner", "cmdOK"});
-    if (auto* changes = Shown<frmChanges>()) return Use(*changes, {"cmdLoad"});
-    if (auto* port = Shown<frmComSetup>()) return Use(*port, {"txtPortField1=" + NewMsn(), "Command10"});
-    if (auto* editor = Shown<frmNewISDN>()) return Complete(*editor);
-    frmDev* const manager = Shown<frmDev>();
+    if (auto* page = r_.p.windows.Shown<frmSDI>()) return page->queryUnload();
+    if (auto* login = r_.p.windows.Shown<frmLogin>()) return Use(*login, {"txtPassword=owner", "cmdOK"});
+    if (auto* changes = r_.p.windows.Shown<frmChanges>()) return Use(*changes, {"cmdLoad"});
+    if (auto* port = r_.p.windows.Shown<frmComSetup>())
+      return Use(*port, {"txtPortField1=" + NewMsn(), "Command10"});
+    if (auto* editor = r_.p.windows.Shown<frmNewISDN>()) return Complete(*editor);
+    frmDev* const manager = r_.p.windows.Shown<frmDev>();
     if (manager == nullptr || !manager->Toolbar1.Enabled(1) || manager->pointer == Pointer::Hourglass) return;
     if (plan.empty()) return CloseManager();
     const std::string next = std::exchange(plan.front(), {});

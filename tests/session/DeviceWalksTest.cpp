@@ -90,7 +90,7 @@ struct Event {
 
 void ClickEverything(Visit& v) {
   if (v.user.BoxOpen()) return;
-  if (auto* manager = v.user.Shown<frmDev>()) {
+  if (auto* manager = v.r.p.windows.Shown<frmDev>()) {
     for (const int button : {1, 3}) manager->Toolbar1.buttonClick(button);
     for (MenuItem* entry : {&manager->mnuLoad, &manager->mnuSave, &manager->mnuFactory, &manager->mnuPrint,
                             &manager->mnuPopAdd, &manager->mnuPopEdit, &manager->mnuPopRemove,
@@ -102,7 +102,7 @@ void ClickEverything(Visit& v) {
 }
 
 void TypeKeys(Visit& v) {
-  auto* const manager = v.user.Shown<frmDev>();
+  auto* const manager = v.r.p.windows.Shown<frmDev>();
   if (manager == nullptr || v.user.BoxOpen()) return;
   for (const int code : {8, 45, 46, 27, 13}) {  // Backspace, Insert, Delete, Esc, Enter
     KeyEvent key{.keyCode = code};
@@ -302,14 +302,8 @@ TEST(DeviceReads, TakeALongReplyInPiecesOfAnySize) {
     }
     arrive(reply.substr(early), static_cast<double>(reply.size()) / kBytesPerSecond + 0.5);
   };
-  const auto manager = [&s] {
-    const auto& forms = s.p.windows.attached;
-    const auto found =
-        std::find_if(forms.begin(), forms.end(), [](Form* form) { return form->name() == "frmDev"; });
-    return found == forms.end() ? nullptr : dynamic_cast<frmDev*>(*found);
-  };
   std::function<void()> next = [&] {
-    frmDev& window = *manager();
+    frmDev& window = *s.p.windows.Shown<frmDev>();
     if (!window.Toolbar1.Enabled(3) || window.pointer == Pointer::Hourglass) {
       s.p.loop.After(std::chrono::milliseconds(200), next);
       return;

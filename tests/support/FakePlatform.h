@@ -19,6 +19,7 @@
 #include "platform/Transports.h"
 #include "settings/INIFuncs.h"
 #include "support/FakeFiles.h"
+#include "support/ShownForms.h"
 #include "support/TempFolder.h"
 #include "support/VirtualLoop.h"
 
@@ -312,6 +313,10 @@ class FakeWindows : public WindowSystem {
   std::int32_t ScreenWidth() const override { return 1920 * 15; }
   Rect WorkArea() const override { return {0, 0, 1920 * 15, 1080 * 15}; }
   void SetApplicationTitle(const std::string& title) override { applicationTitle = title; }
+  template <typename Window>
+  Window* Shown() const {
+    return FindShown<Window>(attached);
+  }
   std::vector<Form*> attached;
   bool activates = true;
   std::string applicationTitle;

@@ -11,11 +11,9 @@
 #include <QToolButton>
 #include <QTreeView>
 
-#include "desktop/QtWindowSystem.h"
-#include "desktop/Wait.h"
 #include "desktop/look/QtText.h"
 #include "desktop/look/Theme.h"
-#include "desktop/views/FormWindow.h"
+#include "desktop/views/ShownForm.h"
 
 // Trees, combo boxes, tool bars, status bars and context menus on the screen.
 
@@ -64,7 +62,7 @@ constexpr int kSpeech = 1;
 constexpr int kData = 2;
 constexpr int kDevice = 3;
 
-class DeviceControlsTest : public ::testing::Test {
+class DeviceControlsTest : public test::ShownFormTest {
  protected:
   DeviceControlsTest() {
     form.tree.SetTree(Devices("Old"));
@@ -82,10 +80,7 @@ class DeviceControlsTest : public ::testing::Test {
     };
     form.tools.buttonClick = [this](int button) { log += "tool" + std::to_string(button) + ' '; };
     form.speed.click = [this] { log += "speed" + form.speed.Text() + ' '; };
-    form.visible = true;
-    EXPECT_TRUE(Becomes(loop, [this] { return window().isVisible(); }));
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
-    activates = QTest::qWaitForWindowActive(&window(), 2000);
+    Show(form);
     Turn();
   }
   FormWindow& window() { return *windows.WindowOf(form); }
@@ -94,7 +89,6 @@ class DeviceControlsTest : public ::testing::Test {
   QToolButton& Tool(int i) {
     return *Shown(form.tools)->findChildren<QToolButton*>("", Qt::FindDirectChildrenOnly)[i];
   }
-  void Turn() { test::Elapse(loop, std::chrono::milliseconds(20)); }
   /// Presses a key where the focus is, and returns what was reported.
   std::string Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QWidget* const popup = QApplication::activePopupWidget();
@@ -110,15 +104,9 @@ class DeviceControlsTest : public ::testing::Test {
     return std::exchange(log, {});
   }
 
-  QtEventLoop loop;
-  QtWindowSystem windows{loop};
   std::string log;
   Sample form{loop, windows};
-  bool activates = false;
 };
-
-#define NEEDS_ACTIVE_WINDOW() \
-  if (!activates) GTEST_SKIP() << "the window did not become active: there is no window manager"
 
 TEST_F(DeviceControlsTest, TheUserMovesInATreeAndOpensItsMenu) {
   NEEDS_ACTIVE_WINDOW();

@@ -15,9 +15,8 @@
 #include <QTest>
 
 #include "desktop/QtDialogs.h"
-#include "desktop/QtWindowSystem.h"
-#include "desktop/Wait.h"
 #include "desktop/look/QtText.h"
+#include "desktop/views/ShownForm.h"
 #include "forms/Controls.h"
 
 namespace corvex {
@@ -58,7 +57,7 @@ struct Sample : Form {
   int drops = 0;
 };
 
-class FormWindowTest : public ::testing::Test {
+class FormWindowTest : public test::ShownFormTest {
  protected:
   FormWindowTest() {
     form->list.Add({"ESC", "Exit Menu", 53});
@@ -68,27 +67,16 @@ class FormWindowTest : public ::testing::Test {
     form->box.AddItem("one");
     form->box.AddItem("two");
     form->box.AddItem("2 more");
-    form->visible = true;
-    EXPECT_TRUE(Becomes(loop, [this] { return window().isVisible(); }));
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
-    activates = QTest::qWaitForWindowActive(&window(), 2000);
+    Show(*form);
   }
   FormWindow& window() { return *windows.WindowOf(*form); }
   template <typename Widget>
   Widget* Find(const char* name) {
     return window().findChild<Widget*>(QString::fromLatin1(name));
   }
-  void Turn() { test::Elapse(loop, std::chrono::milliseconds(20)); }
 
-  QtEventLoop loop;
-  QtWindowSystem windows{loop};
   std::unique_ptr<Sample> form = std::make_unique<Sample>(loop, windows);
-  /// Whether the window has become active. Always false on a display without a window manager.
-  bool activates = false;
 };
-
-#define NEEDS_ACTIVE_WINDOW() \
-  if (!activates) GTEST_SKIP() << "the window did not become active: there is no window manager"
 
 TEST_F(FormWindowTest, ShowsTheControlsOfTheForm) {
   EXPECT_EQ(Find<QLabel>("label")->text(), QStringLiteral("<b>1</b>"));
