@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "session/DeviceUser.h"
-#include "support/Recorded.h"
 
 // Whole visits to the device manager on each route, from the start of the program to its end.
 
@@ -32,10 +31,7 @@ TEST_P(DeviceVisitTest, PassesTheBytesOfItsRecording) {
   r.p.Do([&] { r.term.mnuExit.click(); });
 
   const std::string name = test::RouteName(GetParam());
-  for (const auto& file : std::filesystem::directory_iterator(r.p.settings.AppFolder())) {
-    if (!file.path().filename().string().starts_with("wire-")) continue;
-    test::ExpectRecorded(test::ReadFile(file.path()), CORVEX_TEST_DATA "/routes/devices-" + name + ".log");
-  }
+  test::ExpectRecorded(test::WireLog(r), CORVEX_TEST_DATA "/routes/devices-" + name + ".log");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DeviceVisitTest, ::testing::ValuesIn(test::kRoutes), [](const auto& test) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <random>
 
 #include "devices/ConfigFile.h"
@@ -260,16 +259,7 @@ void RandomVisit(std::uint32_t seed) {
 }
 
 TEST(DeviceRandomWalks, EndWell) {
-  const auto number = [](const char* name, int otherwise) {
-    const char* text = std::getenv(name);
-    return text == nullptr ? otherwise : std::atoi(text);
-  };
-  const int only = number("CORVEX_SEED", 0);
-  const int last = only > 0 ? only : number("CORVEX_SEEDS", 100);
-  for (int seed = std::max(only, 1); seed <= last && !HasFailure(); ++seed) {
-    SCOPED_TRACE("CORVEX_SEED=" + std::to_string(seed));
-    RandomVisit(static_cast<std::uint32_t>(seed));
-  }
+  test::RunSeeds(100, RandomVisit);
 }
 
 // 250 entries arrive at the speed of the line, in pieces of one size in each read.

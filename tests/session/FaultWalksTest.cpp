@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <deque>
 #include <random>
 #include <utility>
@@ -149,16 +148,7 @@ class FaultWalk {
 };
 
 TEST(FaultWalks, RecoverAndSendEachKeyOnceToItsScreen) {
-  const auto number = [](const char* name, int otherwise) {
-    const char* text = std::getenv(name);
-    return text == nullptr ? otherwise : std::atoi(text);
-  };
-  const int only = number("CORVEX_SEED", 0);
-  const int last = only > 0 ? only : number("CORVEX_SEEDS", 50);
-  for (int seed = std::max(only, 1); seed <= last && !HasFailure(); ++seed) {
-    SCOPED_TRACE("CORVEX_SEED=" + std::to_string(seed));
-    FaultWalk(static_cast<std::uint32_t>(seed)).Run();
-  }
+  test::RunSeeds(50, [](std::uint32_t seed) { FaultWalk(seed).Run(); });
 }
 
 }  // namespace

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,6 +14,7 @@
 
 #include "state/ScreenRecord.h"
 #include "support/Program.h"
+#include "support/Recorded.h"
 #include "support/UnitLink.h"
 
 // The whole program on one of its four routes to a terminal, and a user who walks through the terminal's
@@ -157,6 +161,29 @@ inline std::string Title(const frmTerm& term) {
 /// Whether the user sees the screen of a step.
 inline bool Sees(const frmTerm& term, const Step& step) {
   return Title(term).find(step.seen) != std::string::npos;
+}
+
+/// What the program has recorded of its link. Needs the setting wirelog.
+inline std::string WireLog(const Routed& r) {
+  for (const auto& file : std::filesystem::directory_iterator(r.p.settings.AppFolder())) {
+    if (file.path().filename().string().starts_with("wire-")) return ReadFile(file.path());
+  }
+  return {};
+}
+
+/// Calls `run` with each seed from 1 to CORVEX_SEEDS, or to `otherwise`, until a test fails. With CORVEX_SEED
+/// only with that seed.
+inline void RunSeeds(int otherwise, const std::function<void(std::uint32_t)>& run) {
+  const auto number = [](const char* name, int standard) {
+    const char* text = std::getenv(name);
+    return text == nullptr ? standard : std::atoi(text);
+  };
+  const int only = number("CORVEX_SEED", 0);
+  const int last = only > 0 ? only : number("CORVEX_SEEDS", otherwise);
+  for (int seed = std::max(only, 1); seed <= last && !::testing::Test::HasFailure(); ++seed) {
+    SCOPED_TRACE("CORVEX_SEED=" + std::to_string(seed));
+    run(static_cast<std::uint32_t>(seed));
+  }
 }
 
 /// Walks all steps and calls `take` for each action. Each screen must appear within four seconds, on the unit

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "session/Route.h"
-#include "support/Recorded.h"
 
 // Whole sessions on each route, from the start of the program to its end. tests/data/routes holds the bytes
 // of both directions and their times.
@@ -13,14 +12,6 @@ namespace {
 
 using test::Route;
 using test::Routed;
-
-/// What the program has recorded of its link.
-std::string Recorded(const Routed& r) {
-  for (const auto& file : std::filesystem::directory_iterator(r.p.settings.AppFolder())) {
-    if (file.path().filename().string().starts_with("wire-")) return test::ReadFile(file.path());
-  }
-  return {};
-}
 
 class RoutesTest : public ::testing::TestWithParam<Route> {};
 
@@ -51,7 +42,7 @@ TEST_P(RoutesTest, PassesTheBytesOfItsRecording) {
   EXPECT_TRUE(r.p.loop.Ended());
 
   const std::string name = test::RouteName(GetParam());
-  test::ExpectRecorded(Recorded(r), CORVEX_TEST_DATA "/routes/" + name + ".log");
+  test::ExpectRecorded(test::WireLog(r), CORVEX_TEST_DATA "/routes/" + name + ".log");
 }
 
 TEST_P(RoutesTest, AKeyThatFindsTheLinkDownOpensItOnce) {
