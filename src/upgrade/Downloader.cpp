@@ -64,8 +64,9 @@ std::string DataHeaderBytes(const ImageBlock& block) {
 }
 
 std::string BlockName(const ImageBlock& block) {
-  return "block of segment type " + NumberText(block.segmentType) + " id " + NumberText(block.segmentId) +
-         " page " + NumberText(block.pageId) + ", " + NumberText(block.length) + " bytes";
+  return "block of segment type " + std::to_string(block.segmentType) + " id " +
+         std::to_string(block.segmentId) + " page " + std::to_string(block.pageId) + ", " +
+         std::to_string(block.length) + " bytes";
 }
 
 }  // namespace
@@ -151,19 +152,19 @@ void Downloader::Handle(ImageBlock& block) {
       break;
     default:
       ++report_.blocksUnknown;
-      events_.note("unknown command " + NumberText(block.command) + " in a block");
+      events_.note("unknown command " + std::to_string(block.command) + " in a block");
       events_.message("unknown command in block");
   }
 }
 
 void Downloader::UpdateBlockCaption(const ImageBlock& block) {
   const FourBytes& offset = block.address;
-  const std::uint32_t bytes = offset[0] | offset[1] << 8 | offset[2] << 16 |
-                              static_cast<std::uint32_t>(offset[3]) << 24;
-  std::string done = NumberText(doneBlocks_);
+  const std::uint32_t bytes =
+      offset[0] | offset[1] << 8 | offset[2] << 16 | static_cast<std::uint32_t>(offset[3]) << 24;
+  std::string done = std::to_string(doneBlocks_);
   if (done.size() < 3) done.insert(0, 3 - done.size(), '0');
-  events_.status("Block " + done + " of " + NumberText(totalBlocks_) + " segment total " +
-                 NumberText(static_cast<std::int64_t>(RoundHalfEven(bytes / 1024.0))) + " KB");
+  events_.status("Block " + done + " of " + std::to_string(totalBlocks_) + " segment total " +
+                 std::to_string(static_cast<std::int64_t>(RoundHalfEven(bytes / 1024.0))) + " KB");
 }
 
 void Downloader::SendWithRetries(const ImageBlock& block) {
@@ -196,9 +197,9 @@ bool Downloader::SendBlock(const ImageBlock& block) {
   // Intentional: the command is repeated without a limit.
   for (std::uint8_t echo = ReadByte(); echo != block.command; echo = ReadByte()) {
     link_.WriteByte(block.command);
-    events_.printLine("send block cmd unexpected got " + NumberText(echo) + "expected was " +
-                      NumberText(block.command));
-    events_.note("echo " + NumberText(echo) + " instead of " + NumberText(block.command));
+    events_.printLine("send block cmd unexpected got " + std::to_string(echo) + "expected was " +
+                      std::to_string(block.command));
+    events_.note("echo " + std::to_string(echo) + " instead of " + std::to_string(block.command));
   }
   return block.command == block_command::kCatalog ? SendCatalog() : SendDataBlock(block);
 }
@@ -249,8 +250,8 @@ bool Downloader::SendDataBlock(const ImageBlock& block) {
 bool Downloader::CheckSegments() {
   int number = 0;
   for (const CatalogEntry& entry : image_.segmentTable()) {
-    const std::string name =
-        (entry.segmentType == kSegmentSp ? "SPR2 segment " : "CPR2 segment ") + NumberText(entry.segmentId);
+    const std::string name = (entry.segmentType == kSegmentSp ? "SPR2 segment " : "CPR2 segment ") +
+                             std::to_string(entry.segmentId);
     link_.WriteByte(kCheckSegment);
     if (ReadByte() != kCheckSegment) {
       report_.segmentsUnchecked = static_cast<int>(image_.segmentTable().size()) - number;

@@ -23,7 +23,7 @@ struct DownloadReport {
   int erasesRefused = 0;
   int segmentsAccepted = 0;
   int segmentsRefused = 0;
-  int segmentsUnchecked = 0;  ///< The check of all segments ended before these.
+  int segmentsUnchecked = 0;    ///< The check of all segments ended before these.
   std::uint64_t dataBytes = 0;  ///< Data bytes of accepted blocks.
   bool booted = false;          ///< The boot command was sent.
 
@@ -51,8 +51,8 @@ class Downloader {
     std::function<void(std::string_view)> printLine;  ///< A diagnostic line for the print view.
     std::function<void()> transferBegins;
     std::function<void()> transferEnds;  ///< All segments have been checked. The boot command follows.
-    /// The next block cannot be read from the file. Returns true if it can be read now. If false, the download
-    /// ends without the check of the segments and without the boot command.
+    /// The next block cannot be read from the file. Returns true if it can be read now. If false, the
+    /// download ends without the check of the segments and without the boot command.
     std::function<bool()> imageBroken;
     /// For a record of the download, in the words of an engineer.
     std::function<void(std::string_view)> note;

@@ -51,8 +51,8 @@ struct CatalogHead {
   FourBytes catalogLongC{};
 };
 
-/// An entry of the catalogue. Fields whose names end in a letter are forwarded to the modem or dropped; the PC
-/// does not know what they mean.
+/// An entry of the catalogue. Fields whose names end in a letter are forwarded to the modem or dropped; the
+/// PC does not know what they mean.
 struct CatalogEntry {
   std::uint8_t segmentType = 0;
   std::uint8_t segmentId = 0;

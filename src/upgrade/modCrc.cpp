@@ -47,8 +47,8 @@ std::string TimeRemaining(const std::string& lastDuration, float started, float 
   const int seconds = left % 60;
   const int minutes = (left - seconds) / 60;
   // Intentional: there is no singular form.
-  const std::string text = NumberText(seconds) + " seconds";
-  return minutes >= 1 ? NumberText(minutes) + " minutes and " + text : text;
+  const std::string text = std::to_string(seconds) + " seconds";
+  return minutes >= 1 ? std::to_string(minutes) + " minutes and " + text : text;
 }
 
 }  // namespace corvex

@@ -10,8 +10,8 @@ namespace corvex {
 /// reference only. The modem computes and compares the CRC alone.
 std::array<std::uint16_t, 256> CrcTable();
 
-/// The table as 32 lines of 80 characters, each with 8 entries as "&H00,&H00,", the high byte first. The lines
-/// end in LF.
+/// The table as 32 lines of 80 characters, each with 8 entries as "&H00,&H00,", the high byte first. The
+/// lines end in LF.
 std::string CrcTableText();
 
 /// Returns the time that is left of a download, for example "3 minutes and 20 seconds". All times are in
