@@ -206,7 +206,7 @@ std::vector<Screen> MakeScreens() {
       {.name = "7.2",
        .title = "7.2 Software",
        .keys = kTextKeys,
-       .rows = {"", "Modem unit    3.14", "Boot          1.02", "DSP           2.20"}},
+       .rows = {"", "Modem unit    {software}", "Boot          1.02", "DSP           2.20"}},
       {.name = "7.3",
        .title = "7.3 Position",
        .keys = kTextKeys,
@@ -289,7 +289,7 @@ std::vector<Screen> MakeScreens() {
        // Five lines per page. Values start in column 19, after the three columns of the marker.
        .rows = {"Part number    {model}",
                 "Serial number  002055",
-                "Software       3.14",
+                "Software       {software}",
                 "Boot           1.02",
                 "Hardware       C",
                 "Network        {network}",

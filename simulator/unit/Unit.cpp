@@ -9,6 +9,7 @@ namespace corvex::simulation {
 namespace {
 
 constexpr char kCancel = 24;
+constexpr std::string_view kSoftware = "software";
 constexpr const char* kLarkModel = "204938";
 
 std::string Upper(std::string_view text) {
@@ -52,9 +53,13 @@ Unit::Unit(EventLoop& loop, UnitOptions options, Send send)
       tracer_(loop, status_, send_),
       testShell_(loop, send_, options_.seed),
       config_(loop, options_.config, options_.modelReply.find(kLarkModel) != std::string::npos, send_),
+      loader_(loop, options_.loader, send_),
       restarting_(loop),
       ticker_(loop),
-      tracesUnasked_(options_.trace) {}
+      tracesUnasked_(options_.trace) {
+  status_.SetValue(kSoftware, "3.14");
+  loader_.onBoot = [this](std::optional<int> version) { Boot(version); };
+}
 
 void Unit::Receive(std::string_view bytes) {
   std::string echo;
@@ -62,8 +67,10 @@ void Unit::Receive(std::string_view bytes) {
   const auto flush = [&] {
     if (!echo.empty()) send_(std::exchange(echo, {}));
   };
-  for (const char c : bytes) {
-    if (restarting_.Running()) return;
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    if (restarting_.Running() || dead_) return;
+    if (loader_.Running()) return loader_.Receive(bytes.substr(at));
+    const char c = bytes[at];
     if (c == kCancel) {
       Cancel();
     } else if (tagMode_) {
@@ -98,6 +105,10 @@ void Unit::TakeLine(const CommandLine::Line& line) {
   const std::string command = Upper(line.text);
   if (command == "AT+WQUILRESET") return Restart();
   if (command == "AT+WQUILCONFIG") return config_.Start();
+  if (command == "AT+WQUILCSWLOAD" && options_.upgrade == UpgradeAnswer::Protocol) {
+    Cancel();
+    return loader_.Start();
+  }
   config_.Running() ? config_.Execute(line) : Execute(line, command);
 }
 
@@ -124,7 +135,7 @@ std::string Unit::Answer(std::string_view command) {
   if (command == "AT+WQUILCSWVLOAD") return UpgradeReply(options_.upgrade);
   if (command == "ATI") return Reply("Corvex Marine " + options_.modelReply) + Reply("OK");
   if (command == "AT+GMI") return Reply("Corvex Marine") + Reply("OK");
-  if (command == "AT+GMR") return Reply("3.14") + Reply("OK");
+  if (command == "AT+GMR") return Reply(status_.Value(kSoftware)) + Reply("OK");
   if (command == "AT+GSN") return Reply("0020551") + Reply("OK");
   if (command == "AT+CSQ") return Reply("+CSQ: " + status_.Value("signal") + ",0") + Reply("OK");
   if (command == "AT" || command == "AT+ERB_TRANSPARENT_MODE") return Reply("OK");
@@ -138,6 +149,17 @@ void Unit::Restart() {
   ++restarts_;
   restarting_.Start(options_.restartTime, [] {});
   if (onRestart) onRestart();
+}
+
+/// Starts the new software; its version is a hundred times `version`.
+void Unit::Boot(std::optional<int> version) {
+  dead_ = !version;
+  if (version) {
+    std::string text = std::to_string(*version / 100) + '.';
+    if (*version % 100 < 10) text += '0';
+    status_.SetValue(kSoftware, text + std::to_string(*version % 100));
+  }
+  Restart();
 }
 
 void Unit::StartTagMode() {

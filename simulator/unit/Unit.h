@@ -10,6 +10,7 @@
 #include "unit/ConfigShell.h"
 #include "unit/KeyReader.h"
 #include "unit/Mmi.h"
+#include "unit/SoftwareLoader.h"
 #include "unit/Status.h"
 #include "unit/TestShell.h"
 #include "unit/Timer.h"
@@ -32,6 +33,7 @@ struct UnitOptions {
   bool trace = true;  ///< Sends trace records unrequested until the PC switches trace on or off.
   std::uint32_t seed = 1;
   ConfigOptions config = {};
+  LoaderOptions loader = {};
   EventLoop::Time restartTime = std::chrono::seconds(6);  ///< how long a restarting unit is deaf and silent
 };
 
@@ -39,7 +41,8 @@ struct UnitOptions {
 ///
 /// It starts as a modem that takes AT commands. One command starts the tag stream, in which the unit shows
 /// its man-machine interface and takes keys. Others start the test shell and the configuration mode. The
-/// character CAN or a hang-up returns to AT commands. "at+wquilreset" restarts the unit.
+/// character CAN or a hang-up returns to AT commands. "at+wquilreset" restarts the unit. "at+wquilcswload"
+/// starts the downloader, which ends with a restart. A unit whose download went wrong does not start again.
 class Unit {
  public:
   using Options = UnitOptions;
@@ -55,6 +58,9 @@ class Unit {
   /// Returns the name of the current screen, see Screens; empty outside a session.
   std::string_view Shows() const { return mmi_.Shows(); }
   const ConfigShell& Config() const { return config_; }
+  const SoftwareLoader& Loader() const { return loader_; }
+  /// Returns whether the unit has no software that it can start.
+  bool Dead() const { return dead_; }
   /// How often the unit was restarted.
   int Restarts() const { return restarts_; }
 
@@ -68,6 +74,7 @@ class Unit {
   void Execute(const CommandLine::Line& line, const std::string& command);
   std::string Answer(std::string_view command);
   void Restart();
+  void Boot(std::optional<int> version);
   void StartTagMode();
   void EndTagMode();
   void Press(Key key);
@@ -84,9 +91,11 @@ class Unit {
   Tracer tracer_;
   TestShell testShell_;
   ConfigShell config_;
+  SoftwareLoader loader_;
   Timer restarting_;
   Timer ticker_;
   bool tagMode_ = false;
+  bool dead_ = false;
   bool tracesUnasked_;
   unsigned ticks_ = 0;
   int restarts_ = 0;
