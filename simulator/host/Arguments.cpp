@@ -65,6 +65,36 @@ bool ReadCommandFault(const std::string& word, std::vector<CommandFault>& faults
   return true;
 }
 
+/// Reads the number of a data block and, after a colon, how often it fails; "12" or "12:3".
+bool ReadBlockFault(const std::string& word, std::vector<BlockFault>& faults) {
+  const std::size_t colon = word.find(':');
+  BlockFault fault;
+  if (!ReadNumber<int>(word.substr(0, colon), 0, INT_MAX, fault.block)) return false;
+  if (colon != std::string::npos && !ReadNumber<int>(word.substr(colon + 1), 1, INT_MAX, fault.times))
+    return false;
+  faults.push_back(fault);
+  return true;
+}
+
+bool ReadSegment(const std::string& word, std::vector<int>& segments) {
+  int number = 0;
+  if (!ReadNumber<int>(word, 1, 255, number)) return false;
+  segments.push_back(number);
+  return true;
+}
+
+/// Reads a version such as "4.01".
+bool ReadVersion(const std::string& word, int& version) {
+  const std::size_t point = word.find('.');
+  int whole = 0;
+  int part = 0;
+  if (point == std::string::npos || word.size() != point + 3) return false;
+  if (!ReadNumber<int>(word.substr(0, point), 0, 9999, whole)) return false;
+  if (!ReadNumber<int>(word.substr(point + 1), 0, 99, part)) return false;
+  version = whole * 100 + part;
+  return true;
+}
+
 /// Reads a number into an optional.
 template <typename Number>
 bool ReadOptional(const std::string& word, Number least, Number most, std::optional<Number>& number) {
@@ -100,6 +130,9 @@ class Parser {
 
   /// What is wrong with the options as a whole; empty if nothing is.
   std::string Contradiction() const {
+    if (!read_.imageFile.empty()) {
+      return read_.pty || read_.tcpPort ? "--make-image cannot be combined with --tcp or --pty" : "";
+    }
     if (read_.pty == read_.tcpPort.has_value()) return "give either --tcp or --pty";
     if (read_.anyAddress && read_.pty) return "--any requires --tcp";
     if (!read_.link.empty() && !read_.pty) return "--link requires --pty";
@@ -146,9 +179,17 @@ class Parser {
   bool erbDescribed_ = false;  ///< An option of the ERB unit was given.
 
   const std::map<std::string, bool*> switches_{
-      {"--help", &read_.help},      {"--any", &read_.anyAddress},     {"--pty", &read_.pty},
-      {"--tour", &read_.unit.tour}, {"--cut", &read_.faults.cut},     {"--silent", &read_.faults.silent},
-      {"--erb", &erbWanted_},       {"--erb-lingers", &erb_.lingers}, {"--owner", &read_.unit.config.owner},
+      {"--help", &read_.help},
+      {"--any", &read_.anyAddress},
+      {"--pty", &read_.pty},
+      {"--tour", &read_.unit.tour},
+      {"--cut", &read_.faults.cut},
+      {"--silent", &read_.faults.silent},
+      {"--erb", &erbWanted_},
+      {"--erb-lingers", &erb_.lingers},
+      {"--owner", &read_.unit.config.owner},
+      {"--refuse-catalog", &read_.unit.loader.refusesCatalog},
+      {"--refuse-erase", &read_.unit.loader.refusesErase},
   };
   const std::map<std::string, Reader> values_{
       {"--tcp", NumberReader<std::uint16_t>(0, 65535, read_.tcpPort)},
@@ -161,6 +202,18 @@ class Parser {
       {"--mute", With(ReadCommandFault, read_.unit.config.muted)},
       {"--config-delay", With(ReadTime, read_.unit.config.delay)},
       {"--restart", With(ReadTime, read_.unit.restartTime)},
+      {"--make-image", With(ReadName, read_.imageFile)},
+      {"--image-segments", NumberReader<int>(0, 255, read_.image.segments)},
+      {"--image-bytes", NumberReader<std::uint32_t>(0, 100'000'000, read_.image.bytes)},
+      {"--image-block", NumberReader<int>(1, 32767, read_.image.blockSize)},
+      {"--image-version", With(ReadVersion, read_.image.version)},
+      {"--refuse-block", With(ReadBlockFault, read_.unit.loader.refused)},
+      {"--refuse-header", With(ReadBlockFault, read_.unit.loader.refusedHeader)},
+      {"--wrong-echo", With(ReadBlockFault, read_.unit.loader.wrongEchoes)},
+      {"--bad-segment", With(ReadSegment, read_.unit.loader.badSegments)},
+      {"--wrong-check-echo", NumberReader<int>(1, 255, read_.unit.loader.wrongCheckEcho)},
+      {"--silent-at", NumberReader<int>(0, INT_MAX, read_.unit.loader.silentAt)},
+      {"--erase", With(ReadTime, read_.unit.loader.eraseTime)},
       {"--speed", NumberReader<int>(50, 10'000'000, read_.speed)},
       {"--play", With(ReadName, read_.playFile)},
       {"--seed", NumberReader<std::uint32_t>(0, 1'000'000'000, read_.faults.seed)},
@@ -201,6 +254,22 @@ const char* const kUsage =
     "  --mute COMMAND[:N]  execute it but do not answer\n"
     "  --config-delay SECONDS  delay before each answer of the configuration mode (0)\n"
     "  --restart SECONDS  a unit that restarts is silent for this time (6)\n"
+    "\n"
+    "  --make-image FILE  only write an image of new software to FILE\n"
+    "  --image-segments N  its segments, 0 to 255, of all kinds in turn (4)\n"
+    "  --image-bytes N   its data bytes (400000)\n"
+    "  --image-block N   data bytes of a block, at most (25600)\n"
+    "  --image-version V  its version, with two decimals (4.00)\n"
+    "  --erase SECONDS   how long the unit removes its old software (3)\n"
+    "  --refuse-block N[:T]  refuse data block N once or T times; may be given several\n"
+    "                    times, as may the next three\n"
+    "  --refuse-header N[:T]  the same after the header of the block\n"
+    "  --wrong-echo N[:T]  echo the command of block N wrongly; 0: the catalogue\n"
+    "  --bad-segment N   the check of segment N fails\n"
+    "  --wrong-check-echo N  echo the check of segment N wrongly\n"
+    "  --refuse-catalog  refuse the catalogue\n"
+    "  --refuse-erase    refuse to remove the old software\n"
+    "  --silent-at N     fall silent at data block N; 0: at the catalogue\n"
     "\n"
     "  --erb             an ERB unit with its login and four units as MUBs; on\n"
     "                    TCP, Corvex expects it at --tcp 24\n"

@@ -7,6 +7,7 @@
 
 #include "unit/ErbFront.h"
 #include "unit/Faults.h"
+#include "unit/ImageMaker.h"
 #include "unit/Unit.h"
 
 namespace corvex::simulation::host {
@@ -20,6 +21,8 @@ struct Arguments {
   std::string link;
   int speed = 0;  ///< Bits per second, 0 for no limit.
   std::string playFile;
+  std::string imageFile;  ///< Not empty: the program only writes an image to this file.
+  ImageOptions image;
   UnitOptions unit;
   std::optional<ErbOptions> erb;  ///< Set: the connection goes through an ERB unit.
   Faults faults;

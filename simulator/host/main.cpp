@@ -58,11 +58,20 @@ int Complain(const std::string& error, int status) {
   return status;
 }
 
+int WriteImage(const Arguments& arguments) {
+  std::ofstream file(arguments.imageFile, std::ios::binary);
+  file << MakeImage(arguments.image);
+  file.close();
+  return file ? 0 : Complain(arguments.imageFile + ": cannot be written", 1);
+}
+
 int Run(const std::vector<std::string>& words) {
   std::string error;
   const Arguments arguments = ParseArguments(words, error);
   if (!error.empty()) return Complain(error + "; see --help", 2);
   if (arguments.help) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
+
+  if (!arguments.imageFile.empty()) return WriteImage(arguments);
 
   std::vector<WireEvent> record;
   if (!arguments.playFile.empty()) record = ReadLog(arguments.playFile, error);
