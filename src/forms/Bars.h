@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -56,6 +57,33 @@ class StatusBar : public Control {
 
  private:
   std::vector<std::string> texts_;
+};
+
+/// A bar that fills from the left while something is in progress.
+class ProgressBar : public Control {
+ public:
+  ProgressBar(Container& parent, const Design& design) : Control(parent, design) {}
+  std::string_view TypeName() const override { return "ProgressBar"; }
+
+  static constexpr int kMin = 1;  ///< The value of an empty bar.
+  int Max() const { return max_; }
+  int Value() const { return value_; }
+  /// Sets the value of a full bar, at least kMin. The current value is limited to it.
+  void SetMax(int max) {
+    max_ = std::max(max, kMin);
+    value_ = std::min(value_, max_);
+    Changed(Change::Value);
+  }
+  /// Sets the current value. A value that is not between kMin and Max is ignored.
+  void SetValue(int value) {
+    if (value < kMin || value > max_ || value == value_) return;
+    value_ = value;
+    Changed(Change::Value);
+  }
+
+ private:
+  int max_ = 100;
+  int value_ = kMin;
 };
 
 }  // namespace corvex

@@ -1,6 +1,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QProgressBar>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -210,7 +211,23 @@ class StatusBarView : public WidgetView<StatusBar, QStatusBar> {
   std::vector<PanelText*> panels_;
 };
 
+class ProgressBarView : public WidgetView<ProgressBar, QProgressBar> {
+ public:
+  ProgressBarView(FormWindow& window, ProgressBar& bar)
+      : WidgetView(window, bar, new QProgressBar(window.ParentFor(bar))) {}
+  void Apply(const Changes& changes) override {
+    WidgetView::Apply(changes);
+    if (!changes.Has(Change::Value)) return;
+    shown_->setRange(ProgressBar::kMin, std::max(control_.Max(), ProgressBar::kMin + 1));
+    shown_->setValue(control_.Value());
+  }
+};
+
 }  // namespace
+
+std::unique_ptr<ControlView> MakeProgressBarView(FormWindow& window, ProgressBar& bar) {
+  return std::make_unique<ProgressBarView>(window, bar);
+}
 
 std::unique_ptr<ControlView> MakeToolBarView(FormWindow& window, ToolBar& bar) {
   return std::make_unique<ToolBarView>(window, bar);

@@ -75,6 +75,7 @@ std::unique_ptr<ControlView> MakeTreeView(FormWindow& window, TreeView& tree);
 std::unique_ptr<ControlView> MakeComboBoxView(FormWindow& window, ComboBox& box);
 std::unique_ptr<ControlView> MakeToolBarView(FormWindow& window, ToolBar& bar);
 std::unique_ptr<ControlView> MakeStatusBarView(FormWindow& window, StatusBar& bar);
+std::unique_ptr<ControlView> MakeProgressBarView(FormWindow& window, ProgressBar& bar);
 std::unique_ptr<ControlView> MakeKeySourceView(FormWindow& window, KeySource& source);
 
 }  // namespace corvex

@@ -384,6 +384,7 @@ std::unique_ptr<ControlView> MakeControlView(FormWindow& window, Control& contro
   if (auto* box = dynamic_cast<ComboBox*>(&control)) return MakeComboBoxView(window, *box);
   if (auto* bar = dynamic_cast<ToolBar*>(&control)) return MakeToolBarView(window, *bar);
   if (auto* bar = dynamic_cast<StatusBar*>(&control)) return MakeStatusBarView(window, *bar);
+  if (auto* bar = dynamic_cast<ProgressBar*>(&control)) return MakeProgressBarView(window, *bar);
   if (auto* source = dynamic_cast<KeySource*>(&control)) return MakeKeySourceView(window, *source);
   if (auto* item = dynamic_cast<MenuItem*>(&control)) return MakeMenuView(window, *item);
   return nullptr;  // a timer has nothing to show
